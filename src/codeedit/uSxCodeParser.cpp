@@ -1,0 +1,185 @@
+// The parser base: its two input feeds, push-back and the base tokenizer.
+#include "uSxCodeParser.h"
+
+namespace sx {
+
+using namespace uSxCodeParser;
+
+namespace {
+
+/// The stream feed reads this many 16-bit characters per load.
+constexpr Integer StreamBlockChars = 4096;
+
+}  // namespace
+
+SX_DEFINE_CLASS(TSxLangParser, TComponent)
+
+TSxLangParser::TSxLangParser(TComponent* aOwner) : TComponent(aOwner) {}
+
+TSxLangParser::~TSxLangParser() { ReleaseStream(); }
+
+void TSxLangParser::ReleaseStream()
+{
+    if (FInputStream && FOwned)
+        delete FInputStream;
+    FInputStream = nullptr;
+}
+
+String TSxLangParser::GetLanguage() { return u"<undefined language>"; }
+
+void TSxLangParser::LoadPushBuffer()
+{
+    if (FOnGetNewBuffer)
+        LoadFromCallback();
+    else if (FInputStream)
+        LoadFromStream();
+}
+
+void TSxLangParser::LoadFromCallback()
+{
+    String piece;
+    if (FOnGetNewBuffer(false, piece))
+        FPushBuffer = std::move(piece);
+    else
+        FPushBuffer.assign(1, Char(0));
+    FPushBufferLength = Integer(FPushBuffer.size());
+    FPushPos = 0;
+}
+
+void TSxLangParser::LoadFromStream()
+{
+    unsigned char bytes[StreamBlockChars * 2];
+    const Integer read = FInputStream->Read(bytes, Integer(sizeof bytes));
+    FPushBufferLength = read > 0 ? read / 2 : 0;
+    FPushBuffer.resize(std::size_t(FPushBufferLength));
+    for (Integer i = 0; i < FPushBufferLength; ++i)
+        FPushBuffer[std::size_t(i)] = Char(bytes[2 * i] | (bytes[2 * i + 1] << 8));
+    if (FPushBufferLength < StreamBlockChars) {
+        FPushBuffer.push_back(Char(0));  // a short read ends in a terminator
+        ++FPushBufferLength;
+    }
+    FPushPos = 0;
+}
+
+Char TSxLangParser::InternalReadChar()
+{
+    if (FPushBufferLength <= FPushPos)
+        LoadPushBuffer();
+    if (FPushBufferLength <= FPushPos)
+        return 0;
+    const Char c = FPushBuffer[std::size_t(FPushPos)];
+    ++FPushPos;
+    if (c == 10)
+        ++FLineNr;
+    return c;
+}
+
+void TSxLangParser::InternalPushChar(Char AChar)
+{
+    if (AChar == 10)
+        --FLineNr;
+    if (FPushPos == 0) {
+        FPushBuffer.insert(FPushBuffer.begin(), AChar);
+        FPushBufferLength = Integer(FPushBuffer.size());
+    } else {
+        --FPushPos;
+        FPushBuffer[std::size_t(FPushPos)] = AChar;
+    }
+}
+
+Char TSxLangParser::ReadCurrChar() const
+{
+    if (FPushPos < 1 || FPushPos > Integer(FPushBuffer.size()))
+        return 0;
+    return FPushBuffer[std::size_t(FPushPos - 1)];
+}
+
+Char TSxLangParser::PeekChar()
+{
+    const Char c = ReadChar();
+    PushChar(c);
+    return c;
+}
+
+void TSxLangParser::PushStr(const String& AStr)
+{
+    for (auto it = AStr.rbegin(); it != AStr.rend(); ++it)
+        InternalPushChar(*it);
+}
+
+void TSxLangParser::Reset()
+{
+    FText.clear();
+    if (FOnGetNewBuffer)
+        FOnGetNewBuffer(true, FText);
+    else if (FInputStream)
+        FInputStream->SetPosition(0);
+    FLineNr = 1;
+    FPushPos = 0;
+    FPushBuffer.clear();
+    FPushBufferLength = 0;
+}
+
+void TSxLangParser::ResetBuffer()
+{
+    Reset();
+    FPushBuffer.clear();
+    FPushPos = 0;
+    FPushBufferLength = 0;
+}
+
+void TSxLangParser::SetInputStream(TStream* AStream, bool Owner)
+{
+    if (FInputStream != AStream)
+        ReleaseStream();
+    FInputStream = AStream;
+    FOwned = Owner;
+    LoadPushBuffer();
+}
+
+TlngToken TSxLangParser::InternalGetNextToken(String& Token)
+{
+    Token.clear();
+    for (;;) {
+        const Char c = ReadChar();
+        switch (c) {
+        case 0:
+            return tEndOfFile;
+        case 10:
+            break;
+        case 13:
+            if (Token.empty())
+                return tLineBreak;
+            InternalPushChar(c);
+            return tLine;
+        default:
+            Token += c;
+        }
+    }
+}
+
+bool TSxLangParser::GetNextToken(String& Token, TColor& BackGround, TColor& TextColor, TFontStyles& FontStyle,
+                                 bool& LineBreak)
+{
+    const TlngToken token = InternalGetNextToken(Token);
+    BackGround = clWindow;
+    TextColor = clWindowText;
+    FontStyle = TFontStyles{};
+    LineBreak = token == tLineBreak || token == tEndOfFile;
+    return token != tUnknown;
+}
+
+void TSxLangParser::GetPaintInfo(const String& AToken, TColor& ABackGround, TColor& ATextColor,
+                                 TFontStyles& AFontStyle)
+{
+    if (FOnGetPaintInfo)
+        FOnGetPaintInfo(AToken, ABackGround, ATextColor, AFontStyle);
+}
+
+String TSxLangParser::CreateMethod(TObject*, const String&, String&) { return String(); }
+
+String TSxLangParser::GetSameMethods(TObject*, const String&) { return String(); }
+
+Integer TSxLangParser::MethodLineNr(const String&) { return -1; }
+
+}  // namespace sx

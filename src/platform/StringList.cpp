@@ -1,0 +1,239 @@
+// TStrings in terms of its virtual accessors, and the gap-vector line store.
+#include "StringList.h"
+
+namespace sx {
+
+namespace {
+
+/// Calls visit(piece) for each line of Value split at CR, LF or CR LF.
+template <class Visit>
+void SplitLines(const String& Value, Visit visit)
+{
+    const std::size_t n = Value.size();
+    std::size_t start = 0;
+    while (start < n) {
+        std::size_t p = start;
+        while (p < n && Value[p] != u'\r' && Value[p] != u'\n')
+            ++p;
+        visit(Value.substr(start, p - start));
+        if (p < n && Value[p] == u'\r')
+            ++p;
+        if (p < n && Value[p] == u'\n')
+            ++p;
+        start = p;
+    }
+}
+
+}  // namespace
+
+void TStrings::Error(const char16_t* message, Integer Index)
+{
+    throw EListError(String(message) + u" (" + IntToStr(Index) + u")");
+}
+
+Integer TStrings::Add(const String& S)
+{
+    const Integer index = Count();
+    Insert(index, S);
+    return index;
+}
+
+Integer TStrings::AddObject(const String& S, NativeInt AObject)
+{
+    const Integer index = Add(S);
+    PutObject(index, AObject);
+    return index;
+}
+
+void TStrings::InsertObject(Integer Index, const String& S, NativeInt AObject)
+{
+    Insert(Index, S);
+    PutObject(Index, AObject);
+}
+
+Integer TStrings::IndexOf(const String& S) const
+{
+    for (Integer i = 0; i < Count(); ++i)
+        if (CompareText(Get(i), S) == 0)
+            return i;
+    return -1;
+}
+
+String TStrings::Text() const
+{
+    std::size_t size = 0;
+    const Integer count = Count();
+    for (Integer i = 0; i < count; ++i)
+        size += Get(i).size() + sLineBreak.size();
+    String result;
+    result.reserve(size);
+    for (Integer i = 0; i < count; ++i) {
+        result += Get(i);
+        result += sLineBreak;
+    }
+    return result;
+}
+
+void TStrings::SetText(const String& Value)
+{
+    BeginUpdate();
+    try {
+        Clear();
+        SplitLines(Value, [this](String line) { Add(line); });
+    } catch (...) {
+        EndUpdate();
+        throw;
+    }
+    EndUpdate();
+}
+
+void TStrings::Assign(const TStrings& Source)
+{
+    if (&Source == this)
+        return;
+    BeginUpdate();
+    try {
+        Clear();
+        AddStrings(Source);
+    } catch (...) {
+        EndUpdate();
+        throw;
+    }
+    EndUpdate();
+}
+
+void TStrings::AddStrings(const TStrings& Source)
+{
+    BeginUpdate();
+    try {
+        for (Integer i = 0; i < Source.Count(); ++i)
+            AddObject(Source.Get(i), Source.GetObject(i));
+    } catch (...) {
+        EndUpdate();
+        throw;
+    }
+    EndUpdate();
+}
+
+void TStrings::BeginUpdate()
+{
+    if (FUpdateCount == 0)
+        SetUpdateState(true);
+    ++FUpdateCount;
+}
+
+void TStrings::EndUpdate()
+{
+    if (FUpdateCount <= 0)
+        return;
+    --FUpdateCount;
+    if (FUpdateCount == 0)
+        SetUpdateState(false);
+}
+
+void TStringList::CheckIndex(Integer Index) const
+{
+    if (Index < 0 || Index >= Count())
+        Error(u"List index out of bounds", Index);
+}
+
+String TStringList::Get(Integer Index) const
+{
+    CheckIndex(Index);
+    return FLines[std::size_t(Index)].Text;
+}
+
+void TStringList::Put(Integer Index, const String& S)
+{
+    CheckIndex(Index);
+    Changing();
+    FLines[std::size_t(Index)].Text = S;
+    Changed();
+}
+
+NativeInt TStringList::GetObject(Integer Index) const
+{
+    CheckIndex(Index);
+    return FLines[std::size_t(Index)].Object;
+}
+
+void TStringList::PutObject(Integer Index, NativeInt AObject)
+{
+    CheckIndex(Index);
+    Changing();
+    FLines[std::size_t(Index)].Object = AObject;
+    Changed();
+}
+
+void TStringList::Insert(Integer Index, const String& S)
+{
+    if (Index < 0 || Index > Count())
+        Error(u"List index out of bounds", Index);
+    InsertRecord(Index, LineRecord{S, 0});
+}
+
+void TStringList::InsertRecord(Integer Index, LineRecord record)
+{
+    Changing();
+    FLines.Insert(std::size_t(Index), std::move(record));
+    Changed();
+}
+
+void TStringList::Delete(Integer Index)
+{
+    CheckIndex(Index);
+    Changing();
+    FLines.Delete(std::size_t(Index));
+    Changed();
+}
+
+void TStringList::Clear()
+{
+    if (Count() == 0)
+        return;
+    Changing();
+    FLines.Clear();
+    Changed();
+}
+
+void TStringList::SetText(const String& Value)
+{
+    BeginUpdate();
+    FLines.Clear();
+    SplitLines(Value, [this](String line) { FLines.Insert(FLines.Length(), LineRecord{std::move(line), 0}); });
+    EndUpdate();
+}
+
+void TStringList::Assign(const TStrings& Source)
+{
+    if (&Source == this)
+        return;
+    BeginUpdate();
+    FLines.Clear();
+    FLines.Reserve(std::size_t(Source.Count()));
+    for (Integer i = 0; i < Source.Count(); ++i)
+        FLines.Insert(FLines.Length(), LineRecord{Source.Get(i), Source.GetObject(i)});
+    EndUpdate();
+}
+
+void TStringList::SetUpdateState(bool Updating)
+{
+    if (Updating)
+        Changing();
+    else
+        Changed();
+}
+
+void TStringList::Changing()
+{
+    if (UpdateCount() == 0 && OnChanging)
+        OnChanging(this);
+}
+
+void TStringList::Changed()
+{
+    if (UpdateCount() == 0 && OnChange)
+        OnChange(this);
+}
+
+}  // namespace sx

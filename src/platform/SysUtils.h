@@ -1,0 +1,69 @@
+// Exceptions and string helpers of the framework layer, with the classic
+// semantics the system relies on (ASCII-only case mapping, CR LF line breaks).
+#pragma once
+
+#include "Types.h"
+
+#include <exception>
+#include <string>
+
+namespace sx {
+
+/// Base of all exceptions the framework layer and the system raise.
+class Exception : public std::exception {
+public:
+    explicit Exception(String message);
+    const String& Message() const { return FMessage; }
+    const char* what() const noexcept override { return FUtf8.c_str(); }
+
+private:
+    String FMessage;
+    std::string FUtf8;
+};
+
+/// The silent exception: ends an operation without a message to the user.
+class EAbort : public Exception {
+public:
+    EAbort() : Exception(u"Operation aborted") {}
+    explicit EAbort(String message) : Exception(std::move(message)) {}
+};
+
+class EInvalidOperation : public Exception {
+    using Exception::Exception;
+};
+
+class EListError : public Exception {
+    using Exception::Exception;
+};
+
+class EClassNotFound : public Exception {
+    using Exception::Exception;
+};
+
+class EStreamError : public Exception {
+    using Exception::Exception;
+};
+
+class EConvertError : public Exception {
+    using Exception::Exception;
+};
+
+/// Raises EAbort.
+[[noreturn]] void Abort();
+
+/// The line break of joined text.
+inline const String sLineBreak = u"\r\n";
+
+/// Upper case of 'a'..'z' only; every other character stays.
+Char UpCase(Char c);
+String UpperCase(const String& s);
+String LowerCase(const String& s);
+/// Compares ASCII case-blind: below 0, 0 or above 0.
+int CompareText(const String& a, const String& b);
+/// Removes leading and trailing characters with codes up to 32.
+String Trim(const String& s);
+/// Removes trailing characters with codes up to 32.
+String TrimRight(const String& s);
+String IntToStr(long long value);
+
+}  // namespace sx
