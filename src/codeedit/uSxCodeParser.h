@@ -7,6 +7,7 @@
 #include "platform/Colors.h"
 #include "platform/Streams.h"
 
+#include <array>
 #include <functional>
 
 namespace sx {
@@ -102,6 +103,29 @@ private:
     void LoadFromStream();
     void ReleaseStream();
 };
+
+/// One row of a language's colour table. Each language names its own row type
+/// after this template (TSxPascalInfo, TSxXmlTokenInfo, ...).
+template <class TToken>
+struct TSxTokenInfo {
+    String Name;
+    TColor TextColor = clWindowText;
+    TColor BckColor = clWindow;
+    TSet<TToken, 128> Tokens;
+    TFontStyles Style;
+};
+
+/// Colours of a token from a colour table: the first row from row 1 on whose
+/// set holds the token, else the default row.
+template <class TToken, std::size_t N>
+const TSxTokenInfo<TToken>& FindTokenInfo(const std::array<TSxTokenInfo<TToken>, N>& table, std::size_t defaultRow,
+                                          TToken token)
+{
+    for (std::size_t row = 1; row < N; ++row)
+        if (table[row].Tokens.Contains(token))
+            return table[row];
+    return table[defaultRow];
+}
 
 /// A class reference to TSxLangParser or a descendant, for choosing a parser class at run time.
 using TSxLangParserClass = TClassRef<TSxLangParser>;
