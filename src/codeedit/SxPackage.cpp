@@ -1,0 +1,1 @@
+// Package start and stop.

@@ -1,0 +1,340 @@
+// Painting: the whole control in one pass, from nothing, every time. Only the
+// visible lines are tokenized; the parser is restarted at the top visible line
+// with the state stored in that line's slot, and fed one line at a time.
+#include "uSxCodeEdit.h"
+
+#include "uSxPaintHelpers.h"
+
+#include <memory>
+
+namespace sx {
+
+namespace uSxCodeEdit {
+
+void DarkenColor(TColor& AColor, bool ADarken, Integer APercent)
+{
+    if (!ADarken)
+        return;
+    const TColor rgb = ColorToRGB(AColor);
+    TColor result = 0;
+    for (int shift = 0; shift < 32; shift += 8) {
+        const TColor b = (rgb >> shift) & 0xFF;
+        result |= (b * TColor(100 - APercent) / 100) << shift;
+    }
+    AColor = result;
+}
+
+}  // namespace uSxCodeEdit
+
+using uSxCodeEdit::DarkenColor;
+
+namespace {
+
+/// Every darkening of the paint is by this much.
+constexpr Integer DarkenPercent = 10;
+/// Pixels between the left edge of the text area and the first character.
+constexpr Integer TextInnerMargin = 2;
+
+}  // namespace
+
+class TSxCodeEdit::PaintPass {
+public:
+    explicit PaintPass(TSxCodeEdit& edit) : E(edit) {}
+
+    void Run()
+    {
+        CreateBitmaps();
+        MeasureFont();
+        FillBackground();
+        SortSelection();
+        if (Gutter)
+            PaintGutter();
+        PenY = 0;
+        TopLine = E.FVScrollBar->Position();
+        if (TopLine < E.FLines->Count()) {
+            PrepareParser();
+            StartLine();
+            PaintTokens();
+        }
+        PaintRightMargin();
+        CopyToScreen();
+        PaintCorners();
+        PaintFrame();
+        UpdatePageSizes();
+    }
+
+private:
+    void CreateBitmaps()
+    {
+        Main = std::make_unique<TBitmap>();
+        if (E.GetShowGuttor()) {
+            Gutter = std::make_unique<TBitmap>();
+            Gutter->SetSize(E.FGuttorWidth, E.ClientHeight());
+        }
+        Main->SetSize(E.ClientWidth(), E.ClientHeight());
+    }
+
+    void MeasureFont()
+    {
+        TCanvas& c = Main->Canvas();
+        c.Font().Assign(E.Font());
+        E.SetCharWidth(c.TextWidth(u"X"));
+        E.SetLineWidth(c.TextHeight(u"XygpPQIiJ"));
+    }
+
+    void FillBackground()
+    {
+        BackColor = clWindow;
+        DarkenColor(BackColor, E.GetReadOnly(), DarkenPercent);
+        TCanvas& c = Main->Canvas();
+        c.Brush().Color = BackColor;
+        LeftEdge = E.GetShowGuttor() ? E.FGuttorWidth : 0;
+        c.FillRect(Rect(LeftEdge, 0, E.ClientWidth(), E.ClientHeight()));
+    }
+
+    void SortSelection()
+    {
+        const TPoint s = E.FSelStart, e = E.FSelEnd;
+        const bool reversed = s.Y > e.Y || (s.Y == e.Y && s.X > e.X);
+        SelFirst = reversed ? e : s;
+        SelLast = reversed ? s : e;
+    }
+
+    void PaintGutter()
+    {
+        TCanvas& c = Gutter->Canvas();
+        const Integer w = E.FGuttorWidth, h = E.ClientHeight();
+        c.Pen().Color = clBtnFace;
+        c.Brush().Color = clBtnFace;
+        c.Rectangle(0, 0, w, h);
+        c.Pen().Color = clBtnHighlight;
+        c.MoveTo(w - 2, 0);
+        c.LineTo(w - 2, h);
+        c.Pen().Color = clBtnShadow;
+        c.MoveTo(w - 1, 0);
+        c.LineTo(w - 1, h);
+    }
+
+    void PrepareParser()
+    {
+        P = E.GetParser();
+        P->ResetBuffer();
+        P->SetRemarkEnd(String());
+        P->SetEndLines(true);
+        P->SetLineKind(Integer(E.FLines->Objects(TopLine)));
+        E.SetParserLineNr(TopLine);
+        P->SetOnGetNewBuffer(ParserFeed{&E});
+    }
+
+    void StartLine()
+    {
+        PenX = LeftEdge - E.FHScrollBar->Position() * E.FCharWidth + TextInnerMargin;
+        Column = 0;
+    }
+
+    void PaintTokens()
+    {
+        TCanvas& c = Main->Canvas();
+        String token;
+        while (PenY < E.Height()) {
+            if (!P->GetNextToken(token, BackColor, TextColor, TokenStyle, LineBreak))
+                break;
+            if (LastParserLine != E.FParserLineNr)
+                BeginLine(c);
+            LastParserLine = E.FParserLineNr;
+            DarkenColor(BackColor, E.FReadOnly, DarkenPercent);
+            if (E.ParserLineCollapse && Gutter)
+                SxPaintTreeButton(Gutter->Canvas(), Rect(4, PenY, 20, PenY + 15), !E.ParserLineCollapsed);
+            if (LineBreak) {
+                PenY += E.GetLineWidth();
+                StartLine();
+                continue;
+            }
+            DrawToken(c, token);
+        }
+    }
+
+    /// The first token of a line: the line may take colours of its own.
+    void BeginLine(TCanvas& c)
+    {
+        c.Brush().Style = TBrushStyle::bsSolid;
+        LineBack = BackColor;
+        LineFont = TextColor;
+        LineColored = false;
+        if (E.FOnParserLineChange && E.FOnParserLineChange(E.FParserLineNr, LineBack, LineFont)) {
+            LineColored = true;
+            c.Pen().Color = LineBack;
+            c.Brush().Color = LineBack;
+            c.Font().SetColor(LineFont);
+            c.Rectangle(PenX, PenY, Main->Width(), PenY + E.GetLineWidth());
+        }
+    }
+
+    /// Draws a token, split where it crosses an edge of the selection.
+    void DrawToken(TCanvas& c, String text)
+    {
+        const Integer line = E.FParserLineNr - 1;
+        auto n = Integer(text.size());
+        const bool outside = line < SelFirst.Y || line > SelLast.Y ||
+                             (line == SelFirst.Y && Column + n <= SelFirst.X) ||
+                             (line == SelLast.Y && Column >= SelLast.X);
+        if (outside) {
+            DrawPart(c, text, TextColor, BackColor);
+            Column += n;
+            return;
+        }
+        if (line == SelFirst.Y && Column < SelFirst.X) {
+            const auto left = std::size_t(SelFirst.X - Column);
+            DrawPart(c, text.substr(0, left), TextColor, BackColor);
+            Column += Integer(left);
+            text.erase(0, left);
+            n = Integer(text.size());
+        }
+        String tail;
+        const bool hasTail = line == SelLast.Y && Column + n > SelLast.X;
+        if (hasTail) {
+            const auto keep = std::size_t(n - (Column + n - SelLast.X));
+            tail = text.substr(keep);
+            text.resize(keep);
+            Column += Integer(text.size());
+            n = Integer(text.size());
+        }
+        DrawPart(c, text, clHighlightText, clHighlight);
+        if (hasTail) {
+            n = Integer(tail.size());
+            DrawPart(c, tail, TextColor, BackColor);
+        }
+        Column += n;
+    }
+
+    void DrawPart(TCanvas& c, const String& text, TColor font, TColor back)
+    {
+        if (!LineColored) {
+            c.Font().SetColor(font);
+            c.Brush().Color = back;
+        }
+        c.Font().SetStyle(TokenStyle);
+        c.TextOut(PenX, PenY, text);
+        PenX = c.PenPos().X;
+    }
+
+    void PaintRightMargin()
+    {
+        if (!E.GetShowRightMargin())
+            return;
+        const Integer m = (E.FRightMargin - E.FHScrollBar->Position()) * E.FCharWidth + TextInnerMargin;
+        if (m > 0 && m < E.ClientWidth() - LeftEdge) {
+            TCanvas& c = Main->Canvas();
+            c.Pen().Color = E.FRightMarginColor;
+            c.MoveTo(LeftEdge + m, 0);
+            c.LineTo(LeftEdge + m, E.ClientHeight());
+        }
+    }
+
+    void CopyToScreen()
+    {
+        TCanvas& screen = E.Canvas();
+        screen.SetClipRect(Rect(0, 0, E.ClientWidth() - E.FVScrollBar->Width() - 1,
+                                E.ClientHeight() - E.FHScrollBar->Height() - 1));
+        try {
+            if (Gutter)
+                Main->Canvas().Draw(0, 0, *Gutter);
+            screen.Draw(0, 0, *Main);
+        } catch (...) {
+            screen.ResetClip();
+            throw;
+        }
+        screen.ResetClip();
+    }
+
+    void PaintCorners()
+    {
+        TCanvas& screen = E.Canvas();
+        screen.Pen().Color = clBtnFace;
+        screen.Brush().Color = clBtnFace;
+        screen.Brush().Style = TBrushStyle::bsSolid;
+        const Integer barTop = E.ClientHeight() - E.FHScrollBar->Height() - 1;
+        screen.Rectangle(0, barTop, LeftEdge, E.ClientHeight());
+        screen.Rectangle(E.ClientWidth() - E.FVScrollBar->Width(), barTop, E.ClientWidth(), E.ClientHeight());
+    }
+
+    void PaintFrame()
+    {
+        if (E.FBorderStyle != TBorderStyle::bsSingle || E.Ctl3D())
+            return;
+        TRect r = E.GetClientRect();
+        if (E.FVScrollBar->Visible())
+            r.Right -= E.FVScrollBar->Width();
+        if (E.FHScrollBar->Visible())
+            r.Bottom -= E.FHScrollBar->Height();
+        TCanvas& screen = E.Canvas();
+        screen.Brush().Color = clBlack;
+        screen.Brush().Style = TBrushStyle::bsSolid;
+        screen.FrameRect(r);
+    }
+
+    void UpdatePageSizes()
+    {
+        const Integer lineHeight = E.GetLineWidth(), charWidth = E.GetCharWidth();
+        if (lineHeight <= 0 || charWidth <= 0)
+            return;
+        const Integer v = (E.Height() - E.FHScrollBar->Height() - lineHeight) / lineHeight;
+        if (E.FVScrollBar->PageSize() != v)
+            E.FVScrollBar->SetPageSize(v);
+        const Integer h = (E.Width() - E.FVScrollBar->Width() - E.RealGuttorWidth()) / charWidth - 1;
+        if (E.FHScrollBar->PageSize() != h)
+            E.FHScrollBar->SetPageSize(h);
+    }
+
+    TSxCodeEdit& E;
+    TSxLangParser* P = nullptr;
+    std::unique_ptr<TBitmap> Main;
+    std::unique_ptr<TBitmap> Gutter;
+    Integer LeftEdge = 0;
+    Integer TopLine = 0;
+    Integer PenX = 0;
+    Integer PenY = 0;
+    Integer Column = 0;
+    Integer LastParserLine = -1;
+    bool LineColored = false;
+    TColor LineBack = clWindow;
+    TColor LineFont = clWindowText;
+    TColor BackColor = clWindow;
+    TColor TextColor = clWindowText;
+    TFontStyles TokenStyle;
+    bool LineBreak = false;
+    TPoint SelFirst;
+    TPoint SelLast;
+};
+
+void TSxCodeEdit::Paint()
+{
+    if (InPaint)
+        return;
+    InPaint = true;
+    struct EndOfPaint {
+        bool& flag;
+        ~EndOfPaint() { flag = false; }
+    } endOfPaint{InPaint};
+    PaintPass(*this).Run();
+}
+
+bool TSxCodeEdit::ParserGetNewBuffer(bool AReset, String& S)
+{
+    if (AReset) {
+        FParserLineNr = 0;
+        return true;
+    }
+    if (FParserLineNr >= FLines->Count())
+        return false;
+    FLines->PutObject(FParserLineNr, GetParser()->LineKind());
+    const String& line = FLines->Line(FParserLineNr);
+    S.reserve(line.size() + 2);
+    S.assign(line);
+    S += u"\r\n";
+    ParserLineCollapse = IsLineCollapse(FParserLineNr, ParserLineCollapsed);
+    ++FParserLineNr;
+    return true;
+}
+
+}  // namespace sx

@@ -5,6 +5,7 @@
 
 #include "SysUtils.h"
 
+#include <functional>
 #include <type_traits>
 #include <vector>
 
@@ -12,6 +13,9 @@ namespace sx {
 
 class TObject;
 class TComponent;
+
+/// An event with its sender, assigned or not.
+using TNotifyEvent = std::function<void(TObject* Sender)>;
 
 /// A class reference: names a class, knows its parent and, for components,
 /// builds instances through the virtual constructor Create(AOwner).

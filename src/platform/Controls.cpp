@@ -1,0 +1,394 @@
+// Controls over QWidget: bounds, parents, focus, painting, and numbered
+// messages sent directly or posted through Qt's event queue.
+#include "Controls.h"
+
+#include "QtConvert.h"
+
+#include <QApplication>
+#include <QEvent>
+#include <QPainter>
+#include <QPointer>
+#include <QWheelEvent>
+#include <QWidget>
+
+#include <cstdio>
+
+namespace sx {
+
+namespace {
+
+std::function<void(const std::exception&)>& ExceptionHandler()
+{
+    static std::function<void(const std::exception&)> handler;
+    return handler;
+}
+
+const QEvent::Type PostedMessageEventType = static_cast<QEvent::Type>(QEvent::registerEventType());
+
+/// A numbered message travelling through Qt's event queue.
+class PostedMessageEvent : public QEvent {
+public:
+    explicit PostedMessageEvent(const TMessage& message) : QEvent(PostedMessageEventType), Message(message) {}
+    TMessage Message;
+};
+
+/// Runs a handler of the desktop; an exception stops at this boundary.
+template <class F>
+void Guarded(F&& f)
+{
+    try {
+        f();
+    } catch (const std::exception& e) {
+        HandleApplicationException(e);
+    }
+}
+
+/// The message of a wheel turn: the delta in the high word of WParam, the
+/// modifier keys in the low word, the screen point in LParam.
+TMessage WheelMessage(const QWheelEvent& event)
+{
+    const int delta = event.angleDelta().y() != 0 ? event.angleDelta().y() : event.angleDelta().x();
+    const QPoint global = event.globalPosition().toPoint();
+    TMessage m;
+    m.Msg = WM_MOUSEWHEEL;
+    m.WParam = (NativeUInt(Word(std::int16_t(delta))) << 16);
+    m.LParam = NativeInt((Word(global.y()) << 16) | Word(global.x()));
+    return m;
+}
+
+}  // namespace
+
+TShiftState KeyboardStateToShiftState()
+{
+    TShiftState state;
+    const Qt::KeyboardModifiers mods = QGuiApplication::queryKeyboardModifiers();
+    if (mods & Qt::ShiftModifier)
+        state.Include(TShiftStateItem::ssShift);
+    if (mods & Qt::ControlModifier)
+        state.Include(TShiftStateItem::ssCtrl);
+    if (mods & Qt::AltModifier)
+        state.Include(TShiftStateItem::ssAlt);
+    const Qt::MouseButtons buttons = QGuiApplication::mouseButtons();
+    if (buttons & Qt::LeftButton)
+        state.Include(TShiftStateItem::ssLeft);
+    if (buttons & Qt::RightButton)
+        state.Include(TShiftStateItem::ssRight);
+    if (buttons & Qt::MiddleButton)
+        state.Include(TShiftStateItem::ssMiddle);
+    return state;
+}
+
+bool SystemParametersInfo(Cardinal uiAction, Cardinal, void* pvParam, Cardinal)
+{
+    if (uiAction != SPI_GETWHEELSCROLLLINES || !pvParam)
+        return false;
+    *static_cast<Integer*>(pvParam) = qobject_cast<QApplication*>(QCoreApplication::instance())
+                                          ? QApplication::wheelScrollLines()
+                                          : 3;
+    return true;
+}
+
+void SetApplicationExceptionHandler(std::function<void(const std::exception&)> handler)
+{
+    ExceptionHandler() = std::move(handler);
+}
+
+void HandleApplicationException(const std::exception& e)
+{
+    if (ExceptionHandler())
+        ExceptionHandler()(e);
+    else
+        std::fprintf(stderr, "Unhandled exception in an event handler: %s\n", e.what());
+}
+
+/// Carries the Qt events of a windowed control's widget to the control, and
+/// receives the messages posted to it. Owned by the control, so messages
+/// posted to a freed control are dropped with it.
+class WidgetBridge : public QObject {
+public:
+    explicit WidgetBridge(TWinControl* control) : FControl(control) {}
+
+    bool event(QEvent* e) override
+    {
+        if (e->type() != PostedMessageEventType)
+            return QObject::event(e);
+        TMessage message = static_cast<PostedMessageEvent*>(e)->Message;
+        Guarded([&] { FControl->Dispatch(message); });
+        return true;
+    }
+
+    bool eventFilter(QObject* watched, QEvent* e) override
+    {
+        if (watched != FControl->Widget())
+            return false;
+        switch (e->type()) {
+        case QEvent::Resize: {
+            const QSize size = static_cast<QResizeEvent*>(e)->size();
+            Guarded([&] { FControl->WidgetResized(size.width(), size.height()); });
+            break;
+        }
+        case QEvent::ParentChange:
+            Guarded([&] { FControl->ParentWindowChanged(); });
+            break;
+        case QEvent::FocusIn:
+            Guarded([&] { SendMessage(FControl, CM_ENTER); });
+            break;
+        case QEvent::FocusOut:
+            Guarded([&] { SendMessage(FControl, CM_EXIT); });
+            break;
+        case QEvent::Wheel: {
+            TMessage message = WheelMessage(*static_cast<QWheelEvent*>(e));
+            Guarded([&] { FControl->Dispatch(message); });
+            return true;
+        }
+        case QEvent::Destroy:
+            break;
+        default:
+            break;
+        }
+        return false;
+    }
+
+private:
+    TWinControl* FControl;
+};
+
+/// The widget of a custom-drawn control: paints through the control's Paint
+/// and frees the control when Qt destroys the widget from outside.
+class ControlWidget : public QWidget {
+public:
+    explicit ControlWidget(TCustomControl* control) : FControl(control) {}
+    ~ControlWidget() override
+    {
+        if (FControl) {
+            TCustomControl* control = FControl;
+            FControl = nullptr;
+            control->WidgetDestroyed();
+            delete control;
+        }
+    }
+    void Release() { FControl = nullptr; }
+
+protected:
+    void paintEvent(QPaintEvent*) override
+    {
+        if (!FControl)
+            return;
+        QPainter painter(this);
+        Guarded([&] { FControl->PaintWidget(painter); });
+    }
+
+private:
+    TCustomControl* FControl;
+};
+
+SX_DEFINE_CLASS(TControl, TComponent)
+SX_DEFINE_CLASS(TWinControl, TControl)
+SX_DEFINE_CLASS(TCustomControl, TWinControl)
+
+TControl::TControl(TComponent* AOwner) : TComponent(AOwner)
+{
+    FFont.OnChange = [this](TObject*) { Invalidate(); };
+}
+
+TControl::~TControl()
+{
+    if (FParent)
+        FParent->RemoveChild(this);
+}
+
+void TControl::SetBounds(Integer ALeft, Integer ATop, Integer AWidth, Integer AHeight)
+{
+    if (ALeft == FLeft && ATop == FTop && AWidth == FWidth && AHeight == FHeight)
+        return;
+    FLeft = ALeft;
+    FTop = ATop;
+    FWidth = AWidth;
+    FHeight = AHeight;
+    BoundsChanged();
+}
+
+void TControl::SetParent(TWinControl* AParent)
+{
+    if (AParent == FParent)
+        return;
+    if (FParent)
+        FParent->RemoveChild(this);
+    FParent = AParent;
+    if (FParent)
+        FParent->AddChild(this);
+}
+
+void TControl::SetVisible(bool value)
+{
+    if (value != FVisible) {
+        FVisible = value;
+        VisibleChanged();
+    }
+}
+
+TWinControl::TWinControl(TComponent* AOwner, QWidget* widget)
+    : TControl(AOwner), FWidget(widget), FBridge(new WidgetBridge(this))
+{
+    FWidget->installEventFilter(FBridge);
+    FWidget->setFocusPolicy(Qt::NoFocus);
+}
+
+TWinControl::~TWinControl()
+{
+    // Child controls go first, while their widgets still live inside ours.
+    while (!FControls.empty())
+        delete FControls.back();
+    delete FBridge;
+    if (auto* own = dynamic_cast<ControlWidget*>(FWidget))
+        own->Release();
+    delete FWidget;
+}
+
+void TWinControl::WidgetDestroyed()
+{
+    // Qt is deleting the widget; its children go with it, so the child
+    // controls are freed now while they can still let go of their widgets.
+    while (!FControls.empty())
+        delete FControls.back();
+    FWidget->removeEventFilter(FBridge);
+    FWidget = nullptr;
+}
+
+void TWinControl::AddChild(TControl* child) { FControls.push_back(child); }
+
+void TWinControl::RemoveChild(TControl* child) { std::erase(FControls, child); }
+
+void TWinControl::SetParent(TWinControl* AParent)
+{
+    TControl::SetParent(AParent);
+    if (!FWidget)
+        return;
+    FWidget->setParent(AParent ? AParent->Widget() : nullptr);
+    BoundsChanged();
+    VisibleChanged();
+}
+
+bool TWinControl::HasParentWindow() const
+{
+    return Parent() != nullptr || (FWidget && FWidget->parentWidget() != nullptr);
+}
+
+void TWinControl::BoundsChanged()
+{
+    if (!FWidget)
+        return;
+    if (FWidget->parentWidget())
+        FWidget->setGeometry(Left(), Top(), Width(), Height());
+    else
+        FWidget->resize(Width(), Height());
+}
+
+void TWinControl::VisibleChanged()
+{
+    // A top-level widget is shown by its host; a child follows Visible.
+    if (FWidget && FWidget->parentWidget())
+        FWidget->setVisible(Visible());
+}
+
+void TWinControl::WidgetResized(Integer width, Integer height)
+{
+    if (width != Width() || height != Height())
+        SetBounds(Left(), Top(), width, height);
+}
+
+void TWinControl::SetTabStop(bool value)
+{
+    FTabStop = value;
+    if (FWidget)
+        FWidget->setFocusPolicy(value ? Qt::StrongFocus : Qt::ClickFocus);
+}
+
+void TWinControl::SetCtl3D(bool value)
+{
+    if (value != FCtl3D) {
+        FCtl3D = value;
+        Invalidate();
+    }
+}
+
+bool TWinControl::Focused() const { return FWidget && FWidget->hasFocus(); }
+
+void TWinControl::SetFocus()
+{
+    if (FWidget)
+        FWidget->setFocus(Qt::OtherFocusReason);
+}
+
+void TWinControl::Invalidate()
+{
+    if (FWidget)
+        FWidget->update();
+}
+
+void TWinControl::Repaint()
+{
+    if (FWidget)
+        FWidget->repaint();
+}
+
+void TWinControl::Dispatch(TMessage& Message)
+{
+    switch (Message.Msg) {
+    case CM_ENTER:
+        CMEnter(Message);
+        break;
+    case CM_EXIT:
+        CMExit(Message);
+        break;
+    default:
+        TControl::Dispatch(Message);
+    }
+}
+
+void TWinControl::CMEnter(TMessage&)
+{
+    if (OnEnter)
+        OnEnter(this);
+}
+
+void TWinControl::CMExit(TMessage&)
+{
+    if (OnExit)
+        OnExit(this);
+}
+
+TCustomControl::TCustomControl(TComponent* AOwner) : TWinControl(AOwner, new ControlWidget(this)) {}
+
+TCustomControl::~TCustomControl() = default;
+
+void TCustomControl::PaintWidget(QPainter& painter)
+{
+    FCanvas.Attach(&painter);
+    try {
+        Paint();
+    } catch (...) {
+        FCanvas.Detach();
+        throw;
+    }
+    FCanvas.Detach();
+}
+
+NativeInt SendMessage(TWinControl* target, Cardinal Msg, NativeUInt WParam, NativeInt LParam)
+{
+    TMessage message{Msg, WParam, LParam, 0};
+    target->Dispatch(message);
+    return message.Result;
+}
+
+bool PostMessage(TWinControl* target, Cardinal Msg, NativeUInt WParam, NativeInt LParam)
+{
+    if (!target)
+        return false;
+    QCoreApplication::postEvent(target->MessageTarget(), new PostedMessageEvent(TMessage{Msg, WParam, LParam, 0}));
+    return true;
+}
+
+void ProcessPostedMessages() { QCoreApplication::sendPostedEvents(nullptr, PostedMessageEventType); }
+
+}  // namespace sx

@@ -1,0 +1,306 @@
+// Colours, fonts and the canvas, mapped one to one onto QPainter.
+#include "Graphics.h"
+
+#include "QtConvert.h"
+
+#include <QFont>
+#include <QFontMetrics>
+#include <QGuiApplication>
+#include <QImage>
+#include <QPainter>
+#include <QPalette>
+
+#include <cstdlib>
+
+namespace sx {
+
+namespace {
+
+/// The desktop's colours when no application palette is there to ask.
+constexpr std::array<TColor, 25> ClassicSystemColors = {
+    0xC8C8C8, 0x000000, 0xD1B499, 0xDBCDBF, 0xF0F0F0, 0xFFFFFF, 0x646464, 0x000000, 0x000000,
+    0x000000, 0xB4B4B4, 0xFCF7F4, 0xABABAB, 0xD77800, 0xFFFFFF, 0xF0F0F0, 0xA0A0A0, 0x6D6D6D,
+    0x000000, 0x000000, 0xFFFFFF, 0x696969, 0xE3E3E3, 0x000000, 0xE1FFFF,
+};
+
+/// The palette role that stands for a system colour, where there is one.
+std::optional<QPalette::ColorRole> PaletteRole(TColor color)
+{
+    switch (color) {
+    case clWindow: return QPalette::Base;
+    case clWindowText: return QPalette::Text;
+    case clHighlight: return QPalette::Highlight;
+    case clHighlightText: return QPalette::HighlightedText;
+    case clBtnFace: return QPalette::Button;
+    case clBtnShadow: return QPalette::Dark;
+    case clBtnHighlight: return QPalette::Light;
+    case clBtnText: return QPalette::ButtonText;
+    case cl3DDkShadow: return QPalette::Shadow;
+    case cl3DLight: return QPalette::Midlight;
+    case clInfoBk: return QPalette::ToolTipBase;
+    case clInfoText: return QPalette::ToolTipText;
+    case clMenu: return QPalette::Window;
+    case clMenuText: return QPalette::WindowText;
+    default: return std::nullopt;
+    }
+}
+
+TColor FromQColor(const QColor& c) { return RGB(Byte(c.red()), Byte(c.green()), Byte(c.blue())); }
+
+}  // namespace
+
+TColor ColorToRGB(TColor color)
+{
+    if (!IsSystemColor(color))
+        return color & 0x00FFFFFF;
+    const auto role = PaletteRole(color);
+    if (role && qobject_cast<QGuiApplication*>(QCoreApplication::instance()))
+        return FromQColor(QGuiApplication::palette().color(QPalette::Active, *role));
+    const std::size_t index = color & 0xFF;
+    return index < ClassicSystemColors.size() ? ClassicSystemColors[index] : clBlack;
+}
+
+struct TFont::Cache {
+    std::array<std::optional<QFont>, 16> fonts;
+    std::array<std::optional<QFontMetrics>, 16> metrics;
+};
+
+TFont::TFont() : FCache(std::make_unique<Cache>()) {}
+
+TFont::~TFont() = default;
+
+void TFont::SetName(const String& value)
+{
+    if (value != FName) {
+        FName = value;
+        Changed(true);
+    }
+}
+
+void TFont::SetSize(Integer value)
+{
+    if (value != FSize) {
+        FSize = value;
+        Changed(true);
+    }
+}
+
+Integer TFont::Height() const { return -MulDiv(FSize, ScreenPixelsPerInch, 72); }
+
+void TFont::SetHeight(Integer value) { SetSize(-MulDiv(value, 72, ScreenPixelsPerInch)); }
+
+void TFont::SetStyle(TFontStyles value)
+{
+    if (!(value == FStyle)) {
+        FStyle = value;
+        Changed(false);
+    }
+}
+
+void TFont::SetColor(TColor value)
+{
+    if (value != FColor) {
+        FColor = value;
+        Changed(false);
+    }
+}
+
+void TFont::Assign(const TFont& source)
+{
+    if (&source == this)
+        return;
+    const bool shape = source.FName != FName || source.FSize != FSize;
+    FName = source.FName;
+    FSize = source.FSize;
+    FStyle = source.FStyle;
+    FColor = source.FColor;
+    Changed(shape);
+}
+
+void TFont::Changed(bool shapeChanged)
+{
+    if (shapeChanged)
+        *FCache = Cache{};
+    if (OnChange)
+        OnChange(this);
+}
+
+const QFont& TFont::QtFont() const
+{
+    auto& slot = FCache->fonts[FStyle.ToBits() & 15];
+    if (!slot) {
+        QFont font(ToQString(FName));
+        font.setPixelSize(std::max(1, std::abs(Height())));
+        font.setBold(FStyle.Contains(TFontStyle::fsBold));
+        font.setItalic(FStyle.Contains(TFontStyle::fsItalic));
+        font.setUnderline(FStyle.Contains(TFontStyle::fsUnderline));
+        font.setStrikeOut(FStyle.Contains(TFontStyle::fsStrikeOut));
+        // Whole-pixel advances and no kerning: every cell of a fixed-pitch
+        // font is then exactly as wide as the caret and hit testing assume.
+        font.setKerning(false);
+        font.setHintingPreference(QFont::PreferFullHinting);
+        slot = font;
+    }
+    return *slot;
+}
+
+const QFontMetrics& TFont::Metrics() const
+{
+    auto& slot = FCache->metrics[FStyle.ToBits() & 15];
+    if (!slot)
+        slot.emplace(QtFont());
+    return *slot;
+}
+
+TCanvas::TCanvas() = default;
+
+TCanvas::~TCanvas() = default;
+
+void TCanvas::Attach(QPainter* painter) { FAttached = painter; }
+
+void TCanvas::Detach() { FAttached = nullptr; }
+
+bool TCanvas::HasPainter() const { return FAttached != nullptr; }
+
+QPainter* TCanvas::Painter() { return FAttached; }
+
+void TCanvas::FillPixels(const TRect& rect, TColor color)
+{
+    if (rect.IsEmpty())
+        return;
+    if (QPainter* p = Painter())
+        p->fillRect(ToQRect(rect), ToQColor(color));
+}
+
+void TCanvas::FillRect(const TRect& rect)
+{
+    if (FBrush.Style == TBrushStyle::bsSolid)
+        FillPixels(rect, FBrush.Color);
+}
+
+void TCanvas::Rectangle(Integer x1, Integer y1, Integer x2, Integer y2)
+{
+    const TRect outer = Rect(std::min(x1, x2), std::min(y1, y2), std::max(x1, x2), std::max(y1, y2));
+    const TRect inner = Rect(outer.Left + 1, outer.Top + 1, outer.Right - 1, outer.Bottom - 1);
+    if (FBrush.Style == TBrushStyle::bsSolid) {
+        FillPixels(outer, FPen.Color);
+        FillPixels(inner, FBrush.Color);
+    } else {
+        FrameRectIn(outer, FPen.Color);
+    }
+}
+
+void TCanvas::FrameRectIn(const TRect& r, TColor color)
+{
+    FillPixels(Rect(r.Left, r.Top, r.Right, std::min(r.Top + 1, r.Bottom)), color);
+    FillPixels(Rect(r.Left, std::max(r.Bottom - 1, r.Top), r.Right, r.Bottom), color);
+    FillPixels(Rect(r.Left, r.Top, std::min(r.Left + 1, r.Right), r.Bottom), color);
+    FillPixels(Rect(std::max(r.Right - 1, r.Left), r.Top, r.Right, r.Bottom), color);
+}
+
+void TCanvas::FrameRect(const TRect& rect) { FrameRectIn(rect, FBrush.Color); }
+
+void TCanvas::LineTo(Integer x, Integer y)
+{
+    const TPoint from = FPenPos;
+    FPenPos = Point(x, y);
+    if (from.X == x) {
+        FillPixels(Rect(x, std::min(from.Y, y + 1), x + 1, std::max(from.Y + 1, y)), FPen.Color);
+    } else if (from.Y == y) {
+        FillPixels(Rect(std::min(from.X, x + 1), y, std::max(from.X + 1, x), y + 1), FPen.Color);
+    } else if (QPainter* p = Painter()) {
+        p->setPen(QPen(ToQColor(FPen.Color), 0));
+        p->drawLine(from.X, from.Y, x, y);
+    }
+}
+
+void TCanvas::TextOut(Integer x, Integer y, const String& text)
+{
+    const QFontMetrics& metrics = FFont.Metrics();
+    const QString qtext = ToQString(text);
+    const int width = metrics.horizontalAdvance(qtext);
+    if (FBrush.Style == TBrushStyle::bsSolid)
+        FillPixels(Rect(x, y, x + width, y + metrics.height()), FBrush.Color);
+    if (QPainter* p = Painter()) {
+        p->setFont(FFont.QtFont());
+        p->setPen(ToQColor(FFont.Color()));
+        p->drawText(x, y + metrics.ascent(), qtext);
+    }
+    FPenPos = Point(x + width, y);
+}
+
+Integer TCanvas::TextWidth(const String& text) { return FFont.Metrics().horizontalAdvance(ToQString(text)); }
+
+Integer TCanvas::TextHeight(const String&) { return FFont.Metrics().height(); }
+
+void TCanvas::Draw(Integer x, Integer y, TBitmap& bitmap)
+{
+    const QImage& image = bitmap.Image();
+    if (QPainter* p = Painter())
+        p->drawImage(x, y, image);
+}
+
+void TCanvas::SetClipRect(const TRect& rect)
+{
+    if (QPainter* p = Painter())
+        p->setClipRect(ToQRect(rect));
+}
+
+void TCanvas::ResetClip()
+{
+    if (QPainter* p = Painter())
+        p->setClipping(false);
+}
+
+/// The canvas of a bitmap: opens a painter on the picture when first drawn on.
+class TBitmap::BitmapCanvas : public TCanvas {
+public:
+    explicit BitmapCanvas(QImage& image) : FImage(image) {}
+    ~BitmapCanvas() override { End(); }
+    void End() { FPainter.reset(); }
+
+protected:
+    QPainter* Painter() override
+    {
+        if (FImage.isNull())
+            return nullptr;
+        if (!FPainter)
+            FPainter = std::make_unique<QPainter>(&FImage);
+        return FPainter.get();
+    }
+
+private:
+    QImage& FImage;
+    std::unique_ptr<QPainter> FPainter;
+};
+
+TBitmap::TBitmap() : FImage(std::make_unique<QImage>()), FCanvas(std::make_unique<BitmapCanvas>(*FImage)) {}
+
+TBitmap::~TBitmap()
+{
+    FCanvas.reset();
+}
+
+Integer TBitmap::Width() const { return FImage->width(); }
+
+Integer TBitmap::Height() const { return FImage->height(); }
+
+void TBitmap::SetSize(Integer width, Integer height)
+{
+    if (width == Width() && height == Height())
+        return;
+    FCanvas->End();
+    *FImage = (width > 0 && height > 0) ? QImage(width, height, QImage::Format_RGB32) : QImage();
+    if (!FImage->isNull())
+        FImage->fill(Qt::white);
+}
+
+TCanvas& TBitmap::Canvas() { return *FCanvas; }
+
+const QImage& TBitmap::Image()
+{
+    FCanvas->End();
+    return *FImage;
+}
+
+}  // namespace sx

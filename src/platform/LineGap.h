@@ -56,7 +56,9 @@ public:
     {
         if (index == FGapStart)
             return;
-        if (index < FGapStart) {
+        if (FGapLength == 0) {
+            // an empty gap can stand anywhere; moving would assign elements to themselves
+        } else if (index < FGapStart) {
             // move [index, FGapStart) up behind the gap
             for (std::size_t i = FGapStart; i > index; --i)
                 FBody[i - 1 + FGapLength] = std::move(FBody[i - 1]);

@@ -1,0 +1,14 @@
+// Colour conversion to Qt.
+#include "QtConvert.h"
+
+#include "Graphics.h"
+
+namespace sx {
+
+QColor ToQColor(TColor color)
+{
+    const TColor rgb = ColorToRGB(color);
+    return QColor(GetRValue(rgb), GetGValue(rgb), GetBValue(rgb));
+}
+
+}  // namespace sx

@@ -11,8 +11,6 @@ namespace sx {
 
 class TStream;
 
-using TNotifyEvent = std::function<void(TObject* Sender)>;
-
 /// A list of lines with one integer slot each ("object" in the classic list).
 class TStrings : public TPersistent {
 public:

@@ -2,6 +2,7 @@
 #include "SysUtils.h"
 
 #include <algorithm>
+#include <cmath>
 
 namespace sx {
 
@@ -154,6 +155,13 @@ String TrimRight(const String& s)
     while (last > 0 && s[last - 1] <= u' ')
         --last;
     return s.substr(0, last);
+}
+
+Integer MulDiv(Integer a, Integer b, Integer c)
+{
+    if (c == 0)
+        return -1;
+    return Integer(std::llround(double(a) * double(b) / double(c)));
 }
 
 String IntToStr(long long value) { return StrFromLatin1(std::to_string(value).c_str()); }

@@ -2,6 +2,7 @@
 // semantics the system relies on (ASCII-only case mapping, CR LF line breaks).
 #pragma once
 
+#include "Sets.h"
 #include "Types.h"
 
 #include <exception>
@@ -48,6 +49,10 @@ class EConvertError : public Exception {
     using Exception::Exception;
 };
 
+enum class TStringSearchOption { soDown, soMatchCase, soWholeWord };
+/// The flags of SearchBuf, one byte: bit 0 soDown, 1 soMatchCase, 2 soWholeWord.
+using TStringSearchOptions = TSet<TStringSearchOption, 8>;
+
 /// Raises EAbort.
 [[noreturn]] void Abort();
 
@@ -65,5 +70,7 @@ String Trim(const String& s);
 /// Removes trailing characters with codes up to 32.
 String TrimRight(const String& s);
 String IntToStr(long long value);
+/// a * b / c rounded to the nearest integer, halves away from zero.
+Integer MulDiv(Integer a, Integer b, Integer c);
 
 }  // namespace sx

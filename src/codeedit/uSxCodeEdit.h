@@ -1,0 +1,281 @@
+// TSxCodeEdit: the custom-drawn code editor control. It holds the lines, shows
+// them through a language parser, keeps a caret that may stand beyond the end
+// of a line, a selection, an undo stack, and two scroll bars of its own.
+#pragma once
+
+#include "codeedit/fSxCodeEditSearchReplaceDlg.h"
+#include "codeedit/uSxCodeEditCaret.h"
+#include "codeedit/uSxCodeEditUndo.h"
+#include "codeedit/uSxCodeParser.h"
+#include "platform/Controls.h"
+#include "platform/Menus.h"
+#include "platform/ScrollBar.h"
+#include "platform/StringList.h"
+
+#include <functional>
+
+namespace sx {
+
+namespace uSxCodeEdit {
+
+enum class TSxCodeOption { coCanCollapse, coShowGuttor, coShowRightMargin };
+/// A set in one byte: bit 0 coCanCollapse, 1 coShowGuttor, 2 coShowRightMargin.
+using TSxCodeOptions = TSet<TSxCodeOption, 8>;
+
+/// Declared for the folding of lines; no operation uses its values.
+enum TSxLineKind { lkNotSet, lkNormal, lkMainOpen, lkMainClose, lkHidden };
+
+enum TSxSearchOrigin { SearchFromCursor, SearchEntireScope };
+
+/// Messages of the control's own.
+constexpr Cardinal WM_SX_SELECTWORD = 0x401;
+constexpr Cardinal WM_SX_SEARCHREPLACEDLG = 0x402;
+constexpr Cardinal WM_SX_SEARCHREPLACE = 0x403;
+
+/// Makes a colour APercent darker when ADarken is True: each byte of its RGB
+/// value scaled by (100 - APercent) / 100, rounded down.
+void DarkenColor(TColor& AColor, bool ADarken, Integer APercent);
+
+}  // namespace uSxCodeEdit
+
+using uSxCodeEdit::TSxCodeOption;
+using uSxCodeEdit::TSxCodeOptions;
+
+/// Gives a painted line colours of its own: answer True and leave the two colours in the arguments.
+using TSxParserLineChangeEvent =
+    std::function<bool(Integer aLineNr, TColor& aBackGroundColor, TColor& aFontColor)>;
+
+/// The options of the search and the replace, filled in from the dialog.
+struct TSxSearchReplaceOptions {
+    String SearchString;
+    bool CaseSensitive = false;
+    bool WholeWordsOnly = false;
+    bool SearchForward = false;
+    uSxCodeEdit::TSxSearchOrigin Origin = uSxCodeEdit::SearchFromCursor;
+    Integer StartLine = 0;
+    Integer StartPos = 0;
+    Integer EndLine = 0;
+    Integer EndPos = 0;
+    TStringSearchOptions Options;
+    bool Replace = false;
+    String ReplaceWith;
+    bool PromptOnReplace = false;
+    bool ReplaceAll = false;
+};
+
+/// Declared for clients of the library; no operation of the system makes one.
+class TSxCodeList : public TPersistent {
+public:
+    String GetStrings(Integer) const { return String(); }
+    void SetStrings(Integer, const String&) {}
+};
+
+class TSxCodeEdit : public TCustomControl {
+    SX_DECLARE_CLASS
+public:
+    explicit TSxCodeEdit(TComponent* AOwner);
+    ~TSxCodeEdit() override;
+
+    // Framework virtuals the control overrides.
+    void Loaded() override;
+    void Notification(TComponent* AComponent, TOperation Operation) override;
+    void SetParent(TWinControl* AParent) override;
+    void SetBounds(Integer ALeft, Integer ATop, Integer AWidth, Integer AHeight) override;
+    void Dispatch(TMessage& Message) override;
+
+    // Published properties.
+    TBevelEdges BevelEdges() const { return FBevelEdges; }
+    void SetBevelEdges(TBevelEdges v) { FBevelEdges = v; }
+    TBevelCut BevelInner() const { return FBevelInner; }
+    void SetBevelInner(TBevelCut v) { FBevelInner = v; }
+    TBevelCut BevelOuter() const { return FBevelOuter; }
+    void SetBevelOuter(TBevelCut v) { FBevelOuter = v; }
+    TBevelKind BevelKind() const { return FBevelKind; }
+    void SetBevelKind(TBevelKind v) { FBevelKind = v; }
+    TBevelWidth BevelWidth() const { return FBevelWidth; }
+    void SetBevelWidth(TBevelWidth v) { FBevelWidth = v; }
+    TBorderStyle BorderStyle() const { return FBorderStyle; }
+    void SetBorderStyle(TBorderStyle Value);
+    TStrings& Lines() { return GetLines(); }
+    void SetLines(const TStrings& Value);
+    TSxLangParser* Parser() { return GetParser(); }
+    void SetParser(TSxLangParser* Value);
+    TPopupMenu* PopupMenu() const { return FPopupMenu; }
+    void SetPopupMenu(TPopupMenu* Value);
+    Integer GuttorWidth() const { return FGuttorWidth; }
+    void SetGuttorWidth(Integer Value);
+    Integer RightMargin() const { return FRightMargin; }
+    void SetRightMargin(Integer Value);
+    TColor RightMarginColor() const { return FRightMarginColor; }
+    void SetRightMarginColor(TColor Value);
+    TSxCodeOptions Options() const { return FOptions; }
+    void SetOptions(TSxCodeOptions Value);
+    const TNotifyEvent& OnCursorChange() const { return FOnCursorChange; }
+    void SetOnCursorChange(TNotifyEvent Value);
+    const TNotifyEvent& OnChange() const { return FOnChange; }
+    void SetOnChange(TNotifyEvent Value);
+    bool ReadOnly() { return GetReadOnly(); }
+    const TSxParserLineChangeEvent& OnParserLineChange() const { return FOnParserLineChange; }
+    void SetOnParserLineChange(TSxParserLineChangeEvent Value);
+    Integer TabIndentSize() const { return FTabIndentSize; }
+    void SetTabIndentSize(Integer Value) { FTabIndentSize = Value; }
+
+    // Public properties.
+    Integer LinePos() const { return FLinePos; }
+    void SetLinePos(Integer Value);
+    Integer CharPos() const { return FCharPos; }
+    void SetCharPos(Integer Value);
+    bool ShowGuttor() const { return GetShowGuttor(); }
+    void SetShowGuttor(bool Value);
+    bool ShowRightMargin() const { return GetShowRightMargin(); }
+    void SetShowRightMargin(bool Value);
+    TPoint SelStart() const { return FSelStart; }
+    void SetSelStart(TPoint Value);
+    TPoint SelEnd() const { return FSelEnd; }
+    void SetSelEnd(TPoint Value);
+    String Text() { return GetText(); }
+    void SetText(const String& Value);
+    Integer ParserLineNr() const { return FParserLineNr; }
+    void SetParserLineNr(Integer Value);
+    bool Modified() const { return FModified; }
+    void SetModified(bool Value) { FModified = Value; }
+    bool CanUndo() { return GetCanUndo(); }
+    bool CanPaste() { return GetCanPaste(); }
+
+    // Public operations.
+    void CalcCursor(Integer& X, Integer& Y);
+    void InsertCode(Integer ALinePos, Integer ACharPos, const String& ATxt);
+    void DeleteSelected(TSxChangeType AChangeType, String& Deleted);
+    void GetSelected(String& Selected);
+    Integer SelLength();
+
+    // Virtual operations the class adds, in the order of their slots.
+    virtual void SetReadOnly(bool Value);
+    virtual bool GetReadOnly();
+    virtual void KeyCommand(Word& Key, TShiftState Shift);
+    virtual void ClearSelection();
+    virtual void Changed();
+    virtual void InsertText(TSxChangeType AChangeType, const String& aTxt);
+    virtual void AddTxt(const String& aTxt);
+    virtual void AddCode(const String& aTxt);
+    virtual void LoadFromFile(const String& aFileName);
+
+    /// OnChanging of the line store: marks the control modified and repaints it.
+    virtual void LinesChanged(TObject* Sender);
+
+    // Metrics: one character cell and one line, in pixels.
+    Integer GetCharWidth();
+    Integer GetLineWidth();
+    Integer RealGuttorWidth() const;
+
+    TScrollBar& HScrollBar() { return *FHScrollBar; }
+    TScrollBar& VScrollBar() { return *FVScrollBar; }
+    TSxUndoList& UndoList() { return *FUndoList; }
+
+protected:
+    void Paint() override;
+
+    // The framework's key and mouse events.
+    virtual void KeyDown(Word& Key, TShiftState Shift);
+    virtual void MouseDown(TMouseButton Button, TShiftState Shift, Integer X, Integer Y);
+    virtual void MouseMove(TShiftState Shift, Integer X, Integer Y);
+    virtual void MouseUp(TMouseButton Button, TShiftState Shift, Integer X, Integer Y);
+    virtual void DblClick();
+
+    // Message handlers.
+    virtual void WMSselectWord(TMessage& Message);
+    virtual void WMSearchReplaceDlg(TMessage& Message);
+    virtual void WMSearchReplace(TMessage& Message);
+    virtual void WMCut(TMessage& Message);
+    virtual void WMCopy(TMessage& Message);
+    virtual void WMPaste(TMessage& Message);
+    virtual void WMUndo(TMessage& Message);
+    virtual void WMEraseBkgnd(TMessage& Message);
+    virtual void WMGetDlgCode(TMessage& Message);
+    virtual void WMChar(TMessage& Message);
+    virtual void WMMouseWheel(TMessage& Message);
+    virtual void CMWantSpecialKey(TMessage& Message);
+    void CMEnter(TMessage& Message) override;
+    void CMExit(TMessage& Message) override;
+    void ParentWindowChanged() override;
+
+    /// Clears the selection and puts the caret at (0, 0).
+    void InitSelectionAndPosition();
+    void SetSelection(bool IgnoreShift);
+    void BackSpaceSelected();
+    void GotoNextChar(bool AForward);
+    void ResetCaret();
+    void PositionScollBars();
+    void ScrollChange(TObject* Sender);
+    void CodeChange(TObject* Sender);
+    void SetCharWidth(Integer Value);
+    void SetLineWidth(Integer Value);
+    TSxLangParser* GetParser();
+    TStrings& GetLines() { return *FLines; }
+    String GetText();
+    bool GetShowGuttor() const;
+    bool GetShowRightMargin() const;
+    bool GetCanUndo();
+    bool GetCanPaste();
+    /// The parser's feed during a paint: hands over one line at a time with CR LF.
+    bool ParserGetNewBuffer(bool AReset, String& S);
+    /// Folding is declared and not active: no line is ever collapsed.
+    bool IsLineCollapse(Integer ALineNr, bool& ACollapsed);
+
+    TBorderStyle FBorderStyle = TBorderStyle::bsSingle;
+    bool FModified = false;
+    TSxUndoList* FUndoList = nullptr;
+    TStringList* FLines = nullptr;
+    Integer FCharPos = 0;
+    Integer FLinePos = 0;
+    Integer FGuttorWidth = 20;
+    TSxLangParser* FParser = nullptr;
+    Integer FParserLineNr = 0;
+    TSxCaret* FCaret = nullptr;
+    Integer FCharWidth = 0;
+    Integer FLineWidth = 0;
+    TScrollBar* FHScrollBar = nullptr;
+    TScrollBar* FVScrollBar = nullptr;
+    bool InPaint = false;
+    bool InMouseDown = false;
+    bool inMouseMove = false;
+    Integer FRightMargin = 80;
+    TColor FRightMarginColor = clBtnFace;
+    TSxCodeOptions FOptions;
+    TPoint FSelStart{-1, -1};
+    TPoint FSelEnd{-1, -1};
+    TNotifyEvent FOnCursorChange;
+    Integer FScollLines = 3;
+    TObjectList* Collapse = nullptr;
+    bool FInMouseSetSelection = false;
+    bool ParserLineCollapse = false;
+    bool ParserLineCollapsed = false;
+    TNotifyEvent FOnChange;
+    bool FReadOnly = false;
+    TPopupMenu* FPopupMenu = nullptr;
+    TSxParserLineChangeEvent FOnParserLineChange;
+    Integer FTabIndentSize = 2;
+    TFrmCodeEditSearchReplaceDlg* FSearchDlg = nullptr;
+    TSxSearchReplaceOptions FSearchOptions;
+
+private:
+    /// The parser's feed while this control paints; a type of its own so that
+    /// the control can tell its feed from another control's.
+    struct ParserFeed {
+        TSxCodeEdit* Control;
+        bool operator()(bool AReset, String& S) const { return Control->ParserGetNewBuffer(AReset, S); }
+    };
+    void ReleaseParserFeed(TSxLangParser* parser);
+    /// Message number to handler, for Dispatch.
+    static const TMessageHandler<TSxCodeEdit> MessageTable[14];
+    /// The values that live for one paint, and the steps of the paint.
+    class PaintPass;
+
+    TBevelEdges FBevelEdges{TBevelEdge::beLeft, TBevelEdge::beTop, TBevelEdge::beRight, TBevelEdge::beBottom};
+    TBevelCut FBevelInner = TBevelCut::bvRaised;
+    TBevelCut FBevelOuter = TBevelCut::bvLowered;
+    TBevelKind FBevelKind = TBevelKind::bkNone;
+    TBevelWidth FBevelWidth = 1;
+};
+
+}  // namespace sx

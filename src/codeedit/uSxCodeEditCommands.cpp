@@ -1,0 +1,37 @@
+// Operations of the control that the editing, keyboard, mouse, clipboard and
+// search work fills in. Until then each leaves the text and the caret alone.
+#include "uSxCodeEdit.h"
+
+namespace sx {
+
+void TSxCodeEdit::CalcCursor(Integer&, Integer&) {}
+void TSxCodeEdit::InsertCode(Integer, Integer, const String&) {}
+void TSxCodeEdit::DeleteSelected(TSxChangeType, String& Deleted) { Deleted.clear(); }
+void TSxCodeEdit::GetSelected(String& Selected) { Selected.clear(); }
+Integer TSxCodeEdit::SelLength() { return 0; }
+void TSxCodeEdit::KeyCommand(Word&, TShiftState) {}
+void TSxCodeEdit::InsertText(TSxChangeType, const String&) {}
+void TSxCodeEdit::AddTxt(const String&) {}
+void TSxCodeEdit::AddCode(const String&) {}
+void TSxCodeEdit::LoadFromFile(const String&) {}
+void TSxCodeEdit::KeyDown(Word&, TShiftState) {}
+void TSxCodeEdit::MouseDown(TMouseButton, TShiftState, Integer, Integer) {}
+void TSxCodeEdit::MouseMove(TShiftState, Integer, Integer) {}
+void TSxCodeEdit::MouseUp(TMouseButton, TShiftState, Integer, Integer) {}
+void TSxCodeEdit::DblClick() {}
+void TSxCodeEdit::WMSselectWord(TMessage&) {}
+void TSxCodeEdit::WMSearchReplaceDlg(TMessage&) {}
+void TSxCodeEdit::WMSearchReplace(TMessage&) {}
+void TSxCodeEdit::WMCut(TMessage&) {}
+void TSxCodeEdit::WMCopy(TMessage&) {}
+void TSxCodeEdit::WMPaste(TMessage&) {}
+void TSxCodeEdit::WMUndo(TMessage&) {}
+void TSxCodeEdit::WMGetDlgCode(TMessage&) {}
+void TSxCodeEdit::WMChar(TMessage&) {}
+void TSxCodeEdit::CMWantSpecialKey(TMessage&) {}
+void TSxCodeEdit::BackSpaceSelected() {}
+void TSxCodeEdit::GotoNextChar(bool) {}
+bool TSxCodeEdit::GetCanUndo() { return FUndoList->Count() > 0; }
+bool TSxCodeEdit::GetCanPaste() { return false; }
+
+}  // namespace sx

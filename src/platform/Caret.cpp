@@ -1,0 +1,119 @@
+// The caret as a small child widget over the control's widget, made visible
+// and hidden by a timer while it is shown and its window has the focus.
+#include "Caret.h"
+
+#include "Controls.h"
+#include "Graphics.h"
+#include "QtConvert.h"
+
+#include <QApplication>
+#include <QPointer>
+#include <QTimer>
+#include <QWidget>
+
+#include <memory>
+
+namespace sx {
+
+namespace {
+
+struct CaretState {
+    TCaretInfo info;
+    QPointer<QWidget> block;
+    std::unique_ptr<QTimer> timer;
+};
+
+CaretState& Caret()
+{
+    thread_local CaretState state;
+    return state;
+}
+
+int BlinkIntervalMs()
+{
+    const int flash = qobject_cast<QApplication*>(QCoreApplication::instance()) ? QApplication::cursorFlashTime() : 1000;
+    return flash > 0 ? flash / 2 : 0;  // 0 or less: the desktop wants no blinking
+}
+
+void UpdateBlock()
+{
+    CaretState& c = Caret();
+    if (!c.block)
+        return;
+    c.block->setGeometry(c.info.Pos.X, c.info.Pos.Y, c.info.Width, c.info.Height);
+    const bool focused = c.info.Window && c.info.Window->Focused();
+    c.block->setVisible(c.info.Shown && focused);
+    c.block->raise();
+}
+
+}  // namespace
+
+bool CreateCaret(TWinControl* window, void*, Integer width, Integer height)
+{
+    DestroyCaret();
+    if (!window || !window->Widget())
+        return false;
+    CaretState& c = Caret();
+    c.info = TCaretInfo{window, Point(0, 0), width, height, false};
+    c.block = new QWidget(window->Widget());
+    c.block->setAttribute(Qt::WA_TransparentForMouseEvents);
+    c.block->setAutoFillBackground(true);
+    QPalette palette = c.block->palette();
+    palette.setColor(QPalette::Window, ToQColor(clWindowText));
+    c.block->setPalette(palette);
+    c.block->hide();
+    c.timer = std::make_unique<QTimer>();
+    QObject::connect(c.timer.get(), &QTimer::timeout, [] {
+        CaretState& s = Caret();
+        if (s.block && s.info.Shown && s.info.Window && s.info.Window->Focused())
+            s.block->setVisible(!s.block->isVisible());
+    });
+    return true;
+}
+
+bool SetCaretPos(Integer x, Integer y)
+{
+    CaretState& c = Caret();
+    if (!c.info.Window)
+        return false;
+    c.info.Pos = Point(x, y);
+    UpdateBlock();
+    return true;
+}
+
+bool ShowCaret(TWinControl* window)
+{
+    CaretState& c = Caret();
+    if (!c.info.Window || (window && window != c.info.Window))
+        return false;
+    c.info.Shown = true;
+    UpdateBlock();
+    if (const int interval = BlinkIntervalMs(); interval > 0)
+        c.timer->start(interval);
+    return true;
+}
+
+bool HideCaret(TWinControl* window)
+{
+    CaretState& c = Caret();
+    if (!c.info.Window || (window && window != c.info.Window))
+        return false;
+    c.info.Shown = false;
+    c.timer->stop();
+    UpdateBlock();
+    return true;
+}
+
+bool DestroyCaret()
+{
+    CaretState& c = Caret();
+    c.timer.reset();
+    delete c.block.data();
+    c.block.clear();
+    c.info = TCaretInfo{};
+    return true;
+}
+
+TCaretInfo GetCaretInfo() { return Caret().info; }
+
+}  // namespace sx

@@ -1,0 +1,182 @@
+// Controls of the framework layer: a control with bounds and a parent, a
+// windowed control that owns one QWidget, the custom-drawn control with its
+// canvas, and posting and sending of numbered messages.
+#pragma once
+
+#include "Classes.h"
+#include "Graphics.h"
+#include "Messages.h"
+
+#include <exception>
+#include <functional>
+#include <vector>
+
+class QObject;
+class QPainter;
+class QWidget;
+
+namespace sx {
+
+enum class TAlign { alNone, alTop, alBottom, alLeft, alRight, alClient, alCustom };
+enum class TAnchorKind { akLeft, akTop, akRight, akBottom };
+using TAnchors = TSet<TAnchorKind, 8>;
+enum class TBorderStyle { bsNone, bsSingle };
+enum class TBevelCut { bvNone, bvLowered, bvRaised, bvSpace };
+enum class TBevelKind { bkNone, bkTile, bkSoft, bkFlat };
+enum class TBevelEdge { beLeft, beTop, beRight, beBottom };
+using TBevelEdges = TSet<TBevelEdge, 8>;
+using TBevelWidth = Integer;
+
+enum class TShiftStateItem { ssShift, ssAlt, ssCtrl, ssLeft, ssRight, ssMiddle, ssDouble };
+using TShiftState = TSet<TShiftStateItem, 16>;
+enum class TMouseButton { mbLeft, mbRight, mbMiddle };
+
+/// The modifier keys and mouse buttons held down at the moment of the call.
+TShiftState KeyboardStateToShiftState();
+
+/// Answers desktop settings; SPI_GETWHEELSCROLLLINES is the one known here.
+bool SystemParametersInfo(Cardinal uiAction, Cardinal uiParam, void* pvParam, Cardinal fWinIni);
+
+/// Receives exceptions that reach an event handler of the desktop; by default
+/// it writes them to the error output, since an exception must not cross Qt.
+void SetApplicationExceptionHandler(std::function<void(const std::exception&)> handler);
+void HandleApplicationException(const std::exception& e);
+
+class TWinControl;
+
+class TControl : public TComponent {
+    SX_DECLARE_CLASS
+public:
+    explicit TControl(TComponent* AOwner);
+    ~TControl() override;
+
+    Integer Left() const { return FLeft; }
+    Integer Top() const { return FTop; }
+    Integer Width() const { return FWidth; }
+    Integer Height() const { return FHeight; }
+    void SetLeft(Integer v) { SetBounds(v, FTop, FWidth, FHeight); }
+    void SetTop(Integer v) { SetBounds(FLeft, v, FWidth, FHeight); }
+    void SetWidth(Integer v) { SetBounds(FLeft, FTop, v, FHeight); }
+    void SetHeight(Integer v) { SetBounds(FLeft, FTop, FWidth, v); }
+    virtual void SetBounds(Integer ALeft, Integer ATop, Integer AWidth, Integer AHeight);
+    Integer ClientWidth() const { return FWidth; }
+    Integer ClientHeight() const { return FHeight; }
+    TRect GetClientRect() const { return Rect(0, 0, FWidth, FHeight); }
+
+    TWinControl* Parent() const { return FParent; }
+    virtual void SetParent(TWinControl* AParent);
+    bool Visible() const { return FVisible; }
+    void SetVisible(bool value);
+    TAlign Align() const { return FAlign; }
+    void SetAlign(TAlign value) { FAlign = value; }
+    TAnchors Anchors() const { return FAnchors; }
+    void SetAnchors(TAnchors value) { FAnchors = value; }
+    TFont& Font() { return FFont; }
+
+    virtual void Invalidate() {}
+    /// Sends the message to its handler, or to DefaultHandler when none answers it.
+    virtual void Dispatch(TMessage& Message) { DefaultHandler(Message); }
+    virtual void DefaultHandler(TMessage& Message) { (void)Message; }
+
+protected:
+    virtual void BoundsChanged() {}
+    virtual void VisibleChanged() {}
+
+private:
+    Integer FLeft = 0, FTop = 0, FWidth = 0, FHeight = 0;
+    TWinControl* FParent = nullptr;
+    bool FVisible = true;
+    TAlign FAlign = TAlign::alNone;
+    TAnchors FAnchors{TAnchorKind::akLeft, TAnchorKind::akTop};
+    TFont FFont;
+};
+
+/// A control with a window of its own: one QWidget that a host puts into any
+/// Qt layout through Widget(). Qt events reach the control's handlers and
+/// numbered messages. When Qt destroys the widget, the control is freed too.
+class TWinControl : public TControl {
+    SX_DECLARE_CLASS
+public:
+    ~TWinControl() override;
+
+    QWidget* Widget() const { return FWidget; }
+    void SetParent(TWinControl* AParent) override;
+    /// True when the control sits in a parent control or in a host's Qt widget.
+    bool HasParentWindow() const;
+    int ControlCount() const { return int(FControls.size()); }
+    TControl* Controls(int index) const { return FControls.at(std::size_t(index)); }
+
+    bool TabStop() const { return FTabStop; }
+    void SetTabStop(bool value);
+    bool Ctl3D() const { return FCtl3D; }
+    void SetCtl3D(bool value);
+    bool Focused() const;
+    virtual void SetFocus();
+    void Invalidate() override;
+    /// Paints now rather than at the next turn of the event loop.
+    void Repaint();
+
+    void Dispatch(TMessage& Message) override;
+    /// The handle that messages are posted to.
+    TWinControl* Handle() { return this; }
+    /// The Qt object that posted messages travel to.
+    QObject* MessageTarget() const { return FBridge; }
+
+    TNotifyEvent OnEnter;
+    TNotifyEvent OnExit;
+
+protected:
+    TWinControl(TComponent* AOwner, QWidget* widget);
+
+    /// Focus came (CM_ENTER) or went (CM_EXIT); the framework's handling fires OnEnter/OnExit.
+    virtual void CMEnter(TMessage& Message);
+    virtual void CMExit(TMessage& Message);
+    /// Qt put the widget into a host widget that is no control of ours.
+    virtual void ParentWindowChanged() {}
+    void BoundsChanged() override;
+    void VisibleChanged() override;
+
+private:
+    friend class WidgetBridge;
+    friend class ControlWidget;
+    friend class TControl;
+    void AddChild(TControl* child);
+    void RemoveChild(TControl* child);
+    void WidgetResized(Integer width, Integer height);
+    void WidgetDestroyed();
+
+    QWidget* FWidget;
+    QObject* FBridge;
+    std::vector<TControl*> FControls;
+    bool FTabStop = false;
+    bool FCtl3D = true;
+};
+
+/// A control that draws itself: Paint draws on Canvas inside Qt's paint event.
+class TCustomControl : public TWinControl {
+    SX_DECLARE_CLASS
+public:
+    explicit TCustomControl(TComponent* AOwner);
+    ~TCustomControl() override;
+
+    TCanvas& Canvas() { return FCanvas; }
+
+protected:
+    virtual void Paint() {}
+
+private:
+    friend class ControlWidget;
+    void PaintWidget(QPainter& painter);
+
+    TCanvas FCanvas;
+};
+
+/// Runs the handler of the message now and answers its result.
+NativeInt SendMessage(TWinControl* target, Cardinal Msg, NativeUInt WParam = 0, NativeInt LParam = 0);
+/// Queues the message; it runs once the running event handler has returned.
+/// Messages to a control that is freed meanwhile are dropped.
+bool PostMessage(TWinControl* target, Cardinal Msg, NativeUInt WParam = 0, NativeInt LParam = 0);
+/// Runs every message posted so far (for tests and modal loops).
+void ProcessPostedMessages();
+
+}  // namespace sx
