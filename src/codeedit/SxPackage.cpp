@@ -1,1 +1,53 @@
-// Package start and stop.
+// The package's unit table and its start and stop.
+#include "SxPackage.h"
+
+#include "uSxCodePascalParser.h"
+#include "uSxCodeSqlParser.h"
+#include "uSxCodeXmlParser.h"
+
+#include <array>
+
+namespace sx {
+
+namespace {
+
+const std::array<TPackageUnit, 10> Units = {{
+    {u"uSxCodeParser", nullptr, nullptr},
+    {u"uSxPaintHelpers", nullptr, nullptr},
+    {u"fSxCodeEditSearchReplaceDlg", nullptr, nullptr},
+    {u"uSxCodeEdit", nullptr, nullptr},
+    {u"uSxCodePascalParser", &uSxCodePascalParser::Initialization, &uSxCodePascalParser::Finalization},
+    {u"uSxCodeVBParser", nullptr, nullptr},
+    {u"uSxCodeJSParser", nullptr, nullptr},
+    {u"uSxCodeXmlParser", &uSxCodeXmlParser::Initialization, &uSxCodeXmlParser::Finalization},
+    {u"uSxDbCodeEdit", nullptr, nullptr},
+    {u"uSxCodeSqlParser", &uSxCodeSqlParser::Initialization, &uSxCodeSqlParser::Finalization},
+}};
+
+bool Started = false;
+
+}  // namespace
+
+std::span<const TPackageUnit> GetPackageInfoTable() { return Units; }
+
+void Initialize()
+{
+    if (Started)
+        return;
+    Started = true;
+    for (const TPackageUnit& unit : Units)
+        if (unit.Initialization)
+            unit.Initialization();
+}
+
+void Finalize()
+{
+    if (!Started)
+        return;
+    Started = false;
+    for (auto it = Units.rbegin(); it != Units.rend(); ++it)
+        if (it->Finalization)
+            it->Finalization();
+}
+
+}  // namespace sx

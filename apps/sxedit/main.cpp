@@ -1,0 +1,102 @@
+// sxedit: the demo editor. Opens the file named on its command line, or the
+// bundled Pascal sample, in one TSxCodeEdit. Without a display (or with
+// --screenshots DIR) it renders the control to PNG files and says where.
+#include "DemoFiles.h"
+
+#include "codeedit/SxPackage.h"
+#include "codeedit/uSxCodeEdit.h"
+#include "platform/QtConvert.h"
+
+#include <QApplication>
+#include <QCommandLineParser>
+#include <QDir>
+#include <QFileInfo>
+#include <QMainWindow>
+#include <QMessageBox>
+
+#include <cstdio>
+
+using namespace sx;
+
+namespace {
+
+bool HasDisplay()
+{
+    const QString platform = QGuiApplication::platformName();
+    return platform != QLatin1String("offscreen") && platform != QLatin1String("minimal");
+}
+
+void SaveShot(QWidget& window, const QDir& dir, const QString& name)
+{
+    const QString path = dir.filePath(name);
+    if (window.grab().save(path))
+        std::printf("  %s\n", qPrintable(QDir::toNativeSeparators(QFileInfo(path).absoluteFilePath())));
+    else
+        std::fprintf(stderr, "sxedit: could not write %s\n", qPrintable(path));
+}
+
+/// Renders the view at the top, with a selection, and scrolled down.
+int RenderScreenshots(QMainWindow& window, TSxCodeEdit& edit, const QString& dirName)
+{
+    QDir dir(dirName);
+    if (!dir.mkpath(QStringLiteral("."))) {
+        std::fprintf(stderr, "sxedit: cannot create %s\n", qPrintable(dirName));
+        return 1;
+    }
+    std::printf("sxedit: no display; screenshots written to:\n");
+    SaveShot(window, dir, QStringLiteral("sxedit-top.png"));
+    edit.SetSelEnd(Point(2, 12));
+    edit.SetSelStart(Point(9, 15));
+    SaveShot(window, dir, QStringLiteral("sxedit-selection.png"));
+    edit.ClearSelection();
+    edit.VScrollBar().SetPosition(edit.Lines().Count() / 2);
+    SaveShot(window, dir, QStringLiteral("sxedit-scrolled.png"));
+    return 0;
+}
+
+}  // namespace
+
+int main(int argc, char** argv)
+{
+    QApplication app(argc, argv);
+    QApplication::setApplicationName(QStringLiteral("sxedit"));
+    QCommandLineParser options;
+    options.setApplicationDescription(QStringLiteral("Demo editor of the Sx code edit control"));
+    options.addHelpOption();
+    options.addPositionalArgument(QStringLiteral("file"), QStringLiteral("The file to open (default: a bundled sample)"));
+    const QCommandLineOption shots(QStringLiteral("screenshots"),
+                                   QStringLiteral("Render PNG screenshots into <dir> and exit"), QStringLiteral("dir"));
+    options.addOption(shots);
+    options.process(app);
+
+    Initialize();
+    const QStringList files = options.positionalArguments();
+    const QString path = files.isEmpty() ? QStringLiteral(SX_EXAMPLES_DIR "/sample.pas") : files.first();
+
+    QMainWindow window;
+    auto* edit = new TSxCodeEdit(nullptr);
+    window.setCentralWidget(edit->Widget());
+    window.resize(800, 600);
+    window.setWindowTitle(QFileInfo(path).fileName() + QStringLiteral(" - sxedit"));
+    try {
+        edit->SetText(demo::ReadTextFile(path));
+        edit->SetModified(false);
+    } catch (const Exception& e) {
+        std::fprintf(stderr, "sxedit: %s\n", e.what());
+        if (HasDisplay() && !options.isSet(shots))
+            QMessageBox::warning(&window, QStringLiteral("sxedit"), ToQString(e.Message()));
+        else
+            return 1;
+    }
+    edit->SetParser(demo::ParserForFile(path, edit));
+    window.show();
+    edit->SetFocus();
+
+    int result = 0;
+    if (options.isSet(shots) || !HasDisplay())
+        result = RenderScreenshots(window, *edit, options.isSet(shots) ? options.value(shots) : QStringLiteral("screenshots"));
+    else
+        result = QApplication::exec();
+    Finalize();
+    return result;
+}
