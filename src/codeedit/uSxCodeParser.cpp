@@ -107,6 +107,16 @@ void TSxLangParser::PushStr(const String& AStr)
         InternalPushChar(*it);
 }
 
+String TSxLangParser::PeekChars(Integer Count)
+{
+    String result;
+    result.reserve(Count > 0 ? std::size_t(Count) : 0);
+    for (Integer i = 0; i < Count; ++i)
+        result += ReadChar();
+    PushStr(result);
+    return result;
+}
+
 void TSxLangParser::Reset()
 {
     FText.clear();

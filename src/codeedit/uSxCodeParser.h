@@ -51,6 +51,8 @@ public:
     Char PeekChar();
     void PushChar(Char AChar) { InternalPushChar(AChar); }
     void PushStr(const String& AStr);
+    /// The next Count characters, read and given back again.
+    String PeekChars(Integer Count);
     /// Selects the stream feed; with Owner True the parser frees the stream.
     void SetInputStream(TStream* AStream, bool Owner);
 
@@ -125,6 +127,17 @@ const TSxTokenInfo<TToken>& FindTokenInfo(const std::array<TSxTokenInfo<TToken>,
         if (table[row].Tokens.Contains(token))
             return table[row];
     return table[defaultRow];
+}
+
+/// Fills the three colour values of a token from a colour table.
+template <class TToken, std::size_t N>
+void SetTokenPaintInfo(const std::array<TSxTokenInfo<TToken>, N>& table, std::size_t defaultRow, TToken token,
+                       TColor& BackGround, TColor& TextColor, TFontStyles& FontStyle)
+{
+    const TSxTokenInfo<TToken>& row = FindTokenInfo(table, defaultRow, token);
+    BackGround = row.BckColor;
+    TextColor = row.TextColor;
+    FontStyle = row.Style;
 }
 
 /// A class reference to TSxLangParser or a descendant, for choosing a parser class at run time.

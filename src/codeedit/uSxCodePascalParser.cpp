@@ -215,10 +215,7 @@ bool TSxCodePascalParser::GetNextToken(String& AToken, TColor& BackGround, TColo
                                        TFontStyles& FontStyle, bool& LineBreak)
 {
     const TPascalToken token = InternalGetNextToken(AToken);
-    const TSxPascalInfo& info = FindTokenInfo(DrawInfo, 0, token);
-    BackGround = info.BckColor;
-    TextColor = info.TextColor;
-    FontStyle = info.Style;
+    SetTokenPaintInfo(DrawInfo, 0, token, BackGround, TextColor, FontStyle);
     LineBreak = token == ptLineBreak;
     return token != ptInvalid && token != ptEndOfFile;
 }

@@ -225,23 +225,13 @@ void TSxCodeSqlParser::Reset()
     FInComment = false;
 }
 
-String TSxCodeSqlParser::PeekString(Integer Count)
-{
-    String result;
-    for (Integer i = 0; i < Count; ++i)
-        result += ReadChar();
-    PushStr(result);
-    return result;
-}
+String TSxCodeSqlParser::PeekString(Integer Count) { return PeekChars(Count); }
 
 bool TSxCodeSqlParser::GetNextToken(String& Token, TColor& BackGround, TColor& TextColor, TFontStyles& FontStyle,
                                     bool& LineBreak)
 {
     const TSxSqlToken T = InternalGetNextToken(Token);
-    const TSxSqlTokenInfo& info = FindTokenInfo(DrawInfo, DefaultRow, T);
-    BackGround = info.BckColor;
-    TextColor = info.TextColor;
-    FontStyle = info.Style;
+    SetTokenPaintInfo(DrawInfo, DefaultRow, T, BackGround, TextColor, FontStyle);
     LineBreak = T == vtLineBreak;
     return T != vtInvalid && T != vtEndOfFile;
 }

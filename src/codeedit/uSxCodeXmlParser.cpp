@@ -73,12 +73,7 @@ String TSxCodeXMLParser::ReadString(Integer Count)
     return result;
 }
 
-String TSxCodeXMLParser::PeekString(Integer Count)
-{
-    String result = ReadString(Count);
-    PushStr(result);
-    return result;
-}
+String TSxCodeXMLParser::PeekString(Integer Count) { return PeekChars(Count); }
 
 bool TSxCodeXMLParser::InTag() const { return FParseInfo == pElement || FParseInfo == pAttribute; }
 
@@ -189,10 +184,7 @@ bool TSxCodeXMLParser::GetNextToken(String& Token, TColor& BackGround, TColor& T
                                     bool& LineBreak)
 {
     const TSxXmlToken kind = InternalGetNextToken(Token);
-    const TSxXmlTokenInfo& row = FindTokenInfo(DrawInfo, DrawInfoDefaultRow, kind);
-    BackGround = row.BckColor;
-    TextColor = row.TextColor;
-    FontStyle = row.Style;
+    SetTokenPaintInfo(DrawInfo, DrawInfoDefaultRow, kind, BackGround, TextColor, FontStyle);
     LineBreak = kind == vtLineBreak;
     return kind != vtInvalid && kind != vtEndOfFile;
 }
