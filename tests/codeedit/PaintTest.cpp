@@ -3,6 +3,7 @@
 // in the middle of the text.
 #include "codeedit/WordParser.h"
 #include "codeedit/uSxCodeEdit.h"
+#include "codeedit/uSxCodePascalParser.h"
 #include "support/RenderHelpers.h"
 
 #include <gtest/gtest.h>
@@ -188,6 +189,20 @@ TEST_F(PaintTest, PaintThatStartsInsideACommentTakesTheStoredLineKind)
     const QImage image = Render(*edit);
     EXPECT_TRUE(CellIs(image, 0, 0, clLime));  // "two" is inside the comment
     EXPECT_TRUE(CellIs(image, 0, 2, clYellow));  // "four" is not
+}
+
+TEST_F(PaintTest, PascalCommentSurvivesAPaintThatStartsInItsMiddle)
+{
+    edit->SetParser(new TSxCodePascalParser(edit));
+    String text = u"begin\r\n(* open\r\nstill inside\r\n*) x := 1;";
+    for (int i = 0; i < 40; ++i)
+        text += u"\r\nend;";
+    edit->Lines().SetText(text);
+    Render(*edit);
+    edit->VScrollBar().SetPosition(2);
+    const QImage image = Render(*edit);
+    EXPECT_TRUE(CellIs(image, 0, 0, clHighlight));   // "still inside" keeps the comment colours
+    EXPECT_TRUE(CellIs(image, 3, 1, clWhite));      // "x", an identifier, after the comment closed
 }
 
 TEST_F(PaintTest, JumpToUnpaintedTextKnowsNoCommentFromAbove)
