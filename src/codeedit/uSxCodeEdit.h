@@ -202,6 +202,17 @@ protected:
     /// Clears the selection and puts the caret at (0, 0).
     void InitSelectionAndPosition();
     void SetSelection(bool IgnoreShift);
+    /// False when either end is cleared (-1), ran off the last line, or both are equal.
+    bool HasSelection() const;
+    /// The moving end lies after the anchor: the normal state after selecting forwards.
+    bool SelectionReversed() const;
+    /// Exchanges the two ends and puts the caret on the new moving end, with no event.
+    void SwapSelectionEnds();
+    /// An anchor beyond the last line moves onto a line added at the end and
+    /// reads as running off it; answers whether it did.
+    bool RepairSelectionEnd();
+    /// Up to ACount characters of a line from column AFrom: only what the line holds.
+    String LinePart(Integer ALine, Integer AFrom, Integer ACount) const;
     void BackSpaceSelected();
     void GotoNextChar(bool AForward);
     void ResetCaret();

@@ -7,8 +7,6 @@ namespace sx {
 void TSxCodeEdit::CalcCursor(Integer&, Integer&) {}
 void TSxCodeEdit::InsertCode(Integer, Integer, const String&) {}
 void TSxCodeEdit::DeleteSelected(TSxChangeType, String& Deleted) { Deleted.clear(); }
-void TSxCodeEdit::GetSelected(String& Selected) { Selected.clear(); }
-Integer TSxCodeEdit::SelLength() { return 0; }
 void TSxCodeEdit::KeyCommand(Word&, TShiftState) {}
 void TSxCodeEdit::InsertText(TSxChangeType, const String&) {}
 void TSxCodeEdit::AddTxt(const String&) {}
