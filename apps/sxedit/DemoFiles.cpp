@@ -29,6 +29,8 @@ TSxLangParser* ParserForFile(const QString& path, TComponent* owner)
     };
     static const Language languages[] = {
         {"pas dpr dpk inc pp", u"TsxCodePasParser"},
+        {"vbs bas", u"TSxCodeVBParser"},
+        {"js mjs", u"TSxCodeJSParser"},
         {"xml xsd xsl xslt svg ui", u"TSxCodeXMLParser"},
         {"sql ddl", u"TSxCodeSqlParser"},
     };

@@ -1,8 +1,11 @@
 // The package's unit table and its start and stop.
 #include "SxPackage.h"
 
+#include "uSxCodeEditEvents.h"
+#include "uSxCodeJSParser.h"
 #include "uSxCodePascalParser.h"
 #include "uSxCodeSqlParser.h"
+#include "uSxCodeVBParser.h"
 #include "uSxCodeXmlParser.h"
 
 #include <array>
@@ -15,10 +18,11 @@ const std::array<TPackageUnit, 10> Units = {{
     {u"uSxCodeParser", nullptr, nullptr},
     {u"uSxPaintHelpers", nullptr, nullptr},
     {u"fSxCodeEditSearchReplaceDlg", nullptr, nullptr},
-    {u"uSxCodeEdit", nullptr, nullptr},
+    // The control's unit makes its published events known to the type information.
+    {u"uSxCodeEdit", &uSxCodeEditEvents::RegisterCodeEditEvents, &uSxCodeEditEvents::UnRegisterCodeEditEvents},
     {u"uSxCodePascalParser", &uSxCodePascalParser::Initialization, &uSxCodePascalParser::Finalization},
-    {u"uSxCodeVBParser", nullptr, nullptr},
-    {u"uSxCodeJSParser", nullptr, nullptr},
+    {u"uSxCodeVBParser", &uSxCodeVBParser::Initialization, &uSxCodeVBParser::Finalization},
+    {u"uSxCodeJSParser", &uSxCodeJSParser::Initialization, &uSxCodeJSParser::Finalization},
     {u"uSxCodeXmlParser", &uSxCodeXmlParser::Initialization, &uSxCodeXmlParser::Finalization},
     {u"uSxDbCodeEdit", nullptr, nullptr},
     {u"uSxCodeSqlParser", &uSxCodeSqlParser::Initialization, &uSxCodeSqlParser::Finalization},

@@ -1,4 +1,5 @@
-// The parser base: its two input feeds, push-back and the base tokenizer.
+// The parser base: its two input feeds, push-back and the base tokenizer;
+// and the descriptions of event methods taken from type information.
 #include "uSxCodeParser.h"
 
 namespace sx {
@@ -10,7 +11,64 @@ namespace {
 /// The stream feed reads this many 16-bit characters per load.
 constexpr Integer StreamBlockChars = 4096;
 
+/// How a parameter is passed, from its flags; out wins over const, const over
+/// var. A value parameter has none of the three.
+TSxParamType ParamTypeOf(TParamFlags flags)
+{
+    TSxParamType result = ptNone;
+    if (flags.Contains(pfVar))
+        result = ptVar;
+    if (flags.Contains(pfConst))
+        result = ptConst;
+    if (flags.Contains(pfOut))
+        result = ptOut;
+    return result;
+}
+
+void AddParams(TSxMethodDescription& description, const TTypeData& data)
+{
+    for (const TMethodParamData& source : data.Params) {
+        TSxMethodParam* param = description.AddParam();
+        param->SetParamType(ParamTypeOf(source.Flags));
+        param->SetName(source.ParamName);
+        param->SetParamVarType(source.Flags.Contains(pfArray) ? source.TypeName + u"[]" : source.TypeName);
+    }
+}
+
 }  // namespace
+
+TSxMethodParam* TSxMethodDescription::AddParam()
+{
+    auto* param = new TSxMethodParam;
+    FParams.Add(param);
+    return param;
+}
+
+TSxMethodParam* TSxMethodDescription::GetParams(Integer Index) const
+{
+    return static_cast<TSxMethodParam*>(FParams.Items(Index));
+}
+
+TSxMethodDescription* GetMethodDescription(const TObject* AInstance, const String& APropName)
+{
+    if (!AInstance || Trim(APropName).empty())
+        return nullptr;
+    const PPropInfo prop = GetPropInfo(AInstance, APropName, TTypeKinds{tkMethod});
+    if (!prop)
+        return nullptr;
+    auto* description = new TSxMethodDescription;
+    const TTypeData* data = GetTypeData(prop->PropType());
+    if (!data)
+        return description;
+    description->SetProcType(data->MethodKind);
+    if (const auto* component = dynamic_cast<const TComponent*>(AInstance))
+        description->SetName(component->Name());
+    description->SetProcName(prop->Name());
+    AddParams(*description, *data);
+    if (data->MethodKind == mkFunction || data->MethodKind == mkClassFunction)
+        description->SetResultType(data->ResultType);
+    return description;
+}
 
 SX_DEFINE_CLASS(TSxLangParser, TComponent)
 

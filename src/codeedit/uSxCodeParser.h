@@ -1,11 +1,13 @@
 // The abstract tokenizer: a character source with unlimited push-back fed by
 // a callback or a stream, the token contract between a language parser and
-// whoever draws, and the state a parser carries from one line to the next.
+// whoever draws, the state a parser carries from one line to the next, and the
+// descriptions of event methods that script parsers write handlers from.
 #pragma once
 
 #include "platform/Classes.h"
 #include "platform/Colors.h"
 #include "platform/Streams.h"
+#include "platform/TypInfo.h"
 
 #include <array>
 #include <functional>
@@ -17,7 +19,13 @@ namespace uSxCodeParser {
 /// The base tokenizer's result.
 enum TlngToken { tUnknown, tLineBreak, tLine, tEndOfFile };
 
+/// How a parameter of an event method is passed. The values live in the unit's
+/// namespace, apart from the token names of the language parsers.
+enum TSxParamType { ptVar, ptOut, ptConst, ptNone };
+
 }  // namespace uSxCodeParser
+
+using uSxCodeParser::TSxParamType;
 
 /// Raised for parser errors by clients of the library; the parsers raise none.
 class ESxParser : public Exception {
@@ -31,6 +39,69 @@ using TSxOnGetNewBuffer = std::function<bool(bool AReset, String& S)>;
 /// Paint listener: may change the colours and style of a token.
 using TSxOnGetTokenPaintInfo =
     std::function<void(const String& AToken, TColor& ABackGround, TColor& ATextColor, TFontStyles& AFontStyle)>;
+
+/// One parameter of an event method.
+class TSxMethodParam : public TObject {
+public:
+    const String& ParamVarType() const { return FParamVarType; }
+    void SetParamVarType(const String& value) { FParamVarType = value; }
+    const String& Name() const { return FName; }
+    void SetName(const String& value) { FName = value; }
+    TSxParamType ParamType() const { return FParamType; }
+    void SetParamType(TSxParamType value) { FParamType = value; }
+
+private:
+    /// The type's name, with "[]" behind it for an array parameter.
+    String FParamVarType;
+    String FName;
+    /// A value parameter is passed in none of the three ways.
+    TSxParamType FParamType = uSxCodeParser::ptNone;
+};
+
+/// The signature of an event method, a snapshot taken from the type
+/// information of an event property; its caller frees it.
+class TSxMethodDescription : public TObject {
+public:
+    TSxMethodDescription() = default;
+    /// Frees the parameter list, which frees the parameters.
+    ~TSxMethodDescription() override = default;
+
+    /// Creates a parameter at the end of the list and gives it back; the list owns it.
+    TSxMethodParam* AddParam();
+    /// The parameter at Index, from 0.
+    TSxMethodParam* GetParams(Integer Index) const;
+    TSxMethodParam* Params(Integer Index) const { return GetParams(Index); }
+    /// The number of parameters in the list.
+    Integer GetParamCount() const { return FParams.Count(); }
+    Integer ParamCount() const { return GetParamCount(); }
+    /// Stores a count that nothing reads; ParamCount always counts the list.
+    void SetParamCount(Integer value) { FParamCount = value; }
+
+    /// The Name of the component the description was taken from; empty for an object that is no component.
+    const String& Name() const { return FName; }
+    void SetName(const String& value) { FName = value; }
+    /// The property's name, such as OnClick.
+    const String& ProcName() const { return FProcName; }
+    void SetProcName(const String& value) { FProcName = value; }
+    /// The result's type name; empty for a procedure.
+    const String& ResultType() const { return FResultType; }
+    void SetResultType(const String& value) { FResultType = value; }
+    TMethodKind ProcType() const { return FProcType; }
+    void SetProcType(TMethodKind value) { FProcType = value; }
+
+private:
+    Integer FParamCount = 0;
+    String FName;
+    String FProcName;
+    String FResultType;
+    TMethodKind FProcType = mkProcedure;
+    TObjectList FParams{true};
+};
+
+/// The signature of the event property APropName of AInstance, or none when
+/// there is no object, the name is blank, or the object has no published
+/// method property of that name. The caller owns the result.
+TSxMethodDescription* GetMethodDescription(const TObject* AInstance, const String& APropName);
 
 class TSxLangParser : public TComponent {
     SX_DECLARE_CLASS
@@ -56,8 +127,12 @@ public:
     /// Selects the stream feed; with Owner True the parser frees the stream.
     void SetInputStream(TStream* AStream, bool Owner);
 
+    /// The source text of a new handler for the event APropName of AInstance;
+    /// AName receives the handler's name. The base writes no text and leaves AName.
     virtual String CreateMethod(TObject* AInstance, const String& APropName, String& AName);
+    /// The names of the handlers in the input that fit the event, each followed by CR LF.
     virtual String GetSameMethods(TObject* AInstance, const String& APropName);
+    /// The line, from 1, of the handler of that name in the input; -1 when there is none.
     virtual Integer MethodLineNr(const String& AMethodName);
 
     const TSxOnGetNewBuffer& OnGetNewBuffer() const { return FOnGetNewBuffer; }

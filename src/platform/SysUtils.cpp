@@ -71,7 +71,7 @@ String StrFromUtf8(const std::string& text)
             ++i;
             continue;
         }
-        char32_t cp = static_cast<unsigned char>(text[i]) & (0x7F >> length);
+        char32_t cp = static_cast<unsigned char>(text[i]) & (length == 1 ? 0x7F : 0x7F >> length);
         for (size_t k = 1; k < length; ++k)
             cp = (cp << 6) | (static_cast<unsigned char>(text[i + k]) & 0x3F);
         if (cp >= 0x10000) {

@@ -1,7 +1,9 @@
 // Package start and stop: the parser classes are registered while the
 // package runs and gone after it stops.
 #include "codeedit/SxPackage.h"
+#include "codeedit/uSxCodeEdit.h"
 #include "platform/Classes.h"
+#include "platform/TypInfo.h"
 
 #include <gtest/gtest.h>
 
@@ -19,7 +21,12 @@ TEST(Package, StartRegistersTheParserClassesAndStopTakesThemBack)
     EXPECT_NE(GetClass(u"TsxCodePasParser"), nullptr);
     EXPECT_NE(GetClass(u"TSxCodeXMLParser"), nullptr);
     EXPECT_NE(GetClass(u"TSxCodeSqlParser"), nullptr);
+    EXPECT_NE(GetClass(u"TSxCodeVBParser"), nullptr);
+    EXPECT_NE(GetClass(u"TSxCodeJSParser"), nullptr);
+    EXPECT_NE(GetPropInfo(TSxCodeEdit::ClassInfo(), u"OnCursorChange"), nullptr);
     Finalize();
+    EXPECT_EQ(GetClass(u"TSxCodeVBParser"), nullptr);
+    EXPECT_EQ(GetPropInfo(TSxCodeEdit::ClassInfo(), u"OnCursorChange"), nullptr);
     EXPECT_EQ(GetClass(u"TsxCodePasParser"), nullptr);
     EXPECT_EQ(GetClass(u"TSxCodeSqlParser"), nullptr);
     Initialize();  // the package can start again

@@ -1,0 +1,306 @@
+// What the Visual Basic and JavaScript parsers share: character classes, the
+// readers of words, numbers and strings, keyword tables picked by first letter,
+// and the writing and finding of event handlers in script source.
+#pragma once
+
+#include "codeedit/uSxCodeParser.h"
+
+#include <array>
+#include <cstdint>
+#include <memory>
+#include <string_view>
+
+namespace sx::script {
+
+constexpr Char CR = 13;
+constexpr Char LF = 10;
+
+/// Character classes, as bits of one table over the ASCII range. A character
+/// from 128 on belongs to no class, so it ends words and numbers.
+enum CharClass : unsigned {
+    ccWordStart = 1,  // letters and the underscore
+    ccWord = 2,       // word start and digits
+    ccDigit = 4,
+    ccHexDigit = 8,
+    ccNumber = 16,  // digits and the period
+};
+
+inline constexpr std::array<std::uint8_t, 128> CharClasses = [] {
+    std::array<std::uint8_t, 128> table{};
+    const auto add = [&table](char from, char to, unsigned classes) {
+        for (int c = from; c <= to; ++c)
+            table[std::size_t(c)] = std::uint8_t(table[std::size_t(c)] | classes);
+    };
+    add('0', '9', ccWord | ccDigit | ccHexDigit | ccNumber);
+    add('A', 'Z', ccWordStart | ccWord);
+    add('a', 'z', ccWordStart | ccWord);
+    add('_', '_', ccWordStart | ccWord);
+    add('A', 'F', ccHexDigit);
+    add('a', 'f', ccHexDigit);
+    add('.', '.', ccNumber);
+    return table;
+}();
+
+inline bool InClass(Char c, unsigned classes) { return c < CharClasses.size() && (CharClasses[c] & classes) != 0; }
+
+/// Reads the next character and appends it when it is AExpected; else gives it back.
+inline bool TakeNext(TSxLangParser& AParser, Char AExpected, String& AText)
+{
+    const Char c = AParser.ReadChar();
+    if (c == AExpected) {
+        AText += c;
+        return true;
+    }
+    AParser.PushChar(c);
+    return false;
+}
+
+/// Appends characters while they belong to AClass; gives the first other back.
+inline void ReadWhile(TSxLangParser& AParser, unsigned AClass, String& AText)
+{
+    Char c = AParser.ReadChar();
+    while (InClass(c, AClass)) {
+        AText += c;
+        c = AParser.ReadChar();
+    }
+    AParser.PushChar(c);
+}
+
+/// Appends the rest of a number behind its first digit; answers whether it has
+/// a period. A second period ends the number: it belongs to a range ("1..5") or
+/// the number already has one ("1.2.3" gives 1.2). There is no exponent.
+inline bool ReadNumberRest(TSxLangParser& AParser, String& AText)
+{
+    bool periodSeen = false;
+    Char c = AParser.ReadChar();
+    while (InClass(c, ccNumber)) {
+        if (c == u'.') {
+            if (periodSeen || AParser.PeekChar() == u'.')
+                break;
+            periodSeen = true;
+        }
+        AText += c;
+        c = AParser.ReadChar();
+    }
+    AParser.PushChar(c);
+    return periodSeen;
+}
+
+/// Appends a string's text behind its opening double quote, the closing quote
+/// included. A doubled quote stays doubled, as in the source. Without a
+/// closing quote the string ends with the line.
+inline void ReadStringRest(TSxLangParser& AParser, String& AText)
+{
+    for (;;) {
+        const Char c = AParser.ReadChar();
+        if (c == 0 || c == LF || c == CR) {
+            AParser.PushChar(c);
+            return;
+        }
+        AText += c;
+        if (c == u'"' && !TakeNext(AParser, u'"', AText))
+            return;
+    }
+}
+
+/// Whether the word, folded to upper case, is the keyword (given in upper case).
+inline bool SameWord(const String& AWord, std::u16string_view AKeyword)
+{
+    if (AWord.size() != AKeyword.size())
+        return false;
+    for (std::size_t i = 0; i < AWord.size(); ++i)
+        if (UpCase(AWord[i]) != AKeyword[i])
+            return false;
+    return true;
+}
+
+template <class TToken>
+struct Keyword {
+    std::u16string_view Word;
+    TToken Token;
+};
+
+/// A keyword list grouped by first letter, upper case; a word is compared only
+/// with the keywords of its own first letter. Built at compile time.
+template <class TToken, std::size_t N>
+class KeywordTable {
+public:
+    constexpr explicit KeywordTable(const std::array<Keyword<TToken>, N>& AWords) : FWords(AWords)
+    {
+        for (std::size_t i = 0; i < N; ++i) {
+            LetterRange& range = FByLetter[std::size_t(FWords[i].Word[0] - u'A')];
+            if (range.Count == 0)
+                range.First = i;
+            else if (range.First + range.Count != i)
+                throw "keywords must be grouped by their first letter";
+            ++range.Count;
+        }
+    }
+
+    /// The token of a whole word, case-blind, or ANotFound.
+    TToken Find(const String& AWord, TToken ANotFound) const
+    {
+        const Char first = AWord.empty() ? Char(0) : UpCase(AWord[0]);
+        if (first < u'A' || first > u'Z')
+            return ANotFound;
+        const LetterRange& range = FByLetter[std::size_t(first - u'A')];
+        for (std::size_t i = range.First; i < range.First + range.Count; ++i)
+            if (SameWord(AWord, FWords[i].Word))
+                return FWords[i].Token;
+        return ANotFound;
+    }
+
+private:
+    struct LetterRange {
+        std::size_t First = 0;
+        std::size_t Count = 0;
+    };
+    std::array<Keyword<TToken>, N> FWords;
+    std::array<LetterRange, 26> FByLetter{};
+};
+
+/// Fills "%0:s" with AName and "%1:s" with AParams; other text stays as it is.
+inline String FormatMethodTemplate(std::u16string_view ATemplate, const String& AName, const String& AParams)
+{
+    constexpr std::u16string_view nameMark = u"%0:s";
+    constexpr std::u16string_view paramsMark = u"%1:s";
+    String result;
+    for (std::size_t i = 0; i < ATemplate.size();) {
+        const std::u16string_view rest = ATemplate.substr(i);
+        if (rest.starts_with(nameMark)) {
+            result += AName;
+            i += nameMark.size();
+        } else if (rest.starts_with(paramsMark)) {
+            result += AParams;
+            i += paramsMark.size();
+        } else {
+            result += ATemplate[i++];
+        }
+    }
+    return result;
+}
+
+/// The parameter names of a description, joined with ", ".
+inline String ParamNameList(const TSxMethodDescription& ADescription)
+{
+    String list;
+    for (Integer i = 0; i < ADescription.ParamCount(); ++i) {
+        if (i > 0)
+            list += u", ";
+        list += ADescription.Params(i)->Name();
+    }
+    return list;
+}
+
+/// The text of a new handler, from the function template for a function event
+/// and the sub template for every other kind. AName becomes the component's
+/// name, "_" and the event (Button1_OnClick), or the event alone for an
+/// unnamed component or an object that is no component. Without a method
+/// description there is nothing to write: the text is empty.
+inline String CreateMethodText(TObject* AInstance, const String& APropName, String& AName,
+                               std::u16string_view AFunctionTemplate, std::u16string_view ASubTemplate)
+{
+    AName.clear();
+    if (const auto* component = dynamic_cast<const TComponent*>(AInstance))
+        AName = component->Name();
+    AName = AName.empty() ? APropName : AName + u"_" + APropName;
+    const std::unique_ptr<TSxMethodDescription> description(GetMethodDescription(AInstance, APropName));
+    if (!description)
+        return String();
+    const std::u16string_view chosen = description->ProcType() == mkFunction ? AFunctionTemplate : ASubTemplate;
+    return FormatMethodTemplate(chosen, AName, ParamNameList(*description));
+}
+
+/// What a method scan needs to know of a real token.
+enum class MethodToken { Other, Function, Sub, End, Identifier, OpenParen, CloseParen, EndOfFile };
+
+/// Which "function" and "sub" tokens open a handler. A "sub" never counts
+/// behind "end" and fits only procedure events; "function" may differ.
+struct HeaderRules {
+    /// "function" counts behind "end" too (JavaScript's "}" is an end).
+    bool FunctionAfterEnd = false;
+    /// "function" fits events of every kind, not only function events.
+    bool FunctionFitsAnyKind = false;
+};
+
+inline bool IsHeader(MethodToken AToken, MethodToken APrevious, const HeaderRules& ARules)
+{
+    if (AToken == MethodToken::Function)
+        return ARules.FunctionAfterEnd || APrevious != MethodToken::End;
+    return AToken == MethodToken::Sub && APrevious != MethodToken::End;
+}
+
+inline bool KindFits(MethodToken AToken, TMethodKind AKind, const HeaderRules& ARules)
+{
+    if (AToken == MethodToken::Function)
+        return ARules.FunctionFitsAnyKind || AKind == mkFunction;
+    return AKind == mkProcedure;
+}
+
+/// Starts a method scan at the beginning of the parser's input, outside any
+/// comment whatever a paint left behind.
+inline void RestartScan(TSxLangParser& AParser)
+{
+    AParser.SetRemarkEnd(String());
+    AParser.SetLineKind(0);
+    AParser.ResetBuffer();
+}
+
+/// The names of the handlers that fit the event, each with CR LF, in source
+/// order. A header fits by its kind and its number of parameters (each
+/// identifier between its parentheses); ANext gives the real tokens.
+template <class NextToken>
+String FindSameMethods(TSxLangParser& AParser, TObject* AInstance, const String& APropName, const HeaderRules& ARules,
+                       NextToken ANext)
+{
+    RestartScan(AParser);
+    const std::unique_ptr<TSxMethodDescription> description(GetMethodDescription(AInstance, APropName));
+    if (!description)
+        return String();
+    String result;
+    String text;
+    String name;
+    MethodToken previous = MethodToken::Other;
+    for (MethodToken token = ANext(text); token != MethodToken::EndOfFile; token = ANext(text)) {
+        if (IsHeader(token, previous, ARules) && KindFits(token, description->ProcType(), ARules)) {
+            token = ANext(name);
+            if (token == MethodToken::Identifier) {
+                Integer count = 0;
+                token = ANext(text);
+                if (token == MethodToken::OpenParen)
+                    while (token != MethodToken::CloseParen && token != MethodToken::EndOfFile)
+                        if ((token = ANext(text)) == MethodToken::Identifier)
+                            ++count;
+                if (count == description->ParamCount())
+                    result += name + sLineBreak;
+            }
+            if (token == MethodToken::EndOfFile)
+                break;
+        }
+        previous = token;
+    }
+    return result;
+}
+
+/// The line, from 1, of the first handler header of that name (case-blind),
+/// whatever its kind; -1 when there is none.
+template <class NextToken>
+Integer FindMethodLine(TSxLangParser& AParser, const String& AMethodName, const HeaderRules& ARules, NextToken ANext)
+{
+    RestartScan(AParser);
+    String text;
+    MethodToken previous = MethodToken::Other;
+    for (MethodToken token = ANext(text); token != MethodToken::EndOfFile; token = ANext(text)) {
+        if (IsHeader(token, previous, ARules)) {
+            token = ANext(text);
+            if (token == MethodToken::Identifier && CompareText(text, AMethodName) == 0)
+                return AParser.LineNr();
+            if (token == MethodToken::EndOfFile)
+                break;
+        }
+        previous = token;
+    }
+    return -1;
+}
+
+}  // namespace sx::script
