@@ -176,7 +176,7 @@ protected:
     void Paint() override;
 
     // The framework's key and mouse events.
-    virtual void KeyDown(Word& Key, TShiftState Shift);
+    void KeyDown(Word& Key, TShiftState Shift) override;
     virtual void MouseDown(TMouseButton Button, TShiftState Shift, Integer X, Integer Y);
     virtual void MouseMove(TShiftState Shift, Integer X, Integer Y);
     virtual void MouseUp(TMouseButton Button, TShiftState Shift, Integer X, Integer Y);
@@ -192,7 +192,7 @@ protected:
     virtual void WMUndo(TMessage& Message);
     virtual void WMEraseBkgnd(TMessage& Message);
     virtual void WMGetDlgCode(TMessage& Message);
-    virtual void WMChar(TMessage& Message);
+    void WMChar(TMessage& Message) override;
     virtual void WMMouseWheel(TMessage& Message);
     virtual void CMWantSpecialKey(TMessage& Message);
     void CMEnter(TMessage& Message) override;
@@ -214,6 +214,22 @@ protected:
     /// Up to ACount characters of a line from column AFrom: only what the line holds.
     String LinePart(Integer ALine, Integer AFrom, Integer ACount) const;
     void BackSpaceSelected();
+    /// Adds empty lines until line ALine exists.
+    void EnsureLine(Integer ALine);
+    /// Enter in AddTxt: the line breaks at the caret, both halves trimmed, and
+    /// the caret goes to the new line with the indent of the nearest text above.
+    void BreakLineAtCaret(const String& S);
+    void IndentNewLine();
+    /// InsertText's split at FSelStart: the tail goes to a new line below and
+    /// the caret to its start.
+    void SplitLineAtSelStart();
+    /// Backspace inside leading white space: back to the nearest smaller
+    /// indent of this line or of one above; answers whether it moved.
+    bool BackToIndent(const String& S);
+    /// Backspace at column 0: this line is joined to the end of the one above.
+    void JoinWithLineAbove(const String& S);
+    /// Backspace within a line: the character left of the caret goes.
+    void RemoveCharLeftOfCaret(String S);
     void GotoNextChar(bool AForward);
     void ResetCaret();
     void PositionScollBars();
@@ -270,6 +286,9 @@ protected:
     TSxSearchReplaceOptions FSearchOptions;
 
 private:
+    /// The first half of a character outside the basic plane, typed as two
+    /// WM_CHAR messages; it goes into the text together with the second half.
+    Char FPendingHighSurrogate = 0;
     /// The parser's feed while this control paints; a type of its own so that
     /// the control can tell its feed from another control's.
     struct ParserFeed {

@@ -5,14 +5,8 @@
 namespace sx {
 
 void TSxCodeEdit::CalcCursor(Integer&, Integer&) {}
-void TSxCodeEdit::InsertCode(Integer, Integer, const String&) {}
-void TSxCodeEdit::DeleteSelected(TSxChangeType, String& Deleted) { Deleted.clear(); }
 void TSxCodeEdit::KeyCommand(Word&, TShiftState) {}
-void TSxCodeEdit::InsertText(TSxChangeType, const String&) {}
-void TSxCodeEdit::AddTxt(const String&) {}
-void TSxCodeEdit::AddCode(const String&) {}
 void TSxCodeEdit::LoadFromFile(const String&) {}
-void TSxCodeEdit::KeyDown(Word&, TShiftState) {}
 void TSxCodeEdit::MouseDown(TMouseButton, TShiftState, Integer, Integer) {}
 void TSxCodeEdit::MouseMove(TShiftState, Integer, Integer) {}
 void TSxCodeEdit::MouseUp(TMouseButton, TShiftState, Integer, Integer) {}
@@ -23,12 +17,11 @@ void TSxCodeEdit::WMSearchReplace(TMessage&) {}
 void TSxCodeEdit::WMCut(TMessage&) {}
 void TSxCodeEdit::WMCopy(TMessage&) {}
 void TSxCodeEdit::WMPaste(TMessage&) {}
-void TSxCodeEdit::WMUndo(TMessage&) {}
 void TSxCodeEdit::WMGetDlgCode(TMessage&) {}
-void TSxCodeEdit::WMChar(TMessage&) {}
 void TSxCodeEdit::CMWantSpecialKey(TMessage&) {}
-void TSxCodeEdit::BackSpaceSelected() {}
 void TSxCodeEdit::GotoNextChar(bool) {}
+void TSxCodeEdit::KeyDown(Word& Key, TShiftState Shift) { TCustomControl::KeyDown(Key, Shift); }
+void TSxCodeEdit::WMUndo(TMessage&) { FUndoList->Undo(); }
 bool TSxCodeEdit::GetCanUndo() { return FUndoList->Count() > 0; }
 bool TSxCodeEdit::GetCanPaste() { return false; }
 

@@ -3,9 +3,11 @@
 #include "Controls.h"
 
 #include "QtConvert.h"
+#include "QtKeys.h"
 
 #include <QApplication>
 #include <QEvent>
+#include <QKeyEvent>
 #include <QPainter>
 #include <QPointer>
 #include <QWheelEvent>
@@ -54,6 +56,27 @@ TMessage WheelMessage(const QWheelEvent& event)
     m.WParam = (NativeUInt(Word(std::int16_t(delta))) << 16);
     m.LParam = NativeInt((Word(global.y()) << 16) | Word(global.x()));
     return m;
+}
+
+/// Delivers a key of Qt's to the control as the desktop does: WM_KEYDOWN,
+/// then one WM_CHAR for each character the key types.
+void DeliverKeyPress(TWinControl* control, const QKeyEvent& event)
+{
+    if (const Word key = VirtualKeyOf(event))
+        SendMessage(control, WM_KEYDOWN, key);
+    for (const Char c : TypedCharsOf(event))
+        SendMessage(control, WM_CHAR, c);
+}
+
+/// The modifier keys only, as key events report them.
+TShiftState ModifierState()
+{
+    const TShiftState all = KeyboardStateToShiftState();
+    TShiftState keys;
+    for (const TShiftStateItem item : {TShiftStateItem::ssShift, TShiftStateItem::ssAlt, TShiftStateItem::ssCtrl})
+        if (all.Contains(item))
+            keys.Include(item);
+    return keys;
 }
 
 }  // namespace
@@ -141,8 +164,13 @@ public:
             Guarded([&] { FControl->Dispatch(message); });
             return true;
         }
-        case QEvent::Destroy:
-            break;
+        case QEvent::KeyPress:
+            Guarded([&] { DeliverKeyPress(FControl, *static_cast<QKeyEvent*>(e)); });
+            return true;
+        case QEvent::KeyRelease:
+            if (const Word key = VirtualKeyOf(*static_cast<QKeyEvent*>(e)))
+                Guarded([&] { SendMessage(FControl, WM_KEYUP, key); });
+            return true;
         default:
             break;
         }
@@ -341,6 +369,15 @@ void TWinControl::Dispatch(TMessage& Message)
     case CM_EXIT:
         CMExit(Message);
         break;
+    case WM_KEYDOWN:
+        WMKeyDown(Message);
+        break;
+    case WM_KEYUP:
+        WMKeyUp(Message);
+        break;
+    case WM_CHAR:
+        WMChar(Message);
+        break;
     default:
         TControl::Dispatch(Message);
     }
@@ -356,6 +393,45 @@ void TWinControl::CMExit(TMessage&)
 {
     if (OnExit)
         OnExit(this);
+}
+
+void TWinControl::KeyDown(Word& Key, TShiftState Shift)
+{
+    if (OnKeyDown)
+        OnKeyDown(this, Key, Shift);
+}
+
+void TWinControl::KeyUp(Word& Key, TShiftState Shift)
+{
+    if (OnKeyUp)
+        OnKeyUp(this, Key, Shift);
+}
+
+void TWinControl::KeyPress(Char& Key)
+{
+    if (OnKeyPress)
+        OnKeyPress(this, Key);
+}
+
+void TWinControl::WMKeyDown(TMessage& Message)
+{
+    Word key = LoWord(Message.WParam);
+    KeyDown(key, ModifierState());
+    Message.WParam = key;
+}
+
+void TWinControl::WMKeyUp(TMessage& Message)
+{
+    Word key = LoWord(Message.WParam);
+    KeyUp(key, ModifierState());
+    Message.WParam = key;
+}
+
+void TWinControl::WMChar(TMessage& Message)
+{
+    Char key = Char(LoWord(Message.WParam));
+    KeyPress(key);
+    Message.WParam = key;
 }
 
 TCustomControl::TCustomControl(TComponent* AOwner) : TWinControl(AOwner, new ControlWidget(this)) {}

@@ -31,6 +31,11 @@ enum class TShiftStateItem { ssShift, ssAlt, ssCtrl, ssLeft, ssRight, ssMiddle, 
 using TShiftState = TSet<TShiftStateItem, 16>;
 enum class TMouseButton { mbLeft, mbRight, mbMiddle };
 
+/// A key went down or up: Key is the virtual key code, which a handler may set to 0.
+using TKeyEvent = std::function<void(TObject* Sender, Word& Key, TShiftState Shift)>;
+/// A character was typed: a handler may replace Key or set it to 0 to drop it.
+using TKeyPressEvent = std::function<void(TObject* Sender, Char& Key)>;
+
 /// The modifier keys and mouse buttons held down at the moment of the call.
 TShiftState KeyboardStateToShiftState();
 
@@ -124,9 +129,22 @@ public:
 
     TNotifyEvent OnEnter;
     TNotifyEvent OnExit;
+    TKeyEvent OnKeyDown;
+    TKeyEvent OnKeyUp;
+    TKeyPressEvent OnKeyPress;
 
 protected:
     TWinControl(TComponent* AOwner, QWidget* widget);
+
+    /// The framework's key handling: each fires its event, if assigned.
+    virtual void KeyDown(Word& Key, TShiftState Shift);
+    virtual void KeyUp(Word& Key, TShiftState Shift);
+    virtual void KeyPress(Char& Key);
+    /// WM_KEYDOWN and WM_KEYUP: the key code in WParam, read back after the handler.
+    virtual void WMKeyDown(TMessage& Message);
+    virtual void WMKeyUp(TMessage& Message);
+    /// WM_CHAR: the character in WParam goes through KeyPress, which may change it.
+    virtual void WMChar(TMessage& Message);
 
     /// Focus came (CM_ENTER) or went (CM_EXIT); the framework's handling fires OnEnter/OnExit.
     virtual void CMEnter(TMessage& Message);

@@ -21,6 +21,7 @@ struct TMessage {
 constexpr Cardinal WM_ERASEBKGND = 0x0014;
 constexpr Cardinal WM_GETDLGCODE = 0x0087;
 constexpr Cardinal WM_KEYDOWN = 0x0100;
+constexpr Cardinal WM_KEYUP = 0x0101;
 constexpr Cardinal WM_CHAR = 0x0102;
 constexpr Cardinal WM_MOUSEWHEEL = 0x020A;
 constexpr Cardinal WM_CUT = 0x0300;
