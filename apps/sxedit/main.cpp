@@ -48,6 +48,12 @@ int RenderScreenshots(QMainWindow& window, TSxCodeEdit& edit, const QString& dir
     edit.SetSelEnd(Point(2, 12));
     edit.SetSelStart(Point(9, 15));
     SaveShot(window, dir, QStringLiteral("sxedit-selection.png"));
+    // Enter and a new field, typed at the end of a line of the sample.
+    edit.SetLinePos(15);
+    edit.SetCharPos(Integer(edit.Lines().Get(15).size()));
+    for (const Char c : String(u"\rFArea: Double; // typed"))
+        SendMessage(&edit, WM_CHAR, c);
+    SaveShot(window, dir, QStringLiteral("sxedit-typed.png"));
     edit.ClearSelection();
     edit.VScrollBar().SetPosition(edit.Lines().Count() / 2);
     SaveShot(window, dir, QStringLiteral("sxedit-scrolled.png"));
