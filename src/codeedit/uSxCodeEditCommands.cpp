@@ -6,7 +6,6 @@ namespace sx {
 
 void TSxCodeEdit::CalcCursor(Integer&, Integer&) {}
 void TSxCodeEdit::KeyCommand(Word&, TShiftState) {}
-void TSxCodeEdit::LoadFromFile(const String&) {}
 void TSxCodeEdit::MouseDown(TMouseButton, TShiftState, Integer, Integer) {}
 void TSxCodeEdit::MouseMove(TShiftState, Integer, Integer) {}
 void TSxCodeEdit::MouseUp(TMouseButton, TShiftState, Integer, Integer) {}
