@@ -177,10 +177,10 @@ protected:
 
     // The framework's key and mouse events.
     void KeyDown(Word& Key, TShiftState Shift) override;
-    virtual void MouseDown(TMouseButton Button, TShiftState Shift, Integer X, Integer Y);
-    virtual void MouseMove(TShiftState Shift, Integer X, Integer Y);
-    virtual void MouseUp(TMouseButton Button, TShiftState Shift, Integer X, Integer Y);
-    virtual void DblClick();
+    void MouseDown(TMouseButton Button, TShiftState Shift, Integer X, Integer Y) override;
+    void MouseMove(TShiftState Shift, Integer X, Integer Y) override;
+    void MouseUp(TMouseButton Button, TShiftState Shift, Integer X, Integer Y) override;
+    void DblClick() override;
 
     // Message handlers.
     virtual void WMSselectWord(TMessage& Message);
@@ -231,6 +231,14 @@ protected:
     /// Backspace within a line: the character left of the caret goes.
     void RemoveCharLeftOfCaret(String S);
     void GotoNextChar(bool AForward);
+    /// Ctrl+A: the caret to the end of the last line, the anchor at (0, 0).
+    void SelectAll();
+    /// Step 5 of KeyDown: the caret keys and the Delete key.
+    void ActOnKey(Word Key, TShiftState Shift);
+    /// The Delete key: the selection, or one character or line break at the caret.
+    void DeleteKey(TShiftState Shift);
+    /// A press or drag at (X, Y) puts the caret on the cell under the point.
+    void MoveCaretToPoint(Integer X, Integer Y);
     void ResetCaret();
     void PositionScollBars();
     void ScrollChange(TObject* Sender);

@@ -33,6 +33,10 @@ enum class TMouseButton { mbLeft, mbRight, mbMiddle };
 
 /// A key went down or up: Key is the virtual key code, which a handler may set to 0.
 using TKeyEvent = std::function<void(TObject* Sender, Word& Key, TShiftState Shift)>;
+/// A mouse button went down or up at (X, Y) in client pixels.
+using TMouseEvent =
+    std::function<void(TObject* Sender, TMouseButton Button, TShiftState Shift, Integer X, Integer Y)>;
+using TMouseMoveEvent = std::function<void(TObject* Sender, TShiftState Shift, Integer X, Integer Y)>;
 /// A character was typed: a handler may replace Key or set it to 0 to drop it.
 using TKeyPressEvent = std::function<void(TObject* Sender, Char& Key)>;
 
@@ -132,9 +136,23 @@ public:
     TKeyEvent OnKeyDown;
     TKeyEvent OnKeyUp;
     TKeyPressEvent OnKeyPress;
+    TMouseEvent OnMouseDown;
+    TMouseMoveEvent OnMouseMove;
+    TMouseEvent OnMouseUp;
+    TNotifyEvent OnDblClick;
+
+    /// A point in client pixels as a point on the screen.
+    TPoint ClientToScreen(TPoint Point) const;
 
 protected:
     TWinControl(TComponent* AOwner, QWidget* widget);
+
+    /// The framework's mouse handling: each fires its event, if assigned.
+    /// A double click arrives as a press with ssDouble, then DblClick.
+    virtual void MouseDown(TMouseButton Button, TShiftState Shift, Integer X, Integer Y);
+    virtual void MouseMove(TShiftState Shift, Integer X, Integer Y);
+    virtual void MouseUp(TMouseButton Button, TShiftState Shift, Integer X, Integer Y);
+    virtual void DblClick();
 
     /// The framework's key handling: each fires its event, if assigned.
     virtual void KeyDown(Word& Key, TShiftState Shift);

@@ -34,6 +34,13 @@ constexpr Cardinal CM_ENTER = CM_BASE + 26;
 constexpr Cardinal CM_EXIT = CM_BASE + 27;
 constexpr Cardinal CM_WANTSPECIALKEY = CM_BASE + 30;
 
+/// Answers of WM_GETDLGCODE: the keys a control wants for itself rather than
+/// for the dialog's navigation.
+constexpr NativeInt DLGC_WANTARROWS = 0x0001;
+constexpr NativeInt DLGC_WANTTAB = 0x0002;
+constexpr NativeInt DLGC_WANTALLKEYS = 0x0004;
+constexpr NativeInt DLGC_WANTCHARS = 0x0080;
+
 /// Lines per wheel notch as the desktop reports it.
 constexpr Cardinal SPI_GETWHEELSCROLLLINES = 104;
 /// The wheel delta of one notch.

@@ -88,8 +88,11 @@ String TypedCharsOf(const QKeyEvent& event)
     default: break;
     }
     const Qt::KeyboardModifiers mods = event.modifiers();
-    const bool ctrlOnly = (mods & Qt::ControlModifier) && !(mods & Qt::AltModifier);
-    if (ctrlOnly) {
+    const bool ctrl = mods & Qt::ControlModifier;
+    const bool alt = mods & Qt::AltModifier;
+    if (alt && !ctrl)
+        return String();  // Alt with a key chooses from menus and types nothing
+    if (ctrl && !alt) {
         const int key = event.key();
         return key >= Qt::Key_A && key <= Qt::Key_Z ? String(1, Char(key - Qt::Key_A + 1)) : String();
     }

@@ -12,8 +12,9 @@ namespace sx {
 Word VirtualKeyOf(const QKeyEvent& event);
 
 /// The character codes the key types, in order: Enter 13, Backspace 8, Tab 9,
-/// Escape 27, Ctrl with a letter 1 to 26, else the text of the key. Keys that
-/// move or edit without typing (arrows, Delete, function keys) type nothing.
+/// Escape 27, Ctrl with a letter 1 to 26, nothing with Alt alone, else the
+/// text of the key (Ctrl with Alt is AltGr on some desktops, and types). Keys
+/// that move or edit without typing (arrows, Delete, function keys) type nothing.
 String TypedCharsOf(const QKeyEvent& event);
 
 }  // namespace sx
