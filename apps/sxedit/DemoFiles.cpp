@@ -1,25 +1,11 @@
-// File reading and parser choice of the demo editor.
+// Parser choice of the demo editor.
 #include "DemoFiles.h"
 
 #include "platform/QtConvert.h"
-#include "platform/Streams.h"
 
-#include <QFile>
 #include <QFileInfo>
-#include <QStringDecoder>
 
 namespace sx::demo {
-
-String ReadTextFile(const QString& path)
-{
-    QFile file(path);
-    if (!file.open(QIODevice::ReadOnly))
-        throw EStreamError(u"Cannot open file \"" + FromQString(path) + u"\": " + FromQString(file.errorString()));
-    const QByteArray bytes = file.readAll();
-    const bool utf16 = bytes.startsWith("\xFF\xFE") || bytes.startsWith("\xFE\xFF");
-    QStringDecoder decoder(utf16 ? QStringConverter::Utf16 : QStringConverter::Utf8);
-    return FromQString(decoder.decode(bytes));
-}
 
 TSxLangParser* ParserForFile(const QString& path, TComponent* owner)
 {

@@ -1,7 +1,7 @@
 // sxedit: the demo editor. Opens the file named on its command line, or the
 // bundled Pascal sample, in one TSxCodeEdit. Without a display (or with
 // --screenshots DIR) it renders the control to PNG files and says where.
-#include "DemoFiles.h"
+#include "DemoWindow.h"
 
 #include "codeedit/SxPackage.h"
 #include "codeedit/uSxCodeEdit.h"
@@ -29,13 +29,14 @@ bool HasDisplay()
 void SaveShot(QWidget& window, const QDir& dir, const QString& name)
 {
     const QString path = dir.filePath(name);
+    QApplication::processEvents();  // lets the status bar lay out its new text
     if (window.grab().save(path))
         std::printf("  %s\n", qPrintable(QDir::toNativeSeparators(QFileInfo(path).absoluteFilePath())));
     else
         std::fprintf(stderr, "sxedit: could not write %s\n", qPrintable(path));
 }
 
-/// Renders the view at the top, with a selection, and scrolled down.
+/// Renders the view at the top, with a selection, after typing, and scrolled down.
 int RenderScreenshots(QMainWindow& window, TSxCodeEdit& edit, const QString& dirName)
 {
     QDir dir(dirName);
@@ -48,6 +49,12 @@ int RenderScreenshots(QMainWindow& window, TSxCodeEdit& edit, const QString& dir
     edit.SetSelEnd(Point(2, 12));
     edit.SetSelStart(Point(9, 15));
     SaveShot(window, dir, QStringLiteral("sxedit-selection.png"));
+    // Enter and a new field, typed at the end of a line of the sample.
+    edit.SetLinePos(15);
+    edit.SetCharPos(Integer(edit.Lines().Get(15).size()));
+    for (const Char c : String(u"\rFArea: Double; // typed"))
+        SendMessage(&edit, WM_CHAR, c);
+    SaveShot(window, dir, QStringLiteral("sxedit-typed.png"));
     edit.ClearSelection();
     edit.VScrollBar().SetPosition(edit.Lines().Count() / 2);
     SaveShot(window, dir, QStringLiteral("sxedit-scrolled.png"));
@@ -72,31 +79,26 @@ int main(int argc, char** argv)
     Initialize();
     const QStringList files = options.positionalArguments();
     const QString path = files.isEmpty() ? QStringLiteral(SX_EXAMPLES_DIR "/sample.pas") : files.first();
-
-    QMainWindow window;
-    auto* edit = new TSxCodeEdit(nullptr);
-    window.setCentralWidget(edit->Widget());
-    window.resize(800, 600);
-    window.setWindowTitle(QFileInfo(path).fileName() + QStringLiteral(" - sxedit"));
-    try {
-        edit->SetText(demo::ReadTextFile(path));
-        edit->SetModified(false);
-    } catch (const Exception& e) {
-        std::fprintf(stderr, "sxedit: %s\n", e.what());
-        if (HasDisplay() && !options.isSet(shots))
-            QMessageBox::warning(&window, QStringLiteral("sxedit"), ToQString(e.Message()));
-        else
-            return 1;
-    }
-    edit->SetParser(demo::ParserForFile(path, edit));
-    window.show();
-    edit->SetFocus();
+    const bool headless = options.isSet(shots) || !HasDisplay();
 
     int result = 0;
-    if (options.isSet(shots) || !HasDisplay())
-        result = RenderScreenshots(window, *edit, options.isSet(shots) ? options.value(shots) : QStringLiteral("screenshots"));
-    else
-        result = QApplication::exec();
+    {
+        demo::DemoWindow window;
+        try {
+            window.Open(path);
+        } catch (const Exception& e) {
+            std::fprintf(stderr, "sxedit: %s\n", e.what());
+            if (headless)
+                return 1;
+            QMessageBox::warning(&window, QStringLiteral("sxedit"), ToQString(e.Message()));
+        }
+        window.show();
+        window.Edit().SetFocus();
+        if (headless)
+            result = RenderScreenshots(window, window.Edit(), options.isSet(shots) ? options.value(shots) : QStringLiteral("screenshots"));
+        else
+            result = QApplication::exec();
+    }
     Finalize();
     return result;
 }

@@ -176,11 +176,11 @@ protected:
     void Paint() override;
 
     // The framework's key and mouse events.
-    virtual void KeyDown(Word& Key, TShiftState Shift);
-    virtual void MouseDown(TMouseButton Button, TShiftState Shift, Integer X, Integer Y);
-    virtual void MouseMove(TShiftState Shift, Integer X, Integer Y);
-    virtual void MouseUp(TMouseButton Button, TShiftState Shift, Integer X, Integer Y);
-    virtual void DblClick();
+    void KeyDown(Word& Key, TShiftState Shift) override;
+    void MouseDown(TMouseButton Button, TShiftState Shift, Integer X, Integer Y) override;
+    void MouseMove(TShiftState Shift, Integer X, Integer Y) override;
+    void MouseUp(TMouseButton Button, TShiftState Shift, Integer X, Integer Y) override;
+    void DblClick() override;
 
     // Message handlers.
     virtual void WMSselectWord(TMessage& Message);
@@ -192,7 +192,7 @@ protected:
     virtual void WMUndo(TMessage& Message);
     virtual void WMEraseBkgnd(TMessage& Message);
     virtual void WMGetDlgCode(TMessage& Message);
-    virtual void WMChar(TMessage& Message);
+    void WMChar(TMessage& Message) override;
     virtual void WMMouseWheel(TMessage& Message);
     virtual void CMWantSpecialKey(TMessage& Message);
     void CMEnter(TMessage& Message) override;
@@ -214,7 +214,31 @@ protected:
     /// Up to ACount characters of a line from column AFrom: only what the line holds.
     String LinePart(Integer ALine, Integer AFrom, Integer ACount) const;
     void BackSpaceSelected();
+    /// Adds empty lines until line ALine exists.
+    void EnsureLine(Integer ALine);
+    /// Enter in AddTxt: the line breaks at the caret, both halves trimmed, and
+    /// the caret goes to the new line with the indent of the nearest text above.
+    void BreakLineAtCaret(const String& S);
+    void IndentNewLine();
+    /// InsertText's split at FSelStart: the tail goes to a new line below and
+    /// the caret to its start.
+    void SplitLineAtSelStart();
+    /// Backspace inside leading white space: back to the nearest smaller
+    /// indent of this line or of one above; answers whether it moved.
+    bool BackToIndent(const String& S);
+    /// Backspace at column 0: this line is joined to the end of the one above.
+    void JoinWithLineAbove(const String& S);
+    /// Backspace within a line: the character left of the caret goes.
+    void RemoveCharLeftOfCaret(String S);
     void GotoNextChar(bool AForward);
+    /// Ctrl+A: the caret to the end of the last line, the anchor at (0, 0).
+    void SelectAll();
+    /// Step 5 of KeyDown: the caret keys and the Delete key.
+    void ActOnKey(Word Key, TShiftState Shift);
+    /// The Delete key: the selection, or one character or line break at the caret.
+    void DeleteKey(TShiftState Shift);
+    /// A press or drag at (X, Y) puts the caret on the cell under the point.
+    void MoveCaretToPoint(Integer X, Integer Y);
     void ResetCaret();
     void PositionScollBars();
     void ScrollChange(TObject* Sender);
@@ -270,6 +294,9 @@ protected:
     TSxSearchReplaceOptions FSearchOptions;
 
 private:
+    /// The first half of a character outside the basic plane, typed as two
+    /// WM_CHAR messages; it goes into the text together with the second half.
+    Char FPendingHighSurrogate = 0;
     /// The parser's feed while this control paints; a type of its own so that
     /// the control can tell its feed from another control's.
     struct ParserFeed {

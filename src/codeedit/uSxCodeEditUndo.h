@@ -55,6 +55,11 @@ public:
     TSxUndoItem* Items(Integer index) const { return static_cast<TSxUndoItem*>(FUndoList.Items(index)); }
 
 private:
+    /// Replay of a deletion: the stored text goes back in at the start position.
+    void PutTextBack(const TSxUndoItem& Item);
+    /// Replay of an insertion: the range it covered is deleted.
+    void DeleteRange(const TSxUndoItem& Item);
+
     Integer FMaxUndo = 100;
     TSxCodeEdit* FOwner;
     TObjectList FUndoList{true};

@@ -46,6 +46,35 @@ void UpdateBlock()
     c.block->raise();
 }
 
+/// The block widget over the window, kept from one caret to the next: the
+/// caret is made anew on every move, and a widget each time would be slow.
+QWidget* BlockFor(QWidget* window)
+{
+    CaretState& c = Caret();
+    if (c.block && c.block->parentWidget() == window)
+        return c.block;
+    delete c.block.data();
+    c.block = new QWidget(window);
+    c.block->setAttribute(Qt::WA_TransparentForMouseEvents);
+    c.block->setAutoFillBackground(true);
+    c.block->hide();
+    return c.block;
+}
+
+QTimer& BlinkTimer()
+{
+    CaretState& c = Caret();
+    if (!c.timer) {
+        c.timer = std::make_unique<QTimer>();
+        QObject::connect(c.timer.get(), &QTimer::timeout, [] {
+            CaretState& s = Caret();
+            if (s.block && s.info.Shown && s.info.Window && s.info.Window->Focused())
+                s.block->setVisible(!s.block->isVisible());
+        });
+    }
+    return *c.timer;
+}
+
 }  // namespace
 
 bool CreateCaret(TWinControl* window, void*, Integer width, Integer height)
@@ -55,19 +84,10 @@ bool CreateCaret(TWinControl* window, void*, Integer width, Integer height)
         return false;
     CaretState& c = Caret();
     c.info = TCaretInfo{window, Point(0, 0), width, height, false};
-    c.block = new QWidget(window->Widget());
-    c.block->setAttribute(Qt::WA_TransparentForMouseEvents);
-    c.block->setAutoFillBackground(true);
-    QPalette palette = c.block->palette();
+    QWidget* block = BlockFor(window->Widget());
+    QPalette palette = block->palette();
     palette.setColor(QPalette::Window, ToQColor(clWindowText));
-    c.block->setPalette(palette);
-    c.block->hide();
-    c.timer = std::make_unique<QTimer>();
-    QObject::connect(c.timer.get(), &QTimer::timeout, [] {
-        CaretState& s = Caret();
-        if (s.block && s.info.Shown && s.info.Window && s.info.Window->Focused())
-            s.block->setVisible(!s.block->isVisible());
-    });
+    block->setPalette(palette);
     return true;
 }
 
@@ -89,7 +109,7 @@ bool ShowCaret(TWinControl* window)
     c.info.Shown = true;
     UpdateBlock();
     if (const int interval = BlinkIntervalMs(); interval > 0)
-        c.timer->start(interval);
+        BlinkTimer().start(interval);
     return true;
 }
 
@@ -99,7 +119,7 @@ bool HideCaret(TWinControl* window)
     if (!c.info.Window || (window && window != c.info.Window))
         return false;
     c.info.Shown = false;
-    c.timer->stop();
+    BlinkTimer().stop();
     UpdateBlock();
     return true;
 }
@@ -107,9 +127,10 @@ bool HideCaret(TWinControl* window)
 bool DestroyCaret()
 {
     CaretState& c = Caret();
-    c.timer.reset();
-    delete c.block.data();
-    c.block.clear();
+    if (c.timer)
+        c.timer->stop();
+    if (c.block)
+        c.block->hide();
     c.info = TCaretInfo{};
     return true;
 }

@@ -179,6 +179,14 @@ TObject* TObjectList::Extract(TObject* item)
     return item;
 }
 
+int TObjectList::Remove(TObject* item)
+{
+    const int index = IndexOf(item);
+    if (index >= 0)
+        Delete(index);
+    return index;
+}
+
 int TObjectList::IndexOf(const TObject* item) const
 {
     const auto it = std::find(FItems.begin(), FItems.end(), item);

@@ -190,6 +190,10 @@ public:
     void Delete(int index);
     /// Takes the item out without freeing it.
     TObject* Extract(TObject* item);
+    /// Takes the item out, freeing it when the list owns it; answers its index or -1.
+    int Remove(TObject* item);
+    TObject* First() const { return Items(0); }
+    TObject* Last() const { return Items(Count() - 1); }
     int IndexOf(const TObject* item) const;
     void Clear();
 

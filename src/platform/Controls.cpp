@@ -3,9 +3,12 @@
 #include "Controls.h"
 
 #include "QtConvert.h"
+#include "QtKeys.h"
 
 #include <QApplication>
 #include <QEvent>
+#include <QKeyEvent>
+#include <QMouseEvent>
 #include <QPainter>
 #include <QPointer>
 #include <QWheelEvent>
@@ -56,19 +59,56 @@ TMessage WheelMessage(const QWheelEvent& event)
     return m;
 }
 
-}  // namespace
+/// The dialog's share of the keys: Tab moves the focus, the arrows move
+/// between buttons, Enter and Escape press the default and cancel buttons,
+/// unless the control claims the key through WM_GETDLGCODE or CM_WANTSPECIALKEY.
+NativeInt DialogMaskOf(const QKeyEvent& event)
+{
+    if (event.modifiers() & (Qt::ControlModifier | Qt::AltModifier))
+        return 0;
+    switch (event.key()) {
+    case Qt::Key_Tab:
+    case Qt::Key_Backtab: return DLGC_WANTTAB;
+    case Qt::Key_Left:
+    case Qt::Key_Right:
+    case Qt::Key_Up:
+    case Qt::Key_Down: return DLGC_WANTARROWS;
+    case Qt::Key_Return:
+    case Qt::Key_Enter:
+    case Qt::Key_Escape: return DLGC_WANTALLKEYS;
+    default: return 0;
+    }
+}
 
-TShiftState KeyboardStateToShiftState()
+bool ControlWantsKey(TWinControl* control, const QKeyEvent& event)
+{
+    const NativeInt mask = DialogMaskOf(event);
+    if (mask == 0)
+        return true;
+    if (SendMessage(control, CM_WANTSPECIALKEY, VirtualKeyOf(event)) != 0)
+        return true;
+    return (SendMessage(control, WM_GETDLGCODE) & (mask | DLGC_WANTALLKEYS)) != 0;
+}
+
+/// Delivers a key of Qt's to the control as the desktop does: WM_KEYDOWN,
+/// then one WM_CHAR for each character the key types.
+void DeliverKeyPress(TWinControl* control, const QKeyEvent& event)
+{
+    if (const Word key = VirtualKeyOf(event))
+        SendMessage(control, WM_KEYDOWN, key);
+    for (const Char c : TypedCharsOf(event))
+        SendMessage(control, WM_CHAR, c);
+}
+
+TShiftState ShiftStateOf(Qt::KeyboardModifiers modifiers, Qt::MouseButtons buttons)
 {
     TShiftState state;
-    const Qt::KeyboardModifiers mods = QGuiApplication::queryKeyboardModifiers();
-    if (mods & Qt::ShiftModifier)
+    if (modifiers & Qt::ShiftModifier)
         state.Include(TShiftStateItem::ssShift);
-    if (mods & Qt::ControlModifier)
+    if (modifiers & Qt::ControlModifier)
         state.Include(TShiftStateItem::ssCtrl);
-    if (mods & Qt::AltModifier)
+    if (modifiers & Qt::AltModifier)
         state.Include(TShiftStateItem::ssAlt);
-    const Qt::MouseButtons buttons = QGuiApplication::mouseButtons();
     if (buttons & Qt::LeftButton)
         state.Include(TShiftStateItem::ssLeft);
     if (buttons & Qt::RightButton)
@@ -76,6 +116,34 @@ TShiftState KeyboardStateToShiftState()
     if (buttons & Qt::MiddleButton)
         state.Include(TShiftStateItem::ssMiddle);
     return state;
+}
+
+bool ButtonOf(Qt::MouseButton qtButton, TMouseButton& button)
+{
+    switch (qtButton) {
+    case Qt::LeftButton: button = TMouseButton::mbLeft; return true;
+    case Qt::RightButton: button = TMouseButton::mbRight; return true;
+    case Qt::MiddleButton: button = TMouseButton::mbMiddle; return true;
+    default: return false;
+    }
+}
+
+/// The modifier keys only, as key events report them.
+TShiftState ModifierState()
+{
+    const TShiftState all = KeyboardStateToShiftState();
+    TShiftState keys;
+    for (const TShiftStateItem item : {TShiftStateItem::ssShift, TShiftStateItem::ssAlt, TShiftStateItem::ssCtrl})
+        if (all.Contains(item))
+            keys.Include(item);
+    return keys;
+}
+
+}  // namespace
+
+TShiftState KeyboardStateToShiftState()
+{
+    return ShiftStateOf(QGuiApplication::queryKeyboardModifiers(), QGuiApplication::mouseButtons());
 }
 
 bool SystemParametersInfo(Cardinal uiAction, Cardinal, void* pvParam, Cardinal)
@@ -141,8 +209,26 @@ public:
             Guarded([&] { FControl->Dispatch(message); });
             return true;
         }
-        case QEvent::Destroy:
-            break;
+        case QEvent::KeyPress: {
+            const auto& key = *static_cast<QKeyEvent*>(e);
+            bool wanted = true;
+            Guarded([&] {
+                wanted = ControlWantsKey(FControl, key);
+                if (wanted)
+                    DeliverKeyPress(FControl, key);
+            });
+            return wanted;
+        }
+        case QEvent::MouseButtonPress:
+        case QEvent::MouseButtonDblClick:
+        case QEvent::MouseButtonRelease:
+        case QEvent::MouseMove:
+            Guarded([&] { DeliverMouse(*static_cast<QMouseEvent*>(e)); });
+            return true;
+        case QEvent::KeyRelease:
+            if (const Word key = VirtualKeyOf(*static_cast<QKeyEvent*>(e)))
+                Guarded([&] { SendMessage(FControl, WM_KEYUP, key); });
+            return true;
         default:
             break;
         }
@@ -150,6 +236,31 @@ public:
     }
 
 private:
+    /// A double click comes from Qt in place of the second press: it goes to
+    /// the control as a press with ssDouble, then DblClick for the left button.
+    void DeliverMouse(const QMouseEvent& event)
+    {
+        const QPoint at = event.position().toPoint();
+        TShiftState shift = ShiftStateOf(event.modifiers(), event.buttons());
+        if (event.type() == QEvent::MouseMove) {
+            FControl->MouseMove(shift, at.x(), at.y());
+            return;
+        }
+        TMouseButton button;
+        if (!ButtonOf(event.button(), button))
+            return;
+        if (event.type() == QEvent::MouseButtonRelease) {
+            FControl->MouseUp(button, shift, at.x(), at.y());
+            return;
+        }
+        const bool isDouble = event.type() == QEvent::MouseButtonDblClick;
+        if (isDouble)
+            shift.Include(TShiftStateItem::ssDouble);
+        FControl->MouseDown(button, shift, at.x(), at.y());
+        if (isDouble && button == TMouseButton::mbLeft)
+            FControl->DblClick();
+    }
+
     TWinControl* FControl;
 };
 
@@ -341,6 +452,15 @@ void TWinControl::Dispatch(TMessage& Message)
     case CM_EXIT:
         CMExit(Message);
         break;
+    case WM_KEYDOWN:
+        WMKeyDown(Message);
+        break;
+    case WM_KEYUP:
+        WMKeyUp(Message);
+        break;
+    case WM_CHAR:
+        WMChar(Message);
+        break;
     default:
         TControl::Dispatch(Message);
     }
@@ -358,7 +478,82 @@ void TWinControl::CMExit(TMessage&)
         OnExit(this);
 }
 
-TCustomControl::TCustomControl(TComponent* AOwner) : TWinControl(AOwner, new ControlWidget(this)) {}
+void TWinControl::KeyDown(Word& Key, TShiftState Shift)
+{
+    if (OnKeyDown)
+        OnKeyDown(this, Key, Shift);
+}
+
+void TWinControl::KeyUp(Word& Key, TShiftState Shift)
+{
+    if (OnKeyUp)
+        OnKeyUp(this, Key, Shift);
+}
+
+void TWinControl::KeyPress(Char& Key)
+{
+    if (OnKeyPress)
+        OnKeyPress(this, Key);
+}
+
+void TWinControl::MouseDown(TMouseButton Button, TShiftState Shift, Integer X, Integer Y)
+{
+    if (OnMouseDown)
+        OnMouseDown(this, Button, Shift, X, Y);
+}
+
+void TWinControl::MouseMove(TShiftState Shift, Integer X, Integer Y)
+{
+    if (OnMouseMove)
+        OnMouseMove(this, Shift, X, Y);
+}
+
+void TWinControl::MouseUp(TMouseButton Button, TShiftState Shift, Integer X, Integer Y)
+{
+    if (OnMouseUp)
+        OnMouseUp(this, Button, Shift, X, Y);
+}
+
+void TWinControl::DblClick()
+{
+    if (OnDblClick)
+        OnDblClick(this);
+}
+
+TPoint TWinControl::ClientToScreen(TPoint Point) const
+{
+    if (!FWidget)
+        return Point;
+    const QPoint global = FWidget->mapToGlobal(QPoint(Point.X, Point.Y));
+    return sx::Point(global.x(), global.y());
+}
+
+void TWinControl::WMKeyDown(TMessage& Message)
+{
+    Word key = LoWord(Message.WParam);
+    KeyDown(key, ModifierState());
+    Message.WParam = key;
+}
+
+void TWinControl::WMKeyUp(TMessage& Message)
+{
+    Word key = LoWord(Message.WParam);
+    KeyUp(key, ModifierState());
+    Message.WParam = key;
+}
+
+void TWinControl::WMChar(TMessage& Message)
+{
+    Char key = Char(LoWord(Message.WParam));
+    KeyPress(key);
+    Message.WParam = key;
+}
+
+TCustomControl::TCustomControl(TComponent* AOwner) : TWinControl(AOwner, new ControlWidget(this))
+{
+    // Moves reach the control with no button down too, as the desktop sends them.
+    Widget()->setMouseTracking(true);
+}
 
 TCustomControl::~TCustomControl() = default;
 

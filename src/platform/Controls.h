@@ -31,6 +31,15 @@ enum class TShiftStateItem { ssShift, ssAlt, ssCtrl, ssLeft, ssRight, ssMiddle, 
 using TShiftState = TSet<TShiftStateItem, 16>;
 enum class TMouseButton { mbLeft, mbRight, mbMiddle };
 
+/// A key went down or up: Key is the virtual key code, which a handler may set to 0.
+using TKeyEvent = std::function<void(TObject* Sender, Word& Key, TShiftState Shift)>;
+/// A mouse button went down or up at (X, Y) in client pixels.
+using TMouseEvent =
+    std::function<void(TObject* Sender, TMouseButton Button, TShiftState Shift, Integer X, Integer Y)>;
+using TMouseMoveEvent = std::function<void(TObject* Sender, TShiftState Shift, Integer X, Integer Y)>;
+/// A character was typed: a handler may replace Key or set it to 0 to drop it.
+using TKeyPressEvent = std::function<void(TObject* Sender, Char& Key)>;
+
 /// The modifier keys and mouse buttons held down at the moment of the call.
 TShiftState KeyboardStateToShiftState();
 
@@ -124,9 +133,36 @@ public:
 
     TNotifyEvent OnEnter;
     TNotifyEvent OnExit;
+    TKeyEvent OnKeyDown;
+    TKeyEvent OnKeyUp;
+    TKeyPressEvent OnKeyPress;
+    TMouseEvent OnMouseDown;
+    TMouseMoveEvent OnMouseMove;
+    TMouseEvent OnMouseUp;
+    TNotifyEvent OnDblClick;
+
+    /// A point in client pixels as a point on the screen.
+    TPoint ClientToScreen(TPoint Point) const;
 
 protected:
     TWinControl(TComponent* AOwner, QWidget* widget);
+
+    /// The framework's mouse handling: each fires its event, if assigned.
+    /// A double click arrives as a press with ssDouble, then DblClick.
+    virtual void MouseDown(TMouseButton Button, TShiftState Shift, Integer X, Integer Y);
+    virtual void MouseMove(TShiftState Shift, Integer X, Integer Y);
+    virtual void MouseUp(TMouseButton Button, TShiftState Shift, Integer X, Integer Y);
+    virtual void DblClick();
+
+    /// The framework's key handling: each fires its event, if assigned.
+    virtual void KeyDown(Word& Key, TShiftState Shift);
+    virtual void KeyUp(Word& Key, TShiftState Shift);
+    virtual void KeyPress(Char& Key);
+    /// WM_KEYDOWN and WM_KEYUP: the key code in WParam, read back after the handler.
+    virtual void WMKeyDown(TMessage& Message);
+    virtual void WMKeyUp(TMessage& Message);
+    /// WM_CHAR: the character in WParam goes through KeyPress, which may change it.
+    virtual void WMChar(TMessage& Message);
 
     /// Focus came (CM_ENTER) or went (CM_EXIT); the framework's handling fires OnEnter/OnExit.
     virtual void CMEnter(TMessage& Message);

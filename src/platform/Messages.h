@@ -21,6 +21,7 @@ struct TMessage {
 constexpr Cardinal WM_ERASEBKGND = 0x0014;
 constexpr Cardinal WM_GETDLGCODE = 0x0087;
 constexpr Cardinal WM_KEYDOWN = 0x0100;
+constexpr Cardinal WM_KEYUP = 0x0101;
 constexpr Cardinal WM_CHAR = 0x0102;
 constexpr Cardinal WM_MOUSEWHEEL = 0x020A;
 constexpr Cardinal WM_CUT = 0x0300;
@@ -32,6 +33,13 @@ constexpr Cardinal CM_BASE = 0xB000;
 constexpr Cardinal CM_ENTER = CM_BASE + 26;
 constexpr Cardinal CM_EXIT = CM_BASE + 27;
 constexpr Cardinal CM_WANTSPECIALKEY = CM_BASE + 30;
+
+/// Answers of WM_GETDLGCODE: the keys a control wants for itself rather than
+/// for the dialog's navigation.
+constexpr NativeInt DLGC_WANTARROWS = 0x0001;
+constexpr NativeInt DLGC_WANTTAB = 0x0002;
+constexpr NativeInt DLGC_WANTALLKEYS = 0x0004;
+constexpr NativeInt DLGC_WANTCHARS = 0x0080;
 
 /// Lines per wheel notch as the desktop reports it.
 constexpr Cardinal SPI_GETWHEELSCROLLLINES = 104;

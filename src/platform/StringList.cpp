@@ -236,4 +236,16 @@ void TStringList::Changed()
         OnChange(this);
 }
 
+void SxStringToList(const String& S, const String& Delimiter, TStrings& List)
+{
+    List.BeginUpdate();
+    List.Clear();
+    std::size_t from = 0;
+    for (std::size_t at; !Delimiter.empty() && (at = S.find(Delimiter, from)) != String::npos;
+         from = at + Delimiter.size())
+        List.Add(S.substr(from, at - from));
+    List.Add(S.substr(from));
+    List.EndUpdate();
+}
+
 }  // namespace sx

@@ -92,4 +92,9 @@ private:
     LineGap<LineRecord> FLines;
 };
 
+/// Clears List and fills it with the pieces of S between occurrences of
+/// Delimiter, empty pieces included: an empty S gives one empty piece, and a
+/// delimiter at the end gives an empty last piece.
+void SxStringToList(const String& S, const String& Delimiter, TStrings& List);
+
 }  // namespace sx

@@ -45,6 +45,11 @@ class EStreamError : public Exception {
     using Exception::Exception;
 };
 
+/// A file that cannot be opened or read: the message names it and gives the system's reason.
+class EFOpenError : public EStreamError {
+    using EStreamError::EStreamError;
+};
+
 class EConvertError : public Exception {
     using Exception::Exception;
 };

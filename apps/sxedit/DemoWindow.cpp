@@ -1,0 +1,200 @@
+// The demo editor's window. The control has no event for its Modified flag,
+// so the title is brought up to date on a short timer.
+#include "DemoWindow.h"
+
+#include "DemoFiles.h"
+
+#include "platform/Menus.h"
+#include "platform/QtConvert.h"
+
+#include <QCloseEvent>
+#include <QFile>
+#include <QFileDialog>
+#include <QFileInfo>
+#include <QLabel>
+#include <QMenuBar>
+#include <QMessageBox>
+#include <QSaveFile>
+#include <QStatusBar>
+#include <QTimer>
+
+namespace sx::demo {
+
+namespace {
+
+/// Whether the file's lines end in CR LF, judged by its first line end.
+bool FileUsesCrLf(const QString& path)
+{
+    QFile file(path);
+    if (!file.open(QIODevice::ReadOnly))
+        return false;
+    const QByteArray head = file.read(1 << 16);
+    const qsizetype lf = head.indexOf('\n');
+    return lf > 0 && head.at(lf - 1) == '\r';
+}
+
+}  // namespace
+
+DemoWindow::DemoWindow() : FEdit(new TSxCodeEdit(nullptr)), FPopup(new TPopupMenu(nullptr)), FPosition(new QLabel)
+{
+    setCentralWidget(FEdit->Widget());
+    resize(800, 600);
+    statusBar()->addPermanentWidget(FPosition);
+    FEdit->SetOnCursorChange([this](TObject*) { ShowCaretPosition(); });
+    BuildMenus();
+    BuildPopupMenu();
+    auto* titleTimer = new QTimer(this);
+    connect(titleTimer, &QTimer::timeout, this, [this] { ShowTitle(); });
+    titleTimer->start(250);
+    ShowCaretPosition();
+    ShowTitle();
+}
+
+DemoWindow::~DemoWindow()
+{
+    FEdit->SetPopupMenu(nullptr);
+    delete FPopup;
+}
+
+void DemoWindow::BuildMenus()
+{
+    QMenu* file = menuBar()->addMenu(tr("&File"));
+    file->addAction(tr("&Open..."), QKeySequence::Open, this, [this] { OpenChosenFile(); });
+    file->addAction(tr("&Save"), QKeySequence::Save, this, [this] { SaveFile(false); });
+    file->addAction(tr("Save &as..."), QKeySequence::SaveAs, this, [this] { SaveFile(true); });
+    file->addSeparator();
+    file->addAction(tr("&Quit"), QKeySequence::Quit, this, [this] { close(); });
+
+    QMenu* edit = menuBar()->addMenu(tr("&Edit"));
+    FUndo = AddCommand(edit, tr("&Undo"), WM_UNDO, QKeySequence::Undo);
+    edit->addSeparator();
+    FCut = AddCommand(edit, tr("Cu&t"), WM_CUT, QKeySequence::Cut);
+    FCopy = AddCommand(edit, tr("&Copy"), WM_COPY, QKeySequence::Copy);
+    FPaste = AddCommand(edit, tr("&Paste"), WM_PASTE, QKeySequence::Paste);
+    edit->addSeparator();
+    AddCommand(edit, tr("&Find..."), uSxCodeEdit::WM_SX_SEARCHREPLACEDLG, QKeySequence::Find);
+    connect(edit, &QMenu::aboutToShow, this, [this] {
+        FUndo->setEnabled(FEdit->CanUndo());
+        FPaste->setEnabled(FEdit->CanPaste() && !FEdit->ReadOnly());
+        const bool selected = FEdit->SelLength() != 0;
+        FCut->setEnabled(selected && !FEdit->ReadOnly());
+        FCopy->setEnabled(selected);
+    });
+    // The shortcuts stay live while the menu is closed: a disabled action
+    // would swallow its key, so every action is enabled again on close.
+    connect(edit, &QMenu::aboutToHide, this, [edit] {
+        for (QAction* action : edit->actions())
+            action->setEnabled(true);
+    });
+}
+
+QAction* DemoWindow::AddCommand(QMenu* menu, const QString& caption, Cardinal message, const QKeySequence& key)
+{
+    return menu->addAction(caption, key, this, [this, message] { PostMessage(FEdit, message); });
+}
+
+void DemoWindow::BuildPopupMenu()
+{
+    const struct {
+        const char16_t* caption;
+        Cardinal message;
+    } commands[] = {{u"Cu&t", WM_CUT}, {u"&Copy", WM_COPY}, {u"&Paste", WM_PASTE},
+                    {u"-", 0},        {u"&Undo", WM_UNDO}, {u"Select &word", uSxCodeEdit::WM_SX_SELECTWORD}};
+    for (const auto& command : commands) {
+        auto* item = new TMenuItem(nullptr);
+        item->SetCaption(command.caption);
+        if (command.message != 0)
+            item->OnClick = [this, message = command.message](TObject*) { PostMessage(FEdit, message); };
+        FPopup->Items().Add(item);
+    }
+    FPopup->OnPopup = [this](TObject*) {
+        TMenuItem& items = FPopup->Items();
+        items.Items(0)->SetEnabled(FEdit->SelLength() != 0 && !FEdit->ReadOnly());
+        items.Items(1)->SetEnabled(FEdit->SelLength() != 0);
+        items.Items(2)->SetEnabled(FEdit->CanPaste() && !FEdit->ReadOnly());
+        items.Items(4)->SetEnabled(FEdit->CanUndo());
+    };
+    FEdit->SetPopupMenu(FPopup);
+}
+
+void DemoWindow::Open(const QString& path)
+{
+    FEdit->LoadFromFile(FromQString(path));
+    FEdit->SetModified(false);
+    FEdit->SetParser(ParserForFile(path, FEdit));
+    FPath = path;
+    FCrLf = FileUsesCrLf(path);
+    ShowTitle();
+}
+
+bool DemoWindow::Save(const QString& path)
+{
+    String text = FEdit->Text();
+    if (!FCrLf)
+        std::erase(text, u'\r');  // the lines hold no CR of their own: Text adds it
+    QSaveFile file(path);
+    if (!file.open(QIODevice::WriteOnly) || file.write(ToQString(text).toUtf8()) < 0 || !file.commit()) {
+        QMessageBox::warning(this, tr("sxedit"), tr("Cannot save %1: %2").arg(path, file.errorString()));
+        return false;
+    }
+    FPath = path;
+    FEdit->SetModified(false);
+    ShowTitle();
+    return true;
+}
+
+void DemoWindow::OpenChosenFile()
+{
+    if (!MayDiscardChanges())
+        return;
+    const QString path = QFileDialog::getOpenFileName(this, tr("Open"), QFileInfo(FPath).path());
+    if (path.isEmpty())
+        return;
+    try {
+        Open(path);
+    } catch (const Exception& e) {
+        QMessageBox::warning(this, tr("sxedit"), ToQString(e.Message()));
+    }
+}
+
+bool DemoWindow::SaveFile(bool askForName)
+{
+    QString path = FPath;
+    if (askForName || path.isEmpty())
+        path = QFileDialog::getSaveFileName(this, tr("Save as"), FPath);
+    return !path.isEmpty() && Save(path);
+}
+
+bool DemoWindow::MayDiscardChanges()
+{
+    if (!FEdit->Modified())
+        return true;
+    const auto answer = QMessageBox::question(this, tr("sxedit"), tr("Save the changes to %1?").arg(FPath),
+                                              QMessageBox::Save | QMessageBox::Discard | QMessageBox::Cancel);
+    if (answer == QMessageBox::Save)
+        return SaveFile(false);
+    return answer == QMessageBox::Discard;
+}
+
+void DemoWindow::closeEvent(QCloseEvent* event)
+{
+    if (MayDiscardChanges())
+        event->accept();
+    else
+        event->ignore();
+}
+
+void DemoWindow::ShowCaretPosition()
+{
+    FPosition->setText(tr("Line %1, column %2").arg(FEdit->LinePos() + 1).arg(FEdit->CharPos() + 1));
+}
+
+void DemoWindow::ShowTitle()
+{
+    const QString name = FPath.isEmpty() ? tr("untitled") : QFileInfo(FPath).fileName();
+    const QString title = (FEdit->Modified() ? QStringLiteral("*") : QString()) + name + QStringLiteral(" - sxedit");
+    if (windowTitle() != title)
+        setWindowTitle(title);
+}
+
+}  // namespace sx::demo

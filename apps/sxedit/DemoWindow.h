@@ -1,0 +1,51 @@
+// The demo editor's main window: one TSxCodeEdit with File and Edit menus,
+// a popup menu on the control, and a status bar with the caret position.
+#pragma once
+
+#include "codeedit/uSxCodeEdit.h"
+
+#include <QMainWindow>
+
+class QAction;
+class QLabel;
+
+namespace sx::demo {
+
+class DemoWindow : public QMainWindow {
+public:
+    DemoWindow();
+    ~DemoWindow() override;
+
+    TSxCodeEdit& Edit() { return *FEdit; }
+    /// Loads the file into the control and picks its parser; raises on failure.
+    void Open(const QString& path);
+    /// Writes the text as UTF-8 with the line ends the file had; answers success.
+    bool Save(const QString& path);
+
+protected:
+    void closeEvent(QCloseEvent* event) override;
+
+private:
+    void BuildMenus();
+    void BuildPopupMenu();
+    /// Edit commands go to the control as posted messages, as a menu of any
+    /// application would send them.
+    QAction* AddCommand(QMenu* menu, const QString& caption, Cardinal message, const QKeySequence& key);
+    void OpenChosenFile();
+    bool SaveFile(bool askForName);
+    bool MayDiscardChanges();
+    void ShowCaretPosition();
+    void ShowTitle();
+
+    TSxCodeEdit* FEdit;
+    TPopupMenu* FPopup;
+    QLabel* FPosition;
+    QAction* FCut = nullptr;
+    QAction* FCopy = nullptr;
+    QAction* FPaste = nullptr;
+    QAction* FUndo = nullptr;
+    QString FPath;
+    bool FCrLf = false;
+};
+
+}  // namespace sx::demo

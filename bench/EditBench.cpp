@@ -1,0 +1,120 @@
+// Typing in the middle of a million-line text against typing in a 100-line
+// text: a typed character, an Enter and a Backspace that joins two lines,
+// each with the repaint that follows. No step of typing may walk or move the
+// whole text, so the two sizes must cost about the same.
+#include "codeedit/uSxCodeEdit.h"
+#include "codeedit/uSxCodePascalParser.h"
+
+#include <QApplication>
+#include <QImage>
+#include <QWidget>
+
+#include <benchmark/benchmark.h>
+
+#include <map>
+#include <memory>
+
+using namespace sx;
+
+namespace {
+
+/// A focused control in a window over a generated Pascal text, with the
+/// caret at column 10 of the middle line; built once per size.
+struct Editor {
+    explicit Editor(int lineCount)
+    {
+        window.resize(800, 600);
+        edit = new TSxCodeEdit(nullptr);
+        edit->Widget()->setParent(&window);
+        edit->SetBounds(0, 0, 800, 600);
+        edit->SetParser(new TSxCodePascalParser(edit));
+        TStringList lines;
+        lines.BeginUpdate();
+        for (int i = 0; i < lineCount; ++i)
+            lines.Add(u"  Value" + IntToStr(i) + u" := Compute(" + IntToStr(i) + u", 'text') + 1.5; // step");
+        lines.EndUpdate();
+        edit->SetLines(lines);
+        window.show();
+        QApplication::setActiveWindow(&window);
+        edit->SetFocus();
+        QApplication::processEvents();
+        middle = lineCount / 2;
+        Home();
+        Paint();
+    }
+    void Home()
+    {
+        edit->SetLinePos(middle);
+        edit->SetCharPos(10);
+    }
+    void Key(Char c) { SendMessage(edit, WM_CHAR, c); }
+    void Paint()
+    {
+        edit->Widget()->render(&screen);
+        benchmark::DoNotOptimize(screen.constBits());
+    }
+
+    QWidget window;
+    TSxCodeEdit* edit;
+    int middle = 0;
+    QImage screen{800, 600, QImage::Format_RGB32};
+};
+
+Editor& Shared(int lineCount)
+{
+    static std::map<int, std::unique_ptr<Editor>> editors;
+    auto& editor = editors[lineCount];
+    if (!editor)
+        editor = std::make_unique<Editor>(lineCount);
+    return *editor;
+}
+
+void BM_TypeCharacter(benchmark::State& state)
+{
+    Editor& e = Shared(int(state.range(0)));
+    for (auto _ : state) {
+        e.Key(u'x');
+        e.Paint();
+        state.PauseTiming();
+        e.Key(8);
+        state.ResumeTiming();
+    }
+}
+
+void BM_Enter(benchmark::State& state)
+{
+    Editor& e = Shared(int(state.range(0)));
+    for (auto _ : state) {
+        e.Key(13);
+        e.Paint();
+        state.PauseTiming();
+        e.Home();
+        e.edit->SetLinePos(e.middle + 1);
+        e.edit->SetCharPos(0);
+        e.Key(8);
+        e.Home();
+        state.ResumeTiming();
+    }
+}
+
+void BM_BackspaceJoin(benchmark::State& state)
+{
+    Editor& e = Shared(int(state.range(0)));
+    for (auto _ : state) {
+        state.PauseTiming();
+        e.Key(13);
+        e.edit->SetCharPos(0);
+        state.ResumeTiming();
+        e.Key(8);
+        e.Paint();
+        state.PauseTiming();
+        e.Home();
+        state.ResumeTiming();
+    }
+}
+
+}  // namespace
+
+BENCHMARK(BM_TypeCharacter)->Arg(100)->Arg(1'000'000)->Unit(benchmark::kMicrosecond);
+BENCHMARK(BM_Enter)->Arg(100)->Arg(1'000'000)->Unit(benchmark::kMicrosecond);
+BENCHMARK(BM_BackspaceJoin)->Arg(100)->Arg(1'000'000)->Unit(benchmark::kMicrosecond);

@@ -1,0 +1,262 @@
+// Keyboard commands: KeyDown moves the caret, selects all and deletes with
+// the Delete key; the command keys become posted messages; Ctrl with an
+// arrow steps word-wise; and the control claims its keys from the dialog.
+#include "uSxCodeEdit.h"
+
+#include "platform/Keys.h"
+
+namespace sx {
+
+using namespace uSxCodeEdit;
+
+namespace {
+
+bool IsMoveKey(Word key) { return key == VK_PRIOR || key == VK_NEXT || (key >= VK_LEFT && key <= VK_DOWN); }
+
+/// The modifier keys in Shift, without the mouse buttons.
+TShiftState ModifiersOf(TShiftState shift)
+{
+    TShiftState keys;
+    for (const TShiftStateItem item : {TShiftStateItem::ssShift, TShiftStateItem::ssAlt, TShiftStateItem::ssCtrl})
+        if (shift.Contains(item))
+            keys.Include(item);
+    return keys;
+}
+
+enum class ShiftTest { ExactlyCtrl, ExactlyShift, NotExactlyCtrl };
+
+/// A key that KeyCommand turns into a posted message. Each letter has a
+/// second code, its lower-case character, which as a key code is another
+/// key: 0x63 and 0x66 are keypad 3 and 6, 0x76 F7, 0x78 F9, 0x7A F11, 0x72 F3.
+struct CommandKey {
+    Word Key;
+    ShiftTest Test;
+    Cardinal Msg;
+    NativeUInt WParam;
+};
+
+constexpr CommandKey CommandKeys[] = {
+    {VK_INSERT, ShiftTest::ExactlyCtrl, WM_COPY, 0},
+    {VK_INSERT, ShiftTest::ExactlyShift, WM_PASTE, 0},
+    {0x43, ShiftTest::ExactlyCtrl, WM_COPY, 0},
+    {0x63, ShiftTest::ExactlyCtrl, WM_COPY, 0},
+    {0x56, ShiftTest::ExactlyCtrl, WM_PASTE, 0},
+    {0x76, ShiftTest::ExactlyCtrl, WM_PASTE, 0},
+    {0x58, ShiftTest::ExactlyCtrl, WM_CUT, 0},
+    {0x78, ShiftTest::ExactlyCtrl, WM_CUT, 0},
+    {0x5A, ShiftTest::ExactlyCtrl, WM_UNDO, 0},
+    {0x7A, ShiftTest::ExactlyCtrl, WM_UNDO, 0},
+    {0x46, ShiftTest::ExactlyCtrl, WM_SX_SEARCHREPLACEDLG, 0},
+    {0x66, ShiftTest::ExactlyCtrl, WM_SX_SEARCHREPLACEDLG, 0},
+    {0x52, ShiftTest::ExactlyCtrl, WM_SX_SEARCHREPLACEDLG, 1},
+    {0x72, ShiftTest::ExactlyCtrl, WM_SX_SEARCHREPLACEDLG, 1},
+    {0x72, ShiftTest::NotExactlyCtrl, WM_SX_SEARCHREPLACE, 0},
+};
+
+bool Passes(ShiftTest test, TShiftState shift)
+{
+    const TShiftState keys = ModifiersOf(shift);
+    const bool exactlyCtrl = keys == TShiftState{TShiftStateItem::ssCtrl};
+    switch (test) {
+    case ShiftTest::ExactlyCtrl: return exactlyCtrl;
+    case ShiftTest::ExactlyShift: return keys == TShiftState{TShiftStateItem::ssShift};
+    case ShiftTest::NotExactlyCtrl: return !exactlyCtrl;
+    }
+    return false;
+}
+
+/// Word characters of the word step: digits, ASCII letters, and every
+/// character above 255.
+bool IsWordChar(Char c)
+{
+    return c > 255 || (c >= u'0' && c <= u'9') || (c >= u'A' && c <= u'Z') || (c >= u'a' && c <= u'z');
+}
+
+}  // namespace
+
+void TSxCodeEdit::KeyDown(Word& Key, TShiftState Shift)
+{
+    KeyCommand(Key, Shift);
+    if (IsMoveKey(Key))
+        SetSelection(false);
+    if ((Key == 0x41 || Key == 0x61) && Shift.Contains(TShiftStateItem::ssCtrl)) {
+        SelectAll();
+        Key = 0;
+    }
+    TCustomControl::KeyDown(Key, Shift);
+    ActOnKey(Key, Shift);
+    if (IsMoveKey(Key))
+        SetSelection(false);
+}
+
+void TSxCodeEdit::SelectAll()
+{
+    SetLinePos(FLines->Count() - 1);
+    SetCharPos(FLines->Count() > 0 ? Integer(FLines->Line(FLinePos).size()) : 0);
+    FSelEnd = Point(0, 0);
+    FSelStart = Point(FCharPos, FLinePos);
+    Invalidate();
+}
+
+void TSxCodeEdit::ActOnKey(Word Key, TShiftState Shift)
+{
+    const bool ctrl = Shift.Contains(TShiftStateItem::ssCtrl);
+    switch (Key) {
+    case VK_PRIOR: SetLinePos(FLinePos - FVScrollBar->PageSize()); break;
+    case VK_NEXT: SetLinePos(FLinePos + FVScrollBar->PageSize()); break;
+    case VK_END:
+        if (Shift.Contains(TShiftStateItem::ssShift))
+            SetSelection(false);
+        if (ctrl)
+            SetLinePos(FLines->Count() - 1);
+        if (FLinePos < FLines->Count())
+            SetCharPos(Integer(FLines->Line(FLinePos).size()));
+        break;
+    case VK_HOME:
+        SetCharPos(0);
+        if (ctrl)
+            SetLinePos(0);
+        break;
+    case VK_LEFT:
+        if (ctrl)
+            GotoNextChar(false);
+        else if (FCharPos > 0)
+            SetCharPos(FCharPos - 1);
+        break;
+    case VK_UP:
+        if (FLinePos > 0)
+            SetLinePos(FLinePos - 1);
+        break;
+    case VK_RIGHT:
+        if (ctrl)
+            GotoNextChar(true);
+        else if (FCharPos < 500)
+            SetCharPos(FCharPos + 1);
+        break;
+    case VK_DOWN:
+        if (FLinePos < FLines->Count())
+            SetLinePos(FLinePos + 1);
+        break;
+    case VK_DELETE: DeleteKey(Shift); break;
+    default: break;
+    }
+}
+
+void TSxCodeEdit::DeleteKey(TShiftState Shift)
+{
+    if (FSelEnd.X == -1 || FSelEnd == FSelStart) {
+        // No selection: one is built over the character right of the caret,
+        // or over the line break when the caret stands at or behind the end.
+        FSelStart = Point(FCharPos, FLinePos);
+        FSelEnd = Point(FCharPos + 1, FLinePos);
+        if (FLinePos > FLines->Count() - 1)
+            return;
+        if (Integer(FLines->Line(FLinePos).size()) < FSelEnd.X)
+            FSelEnd = Point(0, FLinePos + 1);
+    }
+    String deleted;
+    DeleteSelected(Shift.Contains(TShiftStateItem::ssShift) ? ctCut : ctDelete, deleted);
+}
+
+void TSxCodeEdit::KeyCommand(Word& Key, TShiftState Shift)
+{
+    for (const CommandKey& command : CommandKeys) {
+        if (command.Key == Key && Passes(command.Test, Shift)) {
+            PostMessage(this, command.Msg, command.WParam, 0);
+            Key = 0;
+            return;
+        }
+    }
+}
+
+void TSxCodeEdit::GotoNextChar(bool AForward)
+{
+    Integer lineIdx = FLinePos;
+    if (lineIdx < 0 || lineIdx >= FLines->Count())
+        return;
+    String s = FLines->Get(lineIdx);
+    Integer idx = FCharPos;  // 1-based: the character left of the caret
+    const auto length = [](const String& text) { return Integer(text.size()); };
+
+    // The neighbouring line in the walking direction; at the first or last
+    // line a string of one character 0, the end of input.
+    const auto nextLine = [&]() -> String {
+        if (AForward ? lineIdx >= FLines->Count() - 1 : lineIdx <= 0)
+            return String(1, Char(0));
+        lineIdx += AForward ? 1 : -1;
+        return FLines->Get(lineIdx);
+    };
+    // The next character of the walk; a line end reads as one CR. Going
+    // backward, the walk crosses into the line above only from column 0.
+    const auto nextChar = [&]() -> Char {
+        if (AForward) {
+            if (++idx > length(s)) {
+                s = nextLine();
+                idx = 0;
+                return 13;
+            }
+        } else if (--idx < 1) {
+            if (FCharPos > 0) {
+                idx = 0;
+                return 0;
+            }
+            s = nextLine();
+            idx = length(s) + 1;
+            return 13;
+        }
+        return idx <= length(s) ? s[std::size_t(idx - 1)] : Char(0);
+    };
+
+    if (AForward) {
+        const Integer fromLine = lineIdx, fromCol = idx;
+        Char c = nextChar();
+        while (IsWordChar(c))
+            c = nextChar();
+        c = nextChar();
+        while (c != 13 && !IsWordChar(c))
+            c = nextChar();
+        if (c == 13 && lineIdx == FLines->Count() - 1)
+            idx = length(FLines->Line(lineIdx)) + 1;
+        if (fromLine < lineIdx && fromCol < length(FLines->Line(fromLine))) {
+            lineIdx = fromLine;
+            idx = length(FLines->Line(fromLine)) + 1;
+        }
+    } else {
+        const Integer fromLine = lineIdx;
+        Char c = nextChar();
+        while (!IsWordChar(c) && c != 0)
+            c = nextChar();
+        Integer prevIdx, prevLine;
+        do {
+            prevIdx = idx;
+            prevLine = lineIdx;
+            c = nextChar();
+        } while (IsWordChar(c) && c != 0);
+        idx = prevIdx;
+        lineIdx = prevLine;
+        if (fromLine > lineIdx && idx < length(FLines->Line(lineIdx)))
+            idx = length(FLines->Line(lineIdx)) + 1;
+    }
+    SetCharPos(idx == 0 ? 0 : idx - 1);
+    SetLinePos(lineIdx);
+}
+
+void TSxCodeEdit::WMGetDlgCode(TMessage& Message)
+{
+    TCustomControl::DefaultHandler(Message);
+    Message.Result = DLGC_WANTCHARS | DLGC_WANTARROWS | DLGC_WANTTAB;
+}
+
+void TSxCodeEdit::CMWantSpecialKey(TMessage& Message)
+{
+    switch (LoWord(Message.WParam)) {
+    case VK_UP:
+    case VK_DOWN:
+    case VK_RETURN:
+    case VK_LEFT:
+    case VK_RIGHT: Message.Result = 1; break;
+    default: break;
+    }
+}
+
+}  // namespace sx

@@ -1,0 +1,337 @@
+// The text stream: reading a file into memory in one piece, telling its
+// encoding, and decoding it straight into one UTF-16 string.
+#include "SxStringStream.h"
+
+#include <algorithm>
+#include <array>
+#include <cerrno>
+#include <cstdio>
+#include <cstring>
+#include <filesystem>
+#include <memory>
+#include <span>
+#include <vector>
+
+namespace sx {
+
+using namespace CodePages;
+
+namespace {
+
+using ByteSpan = std::span<const Byte>;
+
+/// Bytes per fread: large enough that the cost of a call vanishes, small
+/// enough to live beside the file's own buffer without being noticed.
+constexpr std::size_t ReadChunkBytes = 64 * 1024;
+/// The largest piece handed to the stream's Write, whose count is an Integer.
+constexpr std::size_t MaxWritePiece = std::size_t(1) << 30;
+
+constexpr Char ReplacementChar = 0xFFFD;
+
+constexpr Byte Utf8Mark[] = {0xEF, 0xBB, 0xBF};
+constexpr Byte Utf16LEMark[] = {0xFF, 0xFE};
+constexpr Byte Utf16BEMark[] = {0xFE, 0xFF};
+
+/// Windows-1252 from 0x80 to 0x9F. The five bytes the code page leaves
+/// undefined (0x81, 0x8D, 0x8F, 0x90, 0x9D) keep their own value, so no byte
+/// is lost. Every other byte is the code point of the same value.
+constexpr std::array<Char, 32> Windows1252High = {
+    0x20AC, 0x0081, 0x201A, 0x0192, 0x201E, 0x2026, 0x2020, 0x2021,
+    0x02C6, 0x2030, 0x0160, 0x2039, 0x0152, 0x008D, 0x017D, 0x008F,
+    0x0090, 0x2018, 0x2019, 0x201C, 0x201D, 0x2022, 0x2013, 0x2014,
+    0x02DC, 0x2122, 0x0161, 0x203A, 0x0153, 0x009D, 0x017E, 0x0178};
+
+struct FileCloser {
+    void operator()(std::FILE* file) const { std::fclose(file); }
+};
+using FileHandle = std::unique_ptr<std::FILE, FileCloser>;
+
+bool IsKnownCodePage(Integer codePage)
+{
+    return codePage == Utf16LE || codePage == Utf16BE || codePage == Windows1252 || codePage == Utf8;
+}
+
+void CheckCodePage(Integer codePage)
+{
+    if (!IsKnownCodePage(codePage))
+        throw EConvertError(u"Unsupported code page " + IntToStr(codePage));
+}
+
+/// The byte-order mark of a code page; none for an 8-bit one.
+ByteSpan MarkOf(Integer codePage)
+{
+    switch (codePage) {
+    case Utf8:
+        return Utf8Mark;
+    case Utf16LE:
+        return Utf16LEMark;
+    case Utf16BE:
+        return Utf16BEMark;
+    default:
+        return {};
+    }
+}
+
+bool StartsWith(ByteSpan bytes, ByteSpan mark)
+{
+    return bytes.size() >= mark.size() && std::equal(mark.begin(), mark.end(), bytes.begin());
+}
+
+/// The first byte at or after p with its high bit set, or end; eight at a time.
+const Byte* SkipAscii(const Byte* p, const Byte* end)
+{
+    constexpr std::uint64_t HighBits = 0x8080808080808080ULL;
+    while (end - p >= 8) {
+        std::uint64_t word;
+        std::memcpy(&word, p, sizeof word);
+        if ((word & HighBits) != 0)
+            break;
+        p += 8;
+    }
+    while (p < end && *p < 0x80)
+        ++p;
+    return p;
+}
+
+bool IsContinuation(Byte b) { return (b & 0xC0) == 0x80; }
+
+/// Length of the well-formed UTF-8 sequence at p (before end), or 0 when the
+/// bytes there are none: a lone continuation byte, a lead byte no sequence
+/// uses (C0, C1, F5 to FF), a sequence cut short, an overlong form, a
+/// surrogate, or a code point beyond U+10FFFF.
+std::size_t Utf8SequenceLength(const Byte* p, const Byte* end)
+{
+    const Byte lead = *p;
+    if (lead < 0x80)
+        return 1;
+    const std::size_t length = lead >= 0xC2 && lead <= 0xDF   ? 2
+                               : lead >= 0xE0 && lead <= 0xEF ? 3
+                               : lead >= 0xF0 && lead <= 0xF4 ? 4
+                                                              : 0;
+    if (length == 0 || std::size_t(end - p) < length)
+        return 0;
+    for (std::size_t k = 1; k < length; ++k)
+        if (!IsContinuation(p[k]))
+            return 0;
+    // The lead byte alone cannot rule these out; the second byte's range can.
+    const Byte second = p[1];
+    const bool overlong = (lead == 0xE0 && second < 0xA0) || (lead == 0xF0 && second < 0x90);
+    const bool surrogate = lead == 0xED && second >= 0xA0;
+    const bool beyondUnicode = lead == 0xF4 && second >= 0x90;
+    return overlong || surrogate || beyondUnicode ? 0 : length;
+}
+
+/// The code point of a well-formed sequence of 2 to 4 bytes.
+char32_t Utf8SequenceValue(const Byte* p, std::size_t length)
+{
+    char32_t value = p[0] & (0x7Fu >> length);
+    for (std::size_t k = 1; k < length; ++k)
+        value = (value << 6) | (p[k] & 0x3Fu);
+    return value;
+}
+
+bool IsValidUtf8(ByteSpan bytes)
+{
+    const Byte* p = bytes.data();
+    const Byte* end = p + bytes.size();
+    while ((p = SkipAscii(p, end)) < end) {
+        const std::size_t length = Utf8SequenceLength(p, end);
+        if (length == 0)
+            return false;
+        p += length;
+    }
+    return true;
+}
+
+Integer DetectCodePage(ByteSpan bytes)
+{
+    for (const Integer codePage : {Utf8, Utf16LE, Utf16BE})
+        if (StartsWith(bytes, MarkOf(codePage)))
+            return codePage;
+    return IsValidUtf8(bytes) ? Utf8 : Windows1252;
+}
+
+Char* AppendCodePoint(Char* out, char32_t codePoint)
+{
+    if (codePoint < 0x10000) {
+        *out++ = Char(codePoint);
+        return out;
+    }
+    codePoint -= 0x10000;
+    *out++ = Char(0xD800 + (codePoint >> 10));
+    *out++ = Char(0xDC00 + (codePoint & 0x3FF));
+    return out;
+}
+
+/// Each byte that starts no well-formed sequence becomes one U+FFFD.
+Char* DecodeUtf8(ByteSpan bytes, Char* out)
+{
+    const Byte* p = bytes.data();
+    const Byte* end = p + bytes.size();
+    while (p < end) {
+        if (*p < 0x80) {
+            *out++ = *p++;
+            continue;
+        }
+        const std::size_t length = Utf8SequenceLength(p, end);
+        if (length == 0) {
+            *out++ = ReplacementChar;
+            ++p;
+            continue;
+        }
+        out = AppendCodePoint(out, Utf8SequenceValue(p, length));
+        p += length;
+    }
+    return out;
+}
+
+/// Code units are taken as they stand, lone surrogates included; an odd
+/// trailing byte becomes U+FFFD.
+Char* DecodeUtf16(ByteSpan bytes, bool bigEndian, Char* out)
+{
+    const std::size_t high = bigEndian ? 0 : 1;
+    const std::size_t unitCount = bytes.size() / 2;
+    for (std::size_t i = 0; i < unitCount; ++i) {
+        const Byte* unit = bytes.data() + 2 * i;
+        *out++ = Char(unit[high] << 8 | unit[1 - high]);
+    }
+    if (bytes.size() % 2 != 0)
+        *out++ = ReplacementChar;
+    return out;
+}
+
+Char* DecodeWindows1252(ByteSpan bytes, Char* out)
+{
+    for (const Byte b : bytes)
+        *out++ = b >= 0x80 && b <= 0x9F ? Windows1252High[b - 0x80] : Char(b);
+    return out;
+}
+
+/// Decodes into a string sized once for the most units the bytes can give,
+/// then cut to what was written: no allocation per character. No encoding
+/// gives more units than it has bytes, an odd UTF-16 tail included.
+template <class Decode>
+String DecodeInto(std::size_t maxUnits, Decode decode)
+{
+    String text(maxUnits, u'\0');
+    const Char* end = decode(text.data());
+    text.resize(std::size_t(end - text.data()));
+    return text;
+}
+
+/// The system's reason comes as UTF-8 (or ASCII) in the C library's locale.
+[[noreturn]] void RaiseOpenError(const String& fileName, const char* reason)
+{
+    const ByteSpan bytes(reinterpret_cast<const Byte*>(reason), std::strlen(reason));
+    const String text = DecodeInto(bytes.size(), [&](Char* out) { return DecodeUtf8(bytes, out); });
+    throw EFOpenError(u"Cannot open file \"" + fileName + u"\". " + text);
+}
+
+FileHandle OpenForReading(const String& fileName, const std::string& path)
+{
+    FileHandle file(std::fopen(path.c_str(), "rb"));
+    if (!file)
+        RaiseOpenError(fileName, std::strerror(errno));
+    // A directory opens for reading on some systems and fails only at the first read.
+    std::error_code error;
+    if (std::filesystem::is_directory(path, error))
+        RaiseOpenError(fileName, std::strerror(EISDIR));
+    return file;
+}
+
+/// The file's size where the system tells it, else 0: a pipe or a file under
+/// /proc tells none, and its buffer grows as it is read.
+std::uintmax_t SizeHint(const std::string& path)
+{
+    std::error_code error;
+    const std::uintmax_t size = std::filesystem::file_size(path, error);
+    return error ? 0 : size;
+}
+
+}  // namespace
+
+TSxStringStream::TSxStringStream(Integer aCodePage, Integer /*aCapacityHint*/) : FCodePage(aCodePage)
+{
+    CheckCodePage(aCodePage);
+}
+
+void TSxStringStream::LoadFromFile(const String& aFileName, Integer aCodePage)
+{
+    if (aCodePage != Detect)
+        CheckCodePage(aCodePage);
+    ReadFile(aFileName);
+    FCodePage = aCodePage == Detect ? DetectCodePage(Bytes()) : aCodePage;
+    SetPosition(0);
+}
+
+void TSxStringStream::ReadFile(const String& aFileName)
+{
+    const std::string path = StrToUtf8(aFileName);
+    const FileHandle file = OpenForReading(aFileName, path);
+    Clear();
+    Preallocate(SizeHint(path));
+    std::vector<Byte> chunk(ReadChunkBytes);
+    std::size_t count;
+    do {
+        count = std::fread(chunk.data(), 1, chunk.size(), file.get());
+        WriteAll(chunk.data(), count);
+    } while (count == chunk.size());
+    if (std::ferror(file.get())) {
+        const int reason = errno;
+        Clear();
+        RaiseOpenError(aFileName, std::strerror(reason));
+    }
+    KeepFirst(Position());
+}
+
+void TSxStringStream::Preallocate(std::uintmax_t Count)
+{
+    if (Count == 0)
+        return;
+    // Writing the last byte sizes the buffer once; the reads then fill it in place.
+    Seek(std::int64_t(Count) - 1, TSeekOrigin::soBeginning);
+    const Byte last = 0;
+    WriteBuffer(&last, 1);
+    SetPosition(0);
+}
+
+void TSxStringStream::KeepFirst(std::int64_t Count)
+{
+    // Only when the file shrank while it was read, behind its told size.
+    if (Count >= Size())
+        return;
+    const std::vector<Byte> kept(Bytes().begin(), Bytes().begin() + Count);
+    Clear();
+    WriteAll(kept.data(), kept.size());
+}
+
+void TSxStringStream::WriteAll(const Byte* Data, std::size_t Count)
+{
+    while (Count > 0) {
+        const std::size_t piece = std::min(Count, MaxWritePiece);
+        WriteBuffer(Data, Integer(piece));
+        Data += piece;
+        Count -= piece;
+    }
+}
+
+String TSxStringStream::GetWString() const
+{
+    ByteSpan bytes = Bytes();
+    const ByteSpan mark = MarkOf(FCodePage);
+    if (StartsWith(bytes, mark))
+        bytes = bytes.subspan(mark.size());
+    const std::size_t maxUnits = bytes.size();
+    switch (FCodePage) {
+    case Utf8:
+        return DecodeInto(maxUnits, [&](Char* out) { return DecodeUtf8(bytes, out); });
+    case Utf16LE:
+    case Utf16BE:
+        return DecodeInto(maxUnits / 2 + maxUnits % 2,
+                          [&](Char* out) { return DecodeUtf16(bytes, FCodePage == Utf16BE, out); });
+    default:
+        return DecodeInto(maxUnits, [&](Char* out) { return DecodeWindows1252(bytes, out); });
+    }
+}
+
+}  // namespace sx

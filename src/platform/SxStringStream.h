@@ -1,0 +1,56 @@
+// TSxStringStream: an in-memory text stream that reads a text file and gives
+// its whole text back as one UTF-16 string, telling the file's encoding from a
+// byte-order mark or, without one, from the bytes themselves.
+#pragma once
+
+#include "Streams.h"
+
+#include <cstddef>
+#include <cstdint>
+
+namespace sx {
+
+/// The code pages the text stream reads and writes, by their usual numbers.
+namespace CodePages {
+constexpr Integer Utf16LE = 1200;
+constexpr Integer Utf16BE = 1201;
+constexpr Integer Windows1252 = 1252;
+constexpr Integer Utf8 = 65001;
+/// For LoadFromFile: tell the encoding from the file.
+constexpr Integer Detect = -1;
+}  // namespace CodePages
+
+class TSxStringStream : public TMemoryStream {
+public:
+    /// aCodePage is the encoding of the stream's bytes until a load tells the
+    /// file's; with 1200 the bytes are the UTF-16 text GetWString gives back.
+    /// aCapacityHint is accepted and ignored: a load sizes the buffer from the
+    /// file. Raises EConvertError for a code page the stream does not know.
+    TSxStringStream(Integer aCodePage, Integer aCapacityHint);
+
+    /// Replaces the bytes with the file's. aCodePage is the file's encoding or
+    /// CodePages::Detect: a byte-order mark of UTF-8, UTF-16 LE or UTF-16 BE
+    /// decides; without one, valid UTF-8 is UTF-8 and anything else Windows-1252.
+    /// Raises EFOpenError when the file cannot be opened or read.
+    void LoadFromFile(const String& aFileName, Integer aCodePage);
+
+    /// The text of all bytes, decoded from CodePage, without a byte-order mark.
+    /// Nothing is dropped: a byte that cannot be decoded becomes U+FFFD.
+    String GetWString() const;
+
+    /// The encoding of the bytes held.
+    Integer CodePage() const { return FCodePage; }
+
+private:
+    void ReadFile(const String& aFileName);
+    /// Sizes the buffer for Count bytes at once, position at 0.
+    void Preallocate(std::uintmax_t Count);
+    /// Drops the bytes from Count on.
+    void KeepFirst(std::int64_t Count);
+    /// Appends Count bytes at the position, in pieces the stream's Write takes.
+    void WriteAll(const Byte* Data, std::size_t Count);
+
+    Integer FCodePage;
+};
+
+}  // namespace sx

@@ -1,0 +1,111 @@
+// Cut, copy and paste as messages, with the clipboard's text in CR LF lines.
+#include "codeedit/EditorFixture.h"
+
+#include "platform/Clipboard.h"
+
+#include <QClipboard>
+#include <QGuiApplication>
+#include <QImage>
+#include <QMimeData>
+
+using namespace sx;
+using namespace sx::test;
+using namespace sx::uSxCodeEdit;
+
+namespace {
+
+using ClipboardCommands = EditorTest;
+
+TEST_F(ClipboardCommands, CutAndCopyRoundTripWithCrLfBetweenLines)
+{
+    Start(u"one\r\ntwo\r\nthree");
+    Select(Point(1, 0), Point(2, 2));
+    SendMessage(edit, WM_COPY);
+    EXPECT_EQ(Clipboard().AsText(), u"ne\r\ntwo\r\nth");
+    EXPECT_EQ(edit->SelStart(), Point(2, 2));  // copy leaves caret and selection
+    EXPECT_EQ(edit->SelEnd(), Point(1, 0));
+
+    SendMessage(edit, WM_CUT);
+    EXPECT_EQ(edit->Text(), u"oree\r\n");
+    EXPECT_EQ(Clipboard().AsText(), u"ne\r\ntwo\r\nth");
+    SendMessage(edit, WM_UNDO);
+    EXPECT_EQ(edit->Text(), u"one\r\ntwo\r\nthree\r\n");
+    EXPECT_EQ(edit->SelStart(), Point(1, 0));
+    EXPECT_EQ(edit->SelEnd(), Point(2, 2));
+
+    edit->SetLinePos(0);
+    edit->SetCharPos(0);
+    SendMessage(edit, WM_PASTE);
+    EXPECT_EQ(edit->Text(), u"ne\r\ntwo\r\nthone\r\ntwo\r\nthree\r\n");
+}
+
+TEST_F(ClipboardCommands, WithNothingSelectedCutAndCopyEmptyTheClipboard)
+{
+    Start(u"abc", Point(1, 0));
+    for (const Cardinal msg : {WM_CUT, WM_COPY}) {
+        Clipboard().SetAsText(u"full");
+        SendMessage(edit, msg);
+        EXPECT_EQ(Clipboard().AsText(), u"");
+        EXPECT_FALSE(edit->CanPaste());
+    }
+    EXPECT_EQ(Line(0), u"abc");
+    EXPECT_FALSE(edit->CanUndo());
+
+    edit->SetReadOnly(true);
+    Select(Point(0, 0), Point(2, 0));
+    SendMessage(edit, WM_CUT);  // refused: nothing goes, the clipboard empties
+    EXPECT_EQ(Line(0), u"abc");
+    EXPECT_EQ(Clipboard().AsText(), u"");
+    SendMessage(edit, WM_COPY);  // copy works on a read-only control
+    EXPECT_EQ(Clipboard().AsText(), u"ab");
+}
+
+TEST_F(ClipboardCommands, PasteOverASelectionTakesTwoUndoSteps)
+{
+    Start(u"hello world", Point(0, 0));
+    Clipboard().SetAsText(u"big\nwide");
+    Select(Point(6, 0), Point(11, 0));
+    SendMessage(edit, WM_PASTE);
+    EXPECT_EQ(edit->Text(), u"hello big\r\nwide\r\n");
+    EXPECT_EQ(edit->SelLength(), 0);
+    SendMessage(edit, WM_UNDO);
+    EXPECT_EQ(edit->Text(), u"hello \r\n");
+    SendMessage(edit, WM_UNDO);
+    EXPECT_EQ(edit->Text(), u"hello world\r\n");
+}
+
+TEST_F(ClipboardCommands, PasteBehindTheLineEndFillsTheFirstLine)
+{
+    Start(u"ab", Point(4, 0));
+    Clipboard().SetAsText(u"x\r\ny");
+    SendMessage(edit, WM_PASTE);
+    EXPECT_EQ(edit->Text(), u"ab  x\r\ny\r\n");
+    EXPECT_EQ(Caret(), Point(1, 1));
+}
+
+TEST_F(ClipboardCommands, CanPasteWantsText)
+{
+    Clipboard().SetAsText(u"t");
+    EXPECT_TRUE(edit->CanPaste());
+    QImage image(4, 4, QImage::Format_RGB32);
+    QGuiApplication::clipboard()->setImage(image);
+    EXPECT_FALSE(edit->CanPaste());
+    edit->SetReadOnly(true);
+    Clipboard().SetAsText(u"t");
+    EXPECT_TRUE(edit->CanPaste());  // whatever read-only says
+}
+
+TEST_F(ClipboardCommands, ApplicationsPostTheMessagesToo)
+{
+    Start(u"abc", Point(3, 0));
+    Clipboard().SetAsText(u"!");
+    PostMessage(edit, WM_PASTE);
+    EXPECT_EQ(Line(0), u"abc");
+    ProcessPostedMessages();
+    EXPECT_EQ(Line(0), u"abc!");
+    PostMessage(edit, WM_UNDO);
+    ProcessPostedMessages();
+    EXPECT_EQ(Line(0), u"abc");
+}
+
+}  // namespace

@@ -1,0 +1,90 @@
+// Loading a file into the control: the text replaced, caret and scroll bars
+// at the top, the undo list kept, and a load that fails changing no text.
+#include "codeedit/EditorFixture.h"
+
+#include <filesystem>
+#include <fstream>
+#include <random>
+
+using namespace sx;
+using namespace sx::test;
+namespace fs = std::filesystem;
+
+namespace {
+
+class LoadFromFile : public EditorTest {
+protected:
+    void SetUp() override
+    {
+        EditorTest::SetUp();
+        dir = fs::temp_directory_path() / ("sx-loadfromfile-" + std::to_string(std::random_device{}()));
+        fs::create_directories(dir);
+    }
+    void TearDown() override { fs::remove_all(dir); }
+
+    String WriteFile(const std::string& bytes)
+    {
+        std::ofstream(dir / "code.txt", std::ios::binary) << bytes;
+        return StrFromLatin1((dir / "code.txt").string().c_str());
+    }
+
+    fs::path dir;
+};
+
+String ManyLines(int count)
+{
+    String text;
+    for (int i = 0; i < count; ++i)
+        text += u"line " + IntToStr(i) + u" with some text that runs wide of the window\r\n";
+    return text;
+}
+
+TEST_F(LoadFromFile, ReplacesTextAndPutsCaretAndScrollBarsAtTheTop)
+{
+    Start(ManyLines(200), Point(12, 150));
+    Type(*edit, QStringLiteral("x"));
+    Select(Point(2, 140), Point(12, 150));
+    edit->HScrollBar().SetPosition(5);
+    ASSERT_GT(edit->VScrollBar().Position(), 0);
+    ASSERT_GT(edit->HScrollBar().Position(), 0);
+    const Integer undoRecords = edit->UndoList().Count();
+    edit->SetModified(false);
+
+    edit->LoadFromFile(WriteFile("one\ntwo\n"));
+
+    EXPECT_EQ(edit->Text(), u"one\r\ntwo\r\n");
+    EXPECT_EQ(Caret(), Point(0, 0));
+    EXPECT_EQ(edit->SelLength(), 0);
+    EXPECT_EQ(edit->HScrollBar().Position(), 0);
+    EXPECT_EQ(edit->VScrollBar().Position(), 0);
+    EXPECT_TRUE(edit->Modified());
+    EXPECT_EQ(edit->UndoList().Count(), undoRecords);
+}
+
+TEST_F(LoadFromFile, AnyLineEndSplitsLinesAndTheMarkIsNoText)
+{
+    edit->LoadFromFile(WriteFile("\xEF\xBB\xBF" "caf\xC3\xA9\rb\nc\r\n\r\nd"));
+    ASSERT_EQ(edit->Lines().Count(), 5);
+    EXPECT_EQ(edit->Text(), u"caf\u00E9\r\nb\r\nc\r\n\r\nd\r\n");
+}
+
+TEST_F(LoadFromFile, EmptyFileLeavesNoLinesAndTypingAddsOne)
+{
+    Start(u"old\r\ntext", Point(2, 1));
+    edit->LoadFromFile(WriteFile(""));
+    EXPECT_EQ(edit->Lines().Count(), 0);
+    EXPECT_EQ(Caret(), Point(0, 0));
+    edit->AddTxt(u"x");
+    ASSERT_EQ(edit->Lines().Count(), 1);
+    EXPECT_EQ(Line(0), u"x");
+}
+
+TEST_F(LoadFromFile, MissingFileRaisesAndLeavesTheTextWithTheCaretAtTheTop)
+{
+    Start(u"old\r\ntext", Point(2, 1));
+    EXPECT_THROW(edit->LoadFromFile(StrFromLatin1((dir / "missing.txt").string().c_str())), EFOpenError);
+    EXPECT_EQ(edit->Text(), u"old\r\ntext\r\n");
+    EXPECT_EQ(Caret(), Point(0, 0));
+}
+
+}  // namespace

@@ -1,0 +1,158 @@
+// The mouse through real Qt mouse events: a press puts the caret on the cell
+// under the point, a drag selects from its own anchor, a double click selects
+// a word, and the right button opens the control's popup menu.
+#include "codeedit/EditorFixture.h"
+
+#include "platform/Menus.h"
+
+#include <QMenu>
+#include <QTest>
+
+using namespace sx;
+using namespace sx::test;
+
+namespace {
+
+class Mouse : public EditorTest {
+protected:
+    /// The middle of the character cell at (column, line) of the view.
+    QPoint Cell(Integer column, Integer line)
+    {
+        return QPoint(edit->RealGuttorWidth() + column * edit->GetCharWidth() + edit->GetCharWidth() / 2,
+                      line * edit->GetLineWidth() + edit->GetLineWidth() / 2);
+    }
+    QWidget* W() { return edit->Widget(); }
+    void Click(QPoint at) { QTest::mouseClick(W(), Qt::LeftButton, Qt::NoModifier, at); }
+    void Drag(QPoint from, std::initializer_list<QPoint> path)
+    {
+        QTest::mousePress(W(), Qt::LeftButton, Qt::NoModifier, from);
+        for (const QPoint& to : path)
+            QTest::mouseMove(W(), to);
+        QTest::mouseRelease(W(), Qt::LeftButton, Qt::NoModifier, path.end()[-1]);
+    }
+    void DoubleClick(QPoint at)
+    {
+        QTest::mouseDClick(W(), Qt::LeftButton, Qt::NoModifier, at);
+        ProcessPostedMessages();
+    }
+    String Selected()
+    {
+        String s;
+        edit->GetSelected(s);
+        return s;
+    }
+};
+
+TEST_F(Mouse, PressPutsTheCaretOnTheCellUnderThePoint)
+{
+    Start(u"abc\r\ndefgh\r\nij");
+    Click(Cell(3, 1));
+    EXPECT_EQ(Caret(), Point(3, 1));
+    Click(Cell(9, 0));  // behind the end: virtual space, and typing fills it
+    EXPECT_EQ(Caret(), Point(9, 0));
+    Type(*edit, QStringLiteral("x"));
+    EXPECT_EQ(Line(0), u"abc      x");
+    Click(Cell(1, 12));  // below the last line: the last line
+    EXPECT_EQ(Caret(), Point(1, 2));
+    Click(QPoint(3, Cell(0, 1).y()));  // in the gutter: column 0
+    EXPECT_EQ(Caret(), Point(0, 1));
+}
+
+TEST_F(Mouse, PressCountsFromTheScrolledViewAndTheHiddenGutter)
+{
+    Start(u"abc");
+    edit->HScrollBar().SetPosition(10);
+    Click(QPoint(edit->RealGuttorWidth() + 1, 2));
+    EXPECT_EQ(Caret(), Point(10, 0));
+
+    edit->SetShowGuttor(false);
+    Click(QPoint(0, 2));
+    EXPECT_EQ(edit->CharPos(), edit->HScrollBar().Position());
+    Integer x = 0, y = 0;
+    edit->CalcCursor(x, y);  // subtracts the gutter width even while it is hidden
+    EXPECT_EQ(x, edit->HScrollBar().Position() - 20 / edit->GetCharWidth());
+    EXPECT_EQ(y, 0);
+}
+
+TEST_F(Mouse, DragSelectsInBothDirectionsWithTheSameText)
+{
+    Start(u"first line\r\nsecond line\r\nthird line");
+    Drag(Cell(2, 0), {Cell(3, 0), Cell(4, 2)});
+    EXPECT_EQ(edit->SelEnd(), Point(3, 0));  // the anchor is where the first move landed
+    EXPECT_EQ(edit->SelStart(), Point(4, 2));
+    const String down = Selected();
+    EXPECT_EQ(down, u"st line\r\nsecond line\r\nthir");
+
+    Drag(Cell(4, 2), {Cell(4, 2), Cell(3, 0)});
+    EXPECT_EQ(edit->SelStart(), Point(3, 0));
+    EXPECT_EQ(Selected(), down);
+
+    Drag(Cell(5, 1), {Cell(5, 1) + QPoint(1, 0), Cell(8, 2), Cell(5, 1)});  // back where it began: empty
+    EXPECT_EQ(edit->SelLength(), 0);
+    EXPECT_EQ(Caret(), Point(5, 1));
+}
+
+TEST_F(Mouse, DragPastTheBottomScrollsTheView)
+{
+    String text;
+    for (int i = 0; i < 200; ++i)
+        text += u"line\r\n";
+    Start(text);
+    const int below = edit->Height() + 3 * edit->GetLineWidth();
+    Drag(Cell(0, 0), {Cell(1, 0), QPoint(Cell(1, 0).x(), below)});
+    EXPECT_GT(edit->VScrollBar().Position(), 0);
+    EXPECT_EQ(edit->SelEnd(), Point(1, 0));
+    EXPECT_GT(edit->SelStart().Y, edit->VScrollBar().PageSize());
+}
+
+TEST_F(Mouse, MovesWithoutAPressSelectNothing)
+{
+    Start(u"abcdef", Point(1, 0));
+    QTest::mouseMove(W(), Cell(4, 0));
+    EXPECT_EQ(Caret(), Point(1, 0));
+    EXPECT_EQ(edit->SelLength(), 0);
+}
+
+TEST_F(Mouse, DoubleClickSelectsTheWordAndLeavesTheCaretBehindIt)
+{
+    Start(u"x = foo_bar + 1;  end");
+    DoubleClick(Cell(6, 0));
+    EXPECT_EQ(Selected(), u"foo_bar");
+    EXPECT_EQ(Caret(), Point(11, 0));
+    EXPECT_EQ(edit->SelEnd(), Point(4, 0));
+
+    DoubleClick(Cell(4, 0));  // the first character
+    EXPECT_EQ(Selected(), u"foo_bar");
+    DoubleClick(Cell(11, 0));  // the space right behind the word
+    EXPECT_EQ(Selected(), u"foo_bar");
+    DoubleClick(Cell(16, 0));  // a space with no word on either side
+    EXPECT_EQ(edit->SelLength(), 0);
+    EXPECT_EQ(Caret(), Point(16, 0));
+    DoubleClick(Cell(30, 0));  // behind the end
+    EXPECT_EQ(edit->SelLength(), 0);
+}
+
+TEST_F(Mouse, RightButtonOpensThePopupMenuAndLeavesTheCaret)
+{
+    Start(u"abc def", Point(1, 0));
+    QTest::mouseClick(W(), Qt::RightButton, Qt::NoModifier, Cell(5, 0));  // no menu: focus only
+    EXPECT_EQ(Caret(), Point(1, 0));
+
+    TPopupMenu menu(nullptr);
+    auto* item = new TMenuItem(nullptr);
+    item->SetCaption(u"&Select word");
+    int clicks = 0;
+    item->OnClick = [&](TObject*) { ++clicks; };
+    menu.Items().Add(item);
+    edit->SetPopupMenu(&menu);
+    QTest::mouseClick(W(), Qt::RightButton, Qt::NoModifier, Cell(5, 0));
+    ASSERT_NE(menu.ShownMenu(), nullptr);
+    EXPECT_EQ(menu.PopupComponent(), edit);
+    EXPECT_EQ(Caret(), Point(1, 0));
+    ASSERT_EQ(menu.ShownMenu()->actions().size(), 1);
+    menu.ShownMenu()->actions().first()->trigger();
+    EXPECT_EQ(clicks, 1);
+    edit->SetPopupMenu(nullptr);
+}
+
+}  // namespace
