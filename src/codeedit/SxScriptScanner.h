@@ -214,6 +214,37 @@ inline String CreateMethodText(TObject* AInstance, const String& APropName, Stri
 /// What a method scan needs to know of a real token.
 enum class MethodToken { Other, Function, Sub, End, Identifier, OpenParen, CloseParen, EndOfFile };
 
+/// Tokens the method scans step over: line breaks, comments, the unknown,
+/// and ByVal and ByRef in front of a parameter. Both script languages name
+/// their tokens alike, so one template serves both enumerations.
+template <class TToken>
+bool IsNoise(TToken AToken)
+{
+    switch (AToken) {
+    case TToken::vtLineBreak: case TToken::vtUnknown: case TToken::vtInvalid: case TToken::vtByVal:
+    case TToken::vtByRef: case TToken::vtRem: case TToken::vtComment:
+        return true;
+    default:
+        return false;
+    }
+}
+
+/// The language's token as the method scans see it.
+template <class TToken>
+MethodToken ToMethodToken(TToken AToken)
+{
+    switch (AToken) {
+    case TToken::vtFunction: return MethodToken::Function;
+    case TToken::vtSub: return MethodToken::Sub;
+    case TToken::vtEnd: return MethodToken::End;
+    case TToken::vtIdentifier: return MethodToken::Identifier;
+    case TToken::vtOpenParen: return MethodToken::OpenParen;
+    case TToken::vtCloseParen: return MethodToken::CloseParen;
+    case TToken::vtEndOfFile: return MethodToken::EndOfFile;
+    default: return MethodToken::Other;
+    }
+}
+
 /// Which "function" and "sub" tokens open a handler. A "sub" never counts
 /// behind "end" and fits only procedure events; "function" may differ.
 struct HeaderRules {

@@ -10,7 +10,9 @@
 namespace sx {
 
 using namespace uSxCodeJSParser;
+using script::IsNoise;
 using script::MethodToken;
+using script::ToMethodToken;
 
 namespace uSxCodeJSParser {
 
@@ -116,30 +118,6 @@ constexpr script::KeywordTable Keywords{std::array<Keyword, 43>{{
     {u"TO", vtTo},
     {u"WHILE", vtWhile}, {u"WEND", vtWend}, {u"WITH", vtWith},
 }}};
-
-bool IsNoise(TJSToken AToken)
-{
-    switch (AToken) {
-    case vtLineBreak: case vtUnknown: case vtInvalid: case vtByVal: case vtByRef: case vtRem: case vtComment:
-        return true;
-    default:
-        return false;
-    }
-}
-
-MethodToken ToMethodToken(TJSToken AToken)
-{
-    switch (AToken) {
-    case vtFunction: return MethodToken::Function;
-    case vtSub: return MethodToken::Sub;
-    case vtEnd: return MethodToken::End;
-    case vtIdentifier: return MethodToken::Identifier;
-    case vtOpenParen: return MethodToken::OpenParen;
-    case vtCloseParen: return MethodToken::CloseParen;
-    case vtEndOfFile: return MethodToken::EndOfFile;
-    default: return MethodToken::Other;
-    }
-}
 
 }  // namespace
 

@@ -10,7 +10,9 @@
 namespace sx {
 
 using namespace uSxCodeVBParser;
+using script::IsNoise;
 using script::MethodToken;
+using script::ToMethodToken;
 
 namespace uSxCodeVBParser {
 
@@ -107,30 +109,6 @@ constexpr script::KeywordTable Keywords{std::array<Keyword, 46>{{
     {u"UNTIL", vtUntil},
     {u"WHILE", vtWhile}, {u"WEND", vtWend}, {u"WITH", vtWith},
 }}};
-
-bool IsNoise(TVBToken AToken)
-{
-    switch (AToken) {
-    case vtLineBreak: case vtUnknown: case vtInvalid: case vtByVal: case vtByRef: case vtRem: case vtComment:
-        return true;
-    default:
-        return false;
-    }
-}
-
-MethodToken ToMethodToken(TVBToken AToken)
-{
-    switch (AToken) {
-    case vtFunction: return MethodToken::Function;
-    case vtSub: return MethodToken::Sub;
-    case vtEnd: return MethodToken::End;
-    case vtIdentifier: return MethodToken::Identifier;
-    case vtOpenParen: return MethodToken::OpenParen;
-    case vtCloseParen: return MethodToken::CloseParen;
-    case vtEndOfFile: return MethodToken::EndOfFile;
-    default: return MethodToken::Other;
-    }
-}
 
 }  // namespace
 

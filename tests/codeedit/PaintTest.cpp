@@ -3,7 +3,9 @@
 // in the middle of the text.
 #include "codeedit/WordParser.h"
 #include "codeedit/uSxCodeEdit.h"
+#include "codeedit/uSxCodeJSParser.h"
 #include "codeedit/uSxCodePascalParser.h"
+#include "codeedit/uSxCodeVBParser.h"
 #include "support/RenderHelpers.h"
 
 #include <gtest/gtest.h>
@@ -203,6 +205,21 @@ TEST_F(PaintTest, PascalCommentSurvivesAPaintThatStartsInItsMiddle)
     const QImage image = Render(*edit);
     EXPECT_TRUE(CellIs(image, 0, 0, clHighlight));   // "still inside" keeps the comment colours
     EXPECT_TRUE(CellIs(image, 3, 1, clWhite));      // "x", an identifier, after the comment closed
+}
+
+TEST_F(PaintTest, ScriptLanguagesPaintStringsOnYellowAndCommentsInGreen)
+{
+    const auto check = [&](TSxLangParser* parser, const String& line, int stringColumn, int commentColumn) {
+        edit->SetParser(parser);
+        edit->SetText(line);
+        const QImage image = Render(*edit);
+        EXPECT_TRUE(CellIs(image, stringColumn, 0, clYellow)) << StrToUtf8(parser->GetLanguage());
+        EXPECT_GT(CountPixels(image, Cell(commentColumn, 0), Drawn(clGreen)), 0);
+        EXPECT_TRUE(CellIs(image, commentColumn, 0, clWindow));
+        EXPECT_GT(CountPixels(image, Cell(0, 0), Drawn(clBlue)), 0) << StrToUtf8(parser->GetLanguage());  // the keyword
+    };
+    check(new TSxCodeVBParser(edit), u"Dim s = \"hi\" ' note", 9, 16);
+    check(new TSxCodeJSParser(edit), u"if (a) \"hi\"; // note", 8, 17);
 }
 
 TEST_F(PaintTest, JumpToUnpaintedTextKnowsNoCommentFromAbove)
