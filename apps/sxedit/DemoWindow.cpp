@@ -4,13 +4,16 @@
 
 #include "DemoFiles.h"
 
+#include "codeedit/uSxCodePascalParser.h"
 #include "platform/Menus.h"
 #include "platform/QtConvert.h"
+#include "platform/Registry.h"
 
 #include <QCloseEvent>
 #include <QFile>
 #include <QFileDialog>
 #include <QFileInfo>
+#include <QInputDialog>
 #include <QLabel>
 #include <QMenuBar>
 #include <QMessageBox>
@@ -86,6 +89,9 @@ void DemoWindow::BuildMenus()
         for (QAction* action : edit->actions())
             action->setEnabled(true);
     });
+
+    QMenu* view = menuBar()->addMenu(tr("&View"));
+    view->addAction(tr("Colours from &Delphi..."), this, [this] { ChooseDelphiColours(); });
 }
 
 QAction* DemoWindow::AddCommand(QMenu* menu, const QString& caption, Cardinal message, const QKeySequence& key)
@@ -152,6 +158,42 @@ void DemoWindow::OpenChosenFile()
         return;
     try {
         Open(path);
+    } catch (const Exception& e) {
+        QMessageBox::warning(this, tr("sxedit"), ToQString(e.Message()));
+    }
+}
+
+bool DemoWindow::UseDelphiColours(Integer V)
+{
+    // Without a Pascal parser in the control a passing one sets the shared table.
+    TSxCodePascalParser passing(nullptr);
+    auto* pascal = dynamic_cast<TSxCodePascalParser*>(FEdit->Parser());
+    (pascal ? pascal : &passing)->SetDelphiVersion(V);
+    FEdit->Invalidate();
+    return DelphiKnown(V);
+}
+
+QString DemoWindow::RegistryPlace()
+{
+    const String file = RegistryFileName();
+    return file.empty() ? tr("the registry") : ToQString(file);
+}
+
+void DemoWindow::ChooseDelphiColours()
+{
+    auto* pascal = dynamic_cast<TSxCodePascalParser*>(FEdit->Parser());
+    bool ok = false;
+    const int version = QInputDialog::getInt(this, tr("Colours from Delphi"), tr("Delphi version (7 for Delphi 7):"),
+                                             pascal && pascal->DelphiVersion() > 0 ? pascal->DelphiVersion() : 7, 1,
+                                             999, 1, &ok);
+    if (!ok)
+        return;
+    try {
+        if (UseDelphiColours(version))
+            statusBar()->showMessage(tr("Pascal in the colours of Delphi %1").arg(version), 5000);
+        else
+            QMessageBox::information(this, tr("sxedit"),
+                                     tr("No settings of Delphi %1 in %2.").arg(version).arg(RegistryPlace()));
     } catch (const Exception& e) {
         QMessageBox::warning(this, tr("sxedit"), ToQString(e.Message()));
     }

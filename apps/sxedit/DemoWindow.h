@@ -1,4 +1,4 @@
-// The demo editor's main window: one TSxCodeEdit with File and Edit menus,
+// The demo editor's main window: one TSxCodeEdit with File, Edit and View menus,
 // a popup menu on the control, and a status bar with the caret position.
 #pragma once
 
@@ -21,6 +21,13 @@ public:
     void Open(const QString& path);
     /// Writes the text as UTF-8 with the line ends the file had; answers success.
     bool Save(const QString& path);
+    /// Colours Pascal as Delphi version V does, from its registry settings,
+    /// and repaints; answers whether that version is there. The colour table
+    /// is shared, so this holds for every Pascal file opened later too.
+    /// Raises ERegistryException for an element that stores no colour at all.
+    bool UseDelphiColours(Integer V);
+    /// Where the registry settings are read from, for messages.
+    static QString RegistryPlace();
 
 protected:
     void closeEvent(QCloseEvent* event) override;
@@ -32,6 +39,7 @@ private:
     /// application would send them.
     QAction* AddCommand(QMenu* menu, const QString& caption, Cardinal message, const QKeySequence& key);
     void OpenChosenFile();
+    void ChooseDelphiColours();
     bool SaveFile(bool askForName);
     bool MayDiscardChanges();
     void ShowCaretPosition();

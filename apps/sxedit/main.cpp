@@ -1,6 +1,7 @@
 // sxedit: the demo editor. Opens the file named on its command line, or the
 // bundled Pascal sample, in one TSxCodeEdit. Without a display (or with
 // --screenshots DIR) it renders the control to PNG files and says where.
+// --delphi-version N colours Pascal as that Delphi version is set up to.
 #include "DemoWindow.h"
 
 #include "codeedit/SxPackage.h"
@@ -61,6 +62,25 @@ int RenderScreenshots(QMainWindow& window, TSxCodeEdit& edit, const QString& dir
     return 0;
 }
 
+/// Applies --delphi-version; a version that is not there or a bad setting is
+/// reported and the editor goes on in its own colours.
+void UseDelphiColours(demo::DemoWindow& window, const QString& versionText)
+{
+    bool ok = false;
+    const int version = versionText.toInt(&ok);
+    if (!ok) {
+        std::fprintf(stderr, "sxedit: --delphi-version wants a number, not %s\n", qPrintable(versionText));
+        return;
+    }
+    try {
+        if (!window.UseDelphiColours(version))
+            std::fprintf(stderr, "sxedit: no settings of Delphi %d in %s\n", version,
+                         qPrintable(demo::DemoWindow::RegistryPlace()));
+    } catch (const Exception& e) {
+        std::fprintf(stderr, "sxedit: %s\n", e.what());
+    }
+}
+
 }  // namespace
 
 int main(int argc, char** argv)
@@ -74,6 +94,10 @@ int main(int argc, char** argv)
     const QCommandLineOption shots(QStringLiteral("screenshots"),
                                    QStringLiteral("Render PNG screenshots into <dir> and exit"), QStringLiteral("dir"));
     options.addOption(shots);
+    const QCommandLineOption delphi(QStringLiteral("delphi-version"),
+                                    QStringLiteral("Colour Pascal as Delphi version <n> does, from its registry settings"),
+                                    QStringLiteral("n"));
+    options.addOption(delphi);
     options.process(app);
 
     Initialize();
@@ -92,6 +116,8 @@ int main(int argc, char** argv)
                 return 1;
             QMessageBox::warning(&window, QStringLiteral("sxedit"), ToQString(e.Message()));
         }
+        if (options.isSet(delphi))
+            UseDelphiColours(window, options.value(delphi));
         window.show();
         window.Edit().SetFocus();
         if (headless)

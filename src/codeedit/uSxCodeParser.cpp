@@ -2,6 +2,10 @@
 // and the descriptions of event methods taken from type information.
 #include "uSxCodeParser.h"
 
+#include "platform/Registry.h"
+
+#include <algorithm>
+
 namespace sx {
 
 using namespace uSxCodeParser;
@@ -249,5 +253,103 @@ String TSxLangParser::CreateMethod(TObject*, const String&, String&) { return St
 String TSxLangParser::GetSameMethods(TObject*, const String&) { return String(); }
 
 Integer TSxLangParser::MethodLineNr(const String&) { return -1; }
+
+// The highlight settings of a Delphi IDE. Every reader opens and frees its own
+// registry object; a missing key or value gives the defaults, never an error.
+
+namespace {
+
+/// The 16 colours that older IDE versions store by index.
+constexpr std::array<TColor, 16> IdePalette = {clBlack, clMaroon, clGreen,   clOlive,  clNavy, clPurple,
+                                               clTeal,  clGray,   clSilver,  clRed,    clLime, clYellow,
+                                               clBlue,  clFuchsia, clAqua,   clWhite};
+
+/// The palette entry of AIndex; ADefault for a number outside the palette.
+TColor PaletteColor(Integer AIndex, TColor ADefault)
+{
+    return AIndex >= 0 && AIndex < Integer(IdePalette.size()) ? IdePalette[std::size_t(AIndex)] : ADefault;
+}
+
+/// A flag stored as an integer (not 0: True) or as a word (TRUE in any case:
+/// True); ADefault when the value is missing or empty.
+bool ReadRegFlag(const TRegIniFile& AIni, const String& ASection, const String& AName, bool ADefault)
+{
+    if (AIni.ReadBool(ASection, AName, false))
+        return true;
+    const String word = UpperCase(AIni.ReadString(ASection, AName, String()));
+    return word.empty() ? ADefault : word == u"TRUE";
+}
+
+/// The integer value AName of the key made of a backslash, AKey, ASection and
+/// a backslash, joined as they stand; ADefault when that key is missing. A
+/// missing or non-integer value raises ERegistryException.
+Integer ReadRegInteger(const String& AKey, const String& ASection, const String& AName, Integer ADefault)
+{
+    TRegistry registry(KEY_READ);
+    registry.SetRootKey(HKEY_CURRENT_USER);
+    if (!registry.OpenKey(u"\\" + AKey + ASection + u"\\", false))
+        return ADefault;
+    const Integer result = registry.ReadInteger(AName);
+    registry.CloseKey();
+    return result;
+}
+
+/// A colour stored as a framework colour identifier or as a palette index.
+/// When the value is missing or empty, the palette index stored under the
+/// older name (AName without its " New") is tried. ADefault when neither gives a colour.
+TColor ReadRegColor(const TRegIniFile& AIni, const String& AKey, const String& ASection, const String& AName,
+                    TColor ADefault)
+{
+    const String text = AIni.ReadString(ASection, AName, String());
+    if (text.empty()) {
+        const String oldName = AName.substr(0, AName.size() - std::min<std::size_t>(4, AName.size()));
+        return PaletteColor(ReadRegInteger(AKey, ASection, oldName, -1), ADefault);
+    }
+    if (text[0] >= u'0' && text[0] <= u'9')
+        return PaletteColor(AIni.ReadInteger(ASection, AName, -1), ADefault);
+    TColor result = ADefault;
+    IdentToColor(text, result);  // an unknown word leaves the default
+    return result;
+}
+
+void ReadStyleFlag(const TRegIniFile& AIni, const String& ASection, const String& AName, TFontStyle AFlag,
+                   TFontStyles& AStyle)
+{
+    if (ReadRegFlag(AIni, ASection, AName, false))
+        AStyle.Include(AFlag);
+    else
+        AStyle.Exclude(AFlag);
+}
+
+}  // namespace
+
+bool DelphiKnown(Integer V)
+{
+    const TRegIniFile ini(u"software\\borland\\delphi\\" + IntToStr(V) + u".0\\", KEY_READ);
+    return !ini.ReadString(String(), u"App", String()).empty();
+}
+
+void GetPaintInfoFromDelphi(Integer V, const String& ASection, TColor& ABackGround, TColor& ATextColor,
+                            TFontStyles& AStyle)
+{
+    const String key = u"Software\\Borland\\Delphi\\" + IntToStr(V) + u".0\\Editor\\HighLight\\";
+    GetPaintInfoFromReg(key, ASection, ABackGround, ATextColor, AStyle);
+}
+
+void GetPaintInfoFromReg(const String& AKey, const String& ASection, TColor& ABackGround, TColor& ATextColor,
+                         TFontStyles& AStyle)
+{
+    TRegIniFile ini(AKey, KEY_READ);
+    ini.SetRootKey(HKEY_CURRENT_USER);
+    ReadStyleFlag(ini, ASection, u"Bold", TFontStyle::fsBold, AStyle);
+    ReadStyleFlag(ini, ASection, u"Italic", TFontStyle::fsItalic, AStyle);
+    ReadStyleFlag(ini, ASection, u"Underline", TFontStyle::fsUnderline, AStyle);
+    ABackGround = ReadRegFlag(ini, ASection, u"Default BackGround", false)
+                      ? clWindow
+                      : ReadRegColor(ini, AKey, ASection, u"Background Color New", clWindow);
+    ATextColor = ReadRegFlag(ini, ASection, u"Default ForeGround", false)
+                     ? clWindowText
+                     : ReadRegColor(ini, AKey, ASection, u"Foreground Color New", clWindowText);
+}
 
 }  // namespace sx

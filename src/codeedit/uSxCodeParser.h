@@ -1,7 +1,8 @@
 // The abstract tokenizer: a character source with unlimited push-back fed by
 // a callback or a stream, the token contract between a language parser and
-// whoever draws, the state a parser carries from one line to the next, and the
-// descriptions of event methods that script parsers write handlers from.
+// whoever draws, the state a parser carries from one line to the next, the
+// descriptions of event methods that script parsers write handlers from, and
+// the highlight colours of an installed Delphi IDE read from the registry.
 #pragma once
 
 #include "platform/Classes.h"
@@ -102,6 +103,23 @@ private:
 /// there is no object, the name is blank, or the object has no published
 /// method property of that name. The caller owns the result.
 TSxMethodDescription* GetMethodDescription(const TObject* AInstance, const String& APropName);
+
+/// Whether Delphi version V is installed for the current user: the key
+/// "software\borland\delphi\V.0\" holds a non-empty value "App".
+bool DelphiKnown(Integer V);
+
+/// The highlight colours and style that Delphi version V keeps for the
+/// element ASection (a name such as "Comment"); GetPaintInfoFromReg on the
+/// key "Software\Borland\Delphi\V.0\Editor\HighLight\".
+void GetPaintInfoFromDelphi(Integer V, const String& ASection, TColor& ABackGround, TColor& ATextColor,
+                            TFontStyles& AStyle);
+
+/// Reads one highlight element, the subkey ASection of AKey under
+/// HKEY_CURRENT_USER. Bold, italic and underline are set or taken out of
+/// AStyle, any other style stays; both colours are always overwritten, with
+/// clWindow and clWindowText where the element gives none.
+void GetPaintInfoFromReg(const String& AKey, const String& ASection, TColor& ABackGround, TColor& ATextColor,
+                         TFontStyles& AStyle);
 
 class TSxLangParser : public TComponent {
     SX_DECLARE_CLASS

@@ -32,12 +32,6 @@ std::array<TSxPascalInfo, 8> DrawInfo = {{
      {}},
 }};
 
-bool DelphiKnown(Integer)
-{
-    // The reader of the IDE's registry settings is not there yet: no version is installed.
-    return false;
-}
-
 void Initialization() { RegisterClass(TsxCodePasParser::ClassInfo()); }
 
 void Finalization()
@@ -198,8 +192,12 @@ void TSxCodePascalParser::SetDelphiVersion(Integer V)
     FDelphiVersion = V;
     if (!DelphiKnown(V))
         return;
-    // An installed IDE's highlight colours are read into DrawInfo here, row by
-    // row, once the IDE settings reader exists.
+    // The row names are the IDE's names of its highlight elements.
+    for (std::size_t row = DrawInfo.size(); row-- > 0;) {
+        TSxPascalInfo& info = DrawInfo[row];
+        if (!info.Name.empty())
+            GetPaintInfoFromDelphi(FDelphiVersion, info.Name, info.BckColor, info.TextColor, info.Style);
+    }
 }
 
 void TSxCodePascalParser::ClearSoapComment()

@@ -34,10 +34,6 @@ inline const TPascalTokens ptComments{ptComment, ptSoapComment};
 /// The colour table of all Pascal parsers in the process; row 0 is the default.
 extern std::array<TSxPascalInfo, 8> DrawInfo;
 
-/// Whether the given Delphi IDE version is installed. The IDE settings reader
-/// is not there yet, so no version is known.
-bool DelphiKnown(Integer V);
-
 /// Registers TsxCodePasParser with the class registry.
 void Initialization();
 /// Releases the names of DrawInfo and unregisters TsxCodePasParser.
@@ -58,7 +54,9 @@ public:
                       bool& LineBreak) override;
 
     Integer DelphiVersion() const { return FDelphiVersion; }
-    /// Stores the version and, for an installed IDE, takes its highlight colours into DrawInfo.
+    /// Stores the version and, for an installed IDE, takes its highlight colours
+    /// into DrawInfo, which every Pascal parser shares. An unknown version
+    /// leaves the table as it is; nothing is repainted.
     void SetDelphiVersion(Integer V);
 
     Integer SoapCommentLineStart() const { return FSoapCommentLineStart; }

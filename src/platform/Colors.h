@@ -61,6 +61,11 @@ constexpr TColor cl3DDkShadow = clSystemColor | 21;
 constexpr TColor cl3DLight = clSystemColor | 22;
 constexpr TColor clInfoText = clSystemColor | 23;
 constexpr TColor clInfoBk = clSystemColor | 24;
+constexpr TColor clHotLight = clSystemColor | 26;
+constexpr TColor clGradientActiveCaption = clSystemColor | 27;
+constexpr TColor clGradientInactiveCaption = clSystemColor | 28;
+constexpr TColor clMenuHighlight = clSystemColor | 29;
+constexpr TColor clMenuBar = clSystemColor | 30;
 
 inline bool IsSystemColor(TColor c) { return (c & 0xFF000000u) == clSystemColor; }
 
@@ -69,6 +74,11 @@ inline Byte GetRValue(TColor c) { return Byte(c & 0xFF); }
 inline Byte GetGValue(TColor c) { return Byte((c >> 8) & 0xFF); }
 inline Byte GetBValue(TColor c) { return Byte((c >> 16) & 0xFF); }
 inline TColor RGB(Byte r, Byte g, Byte b) { return TColor(r) | (TColor(g) << 8) | (TColor(b) << 16); }
+
+/// The colour of a framework colour identifier ("clRed", "clBtnFace", ...,
+/// compared case-blind) is stored in Color; an unknown word leaves Color alone
+/// and answers False. Raises nothing.
+bool IdentToColor(const String& Ident, TColor& Color) noexcept;
 
 enum class TFontStyle { fsBold, fsItalic, fsUnderline, fsStrikeOut };
 /// A set in one byte: bit 0 bold, 1 italic, 2 underline, 3 strike-out.

@@ -2,6 +2,8 @@
 // restarting a scan at any line from the line kind stored there.
 #include "codeedit/uSxCodePascalParser.h"
 
+#include "support/TempRegistryFile.h"
+
 #include <gtest/gtest.h>
 
 #include <memory>
@@ -301,6 +303,7 @@ TEST(PascalParser, SoapPropertiesAndDelphiVersion)
     EXPECT_EQ(p.SoapCommentLineStart(), -1);  // every comment clears them
     EXPECT_EQ(p.SoapComment(), u"");
 
+    const sxtest::ScopedEnv noRegistry("SX_REGISTRY_FILE", "/nonexistent/registry.reg");
     p.SetDelphiVersion(7);
     EXPECT_EQ(p.DelphiVersion(), 7);
     EXPECT_EQ(DrawInfo[3].BckColor, clHighlight);  // an IDE that is not installed leaves the colours

@@ -1,0 +1,60 @@
+// A registry file written for one test into the temporary folder and selected
+// through SX_REGISTRY_FILE; environment variables come back as they were.
+#pragma once
+
+#include <cstdlib>
+#include <filesystem>
+#include <fstream>
+#include <optional>
+#include <string>
+
+#include <unistd.h>
+
+namespace sxtest {
+
+/// Sets (or, with no value, removes) an environment variable for one scope.
+class ScopedEnv {
+public:
+    ScopedEnv(const char* name, const std::optional<std::string>& value) : FName(name)
+    {
+        if (const char* old = std::getenv(name))
+            FOld = old;
+        Set(value);
+    }
+    ~ScopedEnv() { Set(FOld); }
+    ScopedEnv(const ScopedEnv&) = delete;
+    ScopedEnv& operator=(const ScopedEnv&) = delete;
+
+private:
+    void Set(const std::optional<std::string>& value)
+    {
+        if (value)
+            ::setenv(FName, value->c_str(), 1);
+        else
+            ::unsetenv(FName);
+    }
+    const char* FName;
+    std::optional<std::string> FOld;
+};
+
+/// The file holds the bytes as they stand.
+class TempRegistryFile {
+public:
+    explicit TempRegistryFile(const std::string& bytes) : FEnv("SX_REGISTRY_FILE", FPath.string())
+    {
+        std::ofstream(FPath, std::ios::binary) << bytes;
+    }
+    ~TempRegistryFile()
+    {
+        std::error_code ignored;
+        std::filesystem::remove(FPath, ignored);
+    }
+
+private:
+    inline static int FCount = 0;
+    std::filesystem::path FPath = std::filesystem::temp_directory_path() /
+                                  ("sx-registry-" + std::to_string(::getpid()) + "-" + std::to_string(++FCount));
+    ScopedEnv FEnv;
+};
+
+}  // namespace sxtest
