@@ -16,18 +16,6 @@ using script::ToMethodToken;
 
 namespace uSxCodeJSParser {
 
-namespace {
-
-TJSTokens TokenRange(TJSToken AFirst, TJSToken ALast)
-{
-    TJSTokens tokens;
-    for (int t = AFirst; t <= ALast; ++t)
-        tokens.Include(TJSToken(t));
-    return tokens;
-}
-
-}  // namespace
-
 // The braces (vtBegin, vtEnd) are reserved words. Row 6 holds vtString and
 // vtComment too, but rows 2 and 3 come first and give them their colours.
 std::array<TSxJSInfo, 7> DrawInfo = {{
@@ -44,8 +32,7 @@ void Initialization() { RegisterClass(TSxCodeJSParser::ClassInfo()); }
 
 void Finalization()
 {
-    for (TSxJSInfo& row : DrawInfo)
-        String().swap(row.Name);
+    ReleaseRowNames(DrawInfo);
     UnRegisterClass(TSxCodeJSParser::ClassInfo());
 }
 

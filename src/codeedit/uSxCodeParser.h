@@ -210,6 +210,24 @@ struct TSxTokenInfo {
     TFontStyles Style;
 };
 
+/// The tokens from AFirst to ALast, both included, as a row's set.
+template <class TToken>
+TSet<TToken, 128> TokenRange(TToken AFirst, TToken ALast)
+{
+    TSet<TToken, 128> tokens;
+    for (int t = AFirst; t <= ALast; ++t)
+        tokens.Include(TToken(t));
+    return tokens;
+}
+
+/// Frees the row names of a colour table, as a unit does at its shut-down.
+template <class TToken, std::size_t N>
+void ReleaseRowNames(std::array<TSxTokenInfo<TToken>, N>& ATable)
+{
+    for (TSxTokenInfo<TToken>& row : ATable)
+        String().swap(row.Name);
+}
+
 /// Colours of a token from a colour table: the first row from row 1 on whose
 /// set holds the token, else the default row.
 template <class TToken, std::size_t N>

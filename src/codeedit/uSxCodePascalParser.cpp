@@ -36,8 +36,7 @@ void Initialization() { RegisterClass(TsxCodePasParser::ClassInfo()); }
 
 void Finalization()
 {
-    for (TSxPascalInfo& row : DrawInfo)
-        String().swap(row.Name);
+    ReleaseRowNames(DrawInfo);
     UnRegisterClass(TsxCodePasParser::ClassInfo());
 }
 

@@ -107,8 +107,7 @@ void Initialization()
 
 void Finalization()
 {
-    for (TSxSqlTokenInfo& row : DrawInfo)
-        row.Name = String();
+    ReleaseRowNames(DrawInfo);
     for (String& word : SxSqlKeyWords)
         word = String();
     UnRegisterClass(TSxCodeSqlParser::ClassInfo());

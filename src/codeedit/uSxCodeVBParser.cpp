@@ -16,18 +16,6 @@ using script::ToMethodToken;
 
 namespace uSxCodeVBParser {
 
-namespace {
-
-TVBTokens TokenRange(TVBToken AFirst, TVBToken ALast)
-{
-    TVBTokens tokens;
-    for (int t = AFirst; t <= ALast; ++t)
-        tokens.Include(TVBToken(t));
-    return tokens;
-}
-
-}  // namespace
-
 // Rows 5 and 6 bear the same name. Row 6 holds vtString and vtComment too, but
 // rows 2 and 3 come first and give them their colours.
 std::array<TSxVBInfo, 7> DrawInfo = {{
@@ -44,8 +32,7 @@ void Initialization() { RegisterClass(TSxCodeVBParser::ClassInfo()); }
 
 void Finalization()
 {
-    for (TSxVBInfo& row : DrawInfo)
-        String().swap(row.Name);
+    ReleaseRowNames(DrawInfo);
     UnRegisterClass(TSxCodeVBParser::ClassInfo());
 }
 

@@ -28,8 +28,7 @@ void Initialization() { RegisterClass(TSxCodeXMLParser::ClassInfo()); }
 
 void Finalization()
 {
-    for (TSxXmlTokenInfo& row : DrawInfo)
-        row.Name.clear();
+    ReleaseRowNames(DrawInfo);
     UnRegisterClass(TSxCodeXMLParser::ClassInfo());
 }
 
