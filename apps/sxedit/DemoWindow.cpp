@@ -75,7 +75,11 @@ void DemoWindow::BuildMenus()
     FCopy = AddCommand(edit, tr("&Copy"), WM_COPY, QKeySequence::Copy);
     FPaste = AddCommand(edit, tr("&Paste"), WM_PASTE, QKeySequence::Paste);
     edit->addSeparator();
-    AddCommand(edit, tr("&Find..."), uSxCodeEdit::WM_SX_SEARCHREPLACEDLG, QKeySequence::Find);
+    // The control's own search messages: 0x402 opens the dialog (WParam 1
+    // for replace), 0x403 runs the last search again.
+    AddCommand(edit, tr("&Find..."), uSxCodeEdit::WM_SX_SEARCHREPLACEDLG, QKeySequence(Qt::CTRL | Qt::Key_F));
+    AddCommand(edit, tr("&Replace..."), uSxCodeEdit::WM_SX_SEARCHREPLACEDLG, QKeySequence(Qt::CTRL | Qt::Key_R), 1);
+    AddCommand(edit, tr("Find &again"), uSxCodeEdit::WM_SX_SEARCHREPLACE, QKeySequence(Qt::Key_F3));
     connect(edit, &QMenu::aboutToShow, this, [this] {
         FUndo->setEnabled(FEdit->CanUndo());
         FPaste->setEnabled(FEdit->CanPaste() && !FEdit->ReadOnly());
@@ -94,9 +98,10 @@ void DemoWindow::BuildMenus()
     view->addAction(tr("Colours from &Delphi..."), this, [this] { ChooseDelphiColours(); });
 }
 
-QAction* DemoWindow::AddCommand(QMenu* menu, const QString& caption, Cardinal message, const QKeySequence& key)
+QAction* DemoWindow::AddCommand(QMenu* menu, const QString& caption, Cardinal message, const QKeySequence& key,
+                               NativeUInt wParam)
 {
-    return menu->addAction(caption, key, this, [this, message] { PostMessage(FEdit, message); });
+    return menu->addAction(caption, key, this, [this, message, wParam] { PostMessage(FEdit, message, wParam); });
 }
 
 void DemoWindow::BuildPopupMenu()

@@ -37,7 +37,8 @@ private:
     void BuildPopupMenu();
     /// Edit commands go to the control as posted messages, as a menu of any
     /// application would send them.
-    QAction* AddCommand(QMenu* menu, const QString& caption, Cardinal message, const QKeySequence& key);
+    QAction* AddCommand(QMenu* menu, const QString& caption, Cardinal message, const QKeySequence& key,
+                        NativeUInt wParam = 0);
     void OpenChosenFile();
     void ChooseDelphiColours();
     bool SaveFile(bool askForName);

@@ -1,7 +1,11 @@
-// The find and replace dialog of the code edit control.
+// The find and replace dialog of the code edit control: one form with a
+// page for find and one for replace, whose tabs are never shown. It holds
+// no logic of searching; its getters hand the engine the controls of the
+// page that is up.
 #pragma once
 
-#include "platform/Classes.h"
+#include "platform/ComCtrls.h"
+#include "platform/Forms.h"
 
 namespace sx {
 
@@ -9,12 +13,77 @@ namespace fSxCodeEditSearchReplaceDlg {
 
 enum TFrmCodeEditSearchReplaceDlgType { search, replace };
 
+/// Form heights of the two types; pcMain and the buttons follow by their anchors.
+constexpr Integer SearchDlgHeight = 276;
+constexpr Integer ReplaceDlgHeight = 319;
+
 }  // namespace fSxCodeEditSearchReplaceDlg
 
-/// The modal dialog; the control creates it on first use and owns it.
-class TFrmCodeEditSearchReplaceDlg : public TComponent {
+using fSxCodeEditSearchReplaceDlg::TFrmCodeEditSearchReplaceDlgType;
+
+/// The modal dialog; the control creates it on first use and owns it. Its
+/// controls come from the form definition TFrmCodeEditSearchReplaceDlg.ui.
+class TFrmCodeEditSearchReplaceDlg : public TForm {
+    SX_DECLARE_CLASS
 public:
-    explicit TFrmCodeEditSearchReplaceDlg(TComponent* AOwner) : TComponent(AOwner) {}
+    explicit TFrmCodeEditSearchReplaceDlg(TComponent* AOwner);
+
+    // The controls of the form, owned by it.
+    TPageControl* pcMain = nullptr;
+    TTabSheet* tsFind = nullptr;
+    TButton* btnOK = nullptr;
+    TButton* btnCancel = nullptr;
+    TLabel* lblTextToFind = nullptr;
+    TEdit* edtSearchTextToFind = nullptr;
+    TGroupBox* gbSearchOptions = nullptr;
+    TCheckBox* chkBxSearchCaseSensitive = nullptr;
+    TCheckBox* chkBxSearchWholeWordsOnly = nullptr;
+    TRadioGroup* rgSearchScope = nullptr;
+    TRadioGroup* rgSearchDirection = nullptr;
+    TRadioGroup* rgSearchOrigin = nullptr;
+    TTabSheet* tsReplace = nullptr;
+    TLabel* Label1 = nullptr;
+    TEdit* edtReplaceTextToFind = nullptr;
+    TLabel* lblReplaceWith = nullptr;
+    TEdit* edtReplaceWith = nullptr;
+    TGroupBox* gbReplaceOptions = nullptr;
+    TCheckBox* chkBxReplaceCaseSensitive = nullptr;
+    TCheckBox* chkBxReplaceWholeWordsOnly = nullptr;
+    TCheckBox* chkBxPromptOnReplace = nullptr;
+    TRadioGroup* rgReplaceDirection = nullptr;
+    TRadioGroup* rgReplaceScope = nullptr;
+    TRadioGroup* rgReplaceOrigin = nullptr;
+    TButton* btnReplaceAll = nullptr;
+
+    TFrmCodeEditSearchReplaceDlgType DlgType() const { return FDlgType; }
+    /// Caption, page, height and the visible Replace All button follow the
+    /// type; each change of type also swaps the places of OK and Replace All.
+    void SetDlgType(TFrmCodeEditSearchReplaceDlgType Value);
+
+    // The controls of the active page.
+    TEdit* edtTextToFind() const { return GetEdtTextToFind(); }
+    TRadioGroup* rgScope() const { return GetRgScope(); }
+    TRadioGroup* rgOrigin() const { return GetRgOrigin(); }
+    TRadioGroup* rgDirection() const { return GetRgDirection(); }
+    TCheckBox* chkBxCaseSensitive() const { return GetChkBxCaseSensitive(); }
+    TCheckBox* chkBxWholeWordsOnly() const { return GetChkBxWholeWordsOnly(); }
+    TEdit* GetEdtTextToFind() const;
+    TRadioGroup* GetRgScope() const;
+    TRadioGroup* GetRgOrigin() const;
+    TRadioGroup* GetRgDirection() const;
+    TCheckBox* GetChkBxCaseSensitive() const;
+    TCheckBox* GetChkBxWholeWordsOnly() const;
+
+    /// The text box of the active page takes the focus with all its text selected.
+    void FormShow(TObject* Sender);
+    /// Escape closes the dialog, from whichever control has the focus.
+    void FormKeyDown(TObject* Sender, Word& Key, TShiftState Shift);
+
+private:
+    void BindControls();
+    bool Searching() const { return FDlgType == fSxCodeEditSearchReplaceDlg::search; }
+
+    TFrmCodeEditSearchReplaceDlgType FDlgType = fSxCodeEditSearchReplaceDlg::search;
 };
 
 }  // namespace sx

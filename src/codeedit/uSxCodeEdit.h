@@ -257,6 +257,29 @@ protected:
     /// Folding is declared and not active: no line is ever collapsed.
     bool IsLineCollapse(Integer ALineNr, bool& ACollapsed);
 
+    // Search and replace.
+    /// Before the dialog opens: a one-line selection without a blank becomes
+    /// the text to find; any other selection chooses the scope "Selected text".
+    void PrepareSearchDialog();
+    /// Fills FSearchOptions from the confirmed dialog.
+    void TakeSearchOptions(bool AReplaceAll);
+    /// The search region becomes the whole text.
+    void WidenSearchRegion();
+    /// Scans line by line from the first line of the pass; answers whether
+    /// there is a hit and where it starts. AResume, when set, keeps a pass of
+    /// a backward replace-all in front of the text that the last one put in.
+    bool FindSearchHit(TPoint AResume, TPoint& AHit);
+    /// The column of the hit in the range of columns that line ALine lends to
+    /// the pass, or -1; AOrigin stands for the caret.
+    Integer SearchLine(Integer ALine, TPoint AOrigin);
+    void SelectSearchHit(TPoint AHit);
+    /// The replace step: asks when told to, replaces, and posts the next
+    /// pass of a replace-all.
+    void ReplaceSearchHit(TPoint AHit);
+    void ReplaceSelectionBy(const String& AText);
+    /// The length of a line, 0 for a line the store does not hold.
+    Integer LineLength(Integer ALine) const;
+
     TBorderStyle FBorderStyle = TBorderStyle::bsSingle;
     bool FModified = false;
     TSxUndoList* FUndoList = nullptr;
@@ -294,6 +317,11 @@ protected:
     TSxSearchReplaceOptions FSearchOptions;
 
 private:
+    /// After a replacement in a backward replace-all, for the next pass: a
+    /// hit must end at or before this point, so none starts at or behind the
+    /// replaced hit's start, inside its replacement. For a hit of length L at
+    /// column c of line n it is (c + L - 1, n); (-1, -1) when no pass is due.
+    TPoint FSearchResumeBefore{-1, -1};
     /// The first half of a character outside the basic plane, typed as two
     /// WM_CHAR messages; it goes into the text together with the second half.
     Char FPendingHighSurrogate = 0;

@@ -1,11 +1,229 @@
-// Search and replace: the dialog message and the search-again message. The
-// engine and the dialog come with the find and replace work; until then the
-// two messages leave text, caret and selection alone.
+// Search and replace. The dialog message takes the options over from the
+// dialog; one pass of the search message scans line by line from the caret
+// or from the region's far end, selects the first hit and, in replace mode,
+// replaces it. A replace-all is a chain of posted passes, one per hit, so
+// the control paints and the user can answer between two of them.
 #include "uSxCodeEdit.h"
+
+#include "platform/Dialogs.h"
+#include "platform/StrUtils.h"
+
+#include <algorithm>
+#include <cstdlib>
 
 namespace sx {
 
-void TSxCodeEdit::WMSearchReplaceDlg(TMessage&) {}
-void TSxCodeEdit::WMSearchReplace(TMessage&) {}
+using namespace uSxCodeEdit;
+using namespace fSxCodeEditSearchReplaceDlg;
+
+namespace {
+
+/// WParam of 0x402 that asks for the replace dialog.
+constexpr NativeUInt ReplaceDialogRequest = 1;
+/// The dialog's answer for "Replace All".
+constexpr TModalResult ReplaceAllResult = mrYesToAll;
+
+// Item indexes of the dialog's radio groups.
+constexpr Integer ScopeGlobal = 0;
+constexpr Integer ScopeSelectedText = 1;
+constexpr Integer OriginFromCursor = 0;
+constexpr Integer OriginEntireScope = 1;
+constexpr Integer DirectionForward = 0;
+
+constexpr TPoint NoPosition{-1, -1};
+
+/// Text order: the smaller line first, on one line the smaller column.
+bool Before(TPoint a, TPoint b) { return a.Y < b.Y || (a.Y == b.Y && a.X < b.X); }
+
+}  // namespace
+
+Integer TSxCodeEdit::LineLength(Integer ALine) const
+{
+    return ALine >= 0 && ALine < FLines->Count() ? Integer(FLines->Line(ALine).size()) : 0;
+}
+
+void TSxCodeEdit::WMSearchReplaceDlg(TMessage& Message)
+{
+    if (!FSearchDlg) {
+        FSearchDlg = new TFrmCodeEditSearchReplaceDlg(this);
+        FSearchDlg->SetCtl3D(Ctl3D());
+    }
+    FSearchDlg->SetDlgType(Message.WParam == ReplaceDialogRequest ? replace : search);
+    FSearchDlg->GetRgScope()->SetItemIndex(ScopeGlobal);
+    FSearchDlg->GetRgOrigin()->SetItemIndex(OriginFromCursor);
+    PrepareSearchDialog();
+    const TModalResult result = FSearchDlg->ShowModal();
+    if (result != mrOk && result != ReplaceAllResult)
+        return;
+    TakeSearchOptions(result == ReplaceAllResult);
+    PostMessage(this, WM_SX_SEARCHREPLACE);
+}
+
+void TSxCodeEdit::PrepareSearchDialog()
+{
+    if (SelLength() <= 0)
+        return;
+    if (FSelStart.Y != FSelEnd.Y) {
+        FSearchDlg->GetRgScope()->SetItemIndex(ScopeSelectedText);
+        FSearchDlg->GetRgOrigin()->SetItemIndex(OriginEntireScope);
+        return;
+    }
+    String selected = LinePart(FSelStart.Y, std::min(FSelStart.X, FSelEnd.X), std::abs(FSelEnd.X - FSelStart.X));
+    if (selected.find(u' ') != String::npos)
+        selected.clear();
+    if (selected.empty())
+        FSearchDlg->GetRgScope()->SetItemIndex(ScopeSelectedText);
+    else
+        FSearchDlg->GetEdtTextToFind()->SetText(selected);
+}
+
+void TSxCodeEdit::TakeSearchOptions(bool AReplaceAll)
+{
+    TSxSearchReplaceOptions& o = FSearchOptions;
+    o.SearchString = Trim(FSearchDlg->GetEdtTextToFind()->Text());
+    o.CaseSensitive = FSearchDlg->GetChkBxCaseSensitive()->Checked();
+    o.WholeWordsOnly = FSearchDlg->GetChkBxWholeWordsOnly()->Checked();
+    if (FSearchDlg->GetRgScope()->ItemIndex() == ScopeGlobal) {
+        WidenSearchRegion();
+    } else {
+        const bool endFirst = Before(FSelEnd, FSelStart);
+        const TPoint first = endFirst ? FSelEnd : FSelStart;
+        const TPoint last = endFirst ? FSelStart : FSelEnd;
+        o.StartLine = first.Y;
+        o.StartPos = first.X;
+        o.EndLine = last.Y;
+        o.EndPos = last.X;
+    }
+    o.SearchForward = FSearchDlg->GetRgDirection()->ItemIndex() == DirectionForward;
+    o.Origin = FSearchDlg->GetRgOrigin()->ItemIndex() == OriginFromCursor ? SearchFromCursor : SearchEntireScope;
+    o.Options = TStringSearchOptions();
+    if (o.CaseSensitive)
+        o.Options.Include(TStringSearchOption::soMatchCase);
+    if (o.WholeWordsOnly)
+        o.Options.Include(TStringSearchOption::soWholeWord);
+    if (o.SearchForward)
+        o.Options.Include(TStringSearchOption::soDown);
+    o.Replace = FSearchDlg->DlgType() == replace;
+    o.ReplaceWith = FSearchDlg->edtReplaceWith->Text();
+    o.PromptOnReplace = FSearchDlg->chkBxPromptOnReplace->Checked();
+    o.ReplaceAll = AReplaceAll;
+    FSearchResumeBefore = NoPosition;
+}
+
+void TSxCodeEdit::WidenSearchRegion()
+{
+    FSearchOptions.StartLine = 0;
+    FSearchOptions.StartPos = 0;
+    FSearchOptions.EndLine = FLines->Count() - 1;
+    FSearchOptions.EndPos = LineLength(FSearchOptions.EndLine);
+}
+
+void TSxCodeEdit::WMSearchReplace(TMessage&)
+{
+    if (!FSearchDlg)
+        return;
+    const TPoint resume = std::exchange(FSearchResumeBefore, NoPosition);
+    TPoint hit;
+    if (!FindSearchHit(resume, hit)) {
+        SxMsgBoxInfo(u"Search string '" + FSearchOptions.SearchString + u"' not found.", String());
+        return;
+    }
+    SelectSearchHit(hit);
+    WidenSearchRegion();
+    FSearchOptions.Origin = SearchFromCursor;
+    if (FSearchOptions.Replace)
+        ReplaceSearchHit(hit);
+}
+
+bool TSxCodeEdit::FindSearchHit(TPoint AResume, TPoint& AHit)
+{
+    const TSxSearchReplaceOptions& o = FSearchOptions;
+    // An empty text would match everywhere or nowhere; the pass ends as one without a hit.
+    if (o.SearchString.empty())
+        return false;
+    TPoint origin = Point(FCharPos, FLinePos);
+    if (!o.SearchForward && AResume != NoPosition && Before(AResume, origin))
+        origin = AResume;
+    Integer line = o.Origin == SearchFromCursor ? origin.Y : (o.SearchForward ? o.StartLine : o.EndLine);
+    const Integer step = o.SearchForward ? 1 : -1;
+    // The range test comes behind the scan: the first line is scanned whatever its number.
+    do {
+        if (line < 0 || line >= FLines->Count())
+            return false;
+        const Integer column = SearchLine(line, origin);
+        if (column >= 0) {
+            AHit = Point(column, line);
+            return true;
+        }
+        line += step;
+    } while (line >= o.StartLine && line <= o.EndLine);
+    return false;
+}
+
+Integer TSxCodeEdit::SearchLine(Integer ALine, TPoint AOrigin)
+{
+    const TSxSearchReplaceOptions& o = FSearchOptions;
+    const String& text = FLines->Line(ALine);
+    const auto length = Integer(text.size());
+    const bool atOrigin = o.Origin == SearchFromCursor && ALine == AOrigin.Y;
+    const Char* hit;
+    if (o.SearchForward) {
+        const Integer lower = atOrigin ? AOrigin.X : (ALine == o.StartLine ? o.StartPos : 0);
+        const Integer upper = std::min(ALine == o.EndLine ? o.EndPos : length, length);
+        hit = SearchBuf(text.data(), upper, lower, 0, o.SearchString, o.Options);
+    } else {
+        const Integer upper = std::min(atOrigin ? AOrigin.X : (ALine == o.EndLine ? o.EndPos : length), length);
+        const Integer lower = std::max(ALine == o.StartLine ? o.StartPos : 0, 0);
+        if (lower >= upper)
+            return -1;
+        hit = SearchBuf(text.data() + lower, upper - lower, upper - lower, 0, o.SearchString, o.Options);
+    }
+    return hit ? Integer(hit - text.data()) : -1;
+}
+
+void TSxCodeEdit::SelectSearchHit(TPoint AHit)
+{
+    const TPoint front = AHit;
+    const TPoint back = Point(AHit.X + Integer(FSearchOptions.SearchString.size()), AHit.Y);
+    // Each move collapses the selection, so its ends are written behind them.
+    SetLinePos(AHit.Y);
+    if (FSearchOptions.SearchForward) {
+        SetCharPos(back.X);
+        FSelStart = front;
+        FSelEnd = back;
+    } else {
+        SetCharPos(front.X);
+        FSelStart = back;
+        FSelEnd = front;
+    }
+    Invalidate();
+}
+
+void TSxCodeEdit::ReplaceSearchHit(TPoint AHit)
+{
+    const TSxSearchReplaceOptions& o = FSearchOptions;
+    Integer answer = idYes;
+    if (o.PromptOnReplace) {
+        const String question = u"Do you want to replace this occurrence of '" + o.SearchString + u"'?";
+        answer = o.ReplaceAll ? SxMsgBoxYesNoCancel(question, String()) : SxMsgBoxYesNo(question, String());
+    }
+    if (answer == idYes)
+        ReplaceSelectionBy(o.ReplaceWith);
+    if (!o.ReplaceAll || answer == idCancel)
+        return;
+    if (answer == idYes && !o.SearchForward)
+        FSearchResumeBefore = Point(AHit.X + Integer(o.SearchString.size()) - 1, AHit.Y);
+    PostMessage(this, WM_SX_SEARCHREPLACE);
+}
+
+void TSxCodeEdit::ReplaceSelectionBy(const String& AText)
+{
+    String deleted;
+    DeleteSelected(ctDelete, deleted);
+    InsertText(ctPaste, AText);
+    SetSelection(true);
+    FSearchOptions.EndLine = FLines->Count() - 1;
+    FSearchOptions.EndPos = LineLength(FSearchOptions.EndLine);
+}
 
 }  // namespace sx

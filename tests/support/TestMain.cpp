@@ -1,5 +1,8 @@
 // Shared main of the widget tests: one QApplication on the offscreen platform
-// with a fixed style, so that palettes and scroll bar sizes are the same everywhere.
+// with a fixed style, so that palettes and scroll bar sizes are the same
+// everywhere, and modal forms and message boxes that answer themselves.
+#include "support/ModalAnswers.h"
+
 #include <QApplication>
 
 #include <gtest/gtest.h>
@@ -10,6 +13,7 @@ int main(int argc, char** argv)
         qputenv("QT_QPA_PLATFORM", "offscreen");
     QApplication app(argc, argv);
     QApplication::setStyle(QStringLiteral("Fusion"));
+    sx::test::RefuseModals();
     ::testing::InitGoogleTest(&argc, argv);
     return RUN_ALL_TESTS();
 }

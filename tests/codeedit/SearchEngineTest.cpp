@@ -1,0 +1,329 @@
+// The search and replace engine driven as a user drives it: the dialog
+// message with the dialog filled in by the test, then the posted passes,
+// with every message box answered by the test.
+#include "codeedit/EditorFixture.h"
+#include "support/ModalAnswers.h"
+
+#include <optional>
+#include <string>
+
+using namespace sx;
+using namespace sx::test;
+using namespace sx::uSxCodeEdit;
+
+namespace {
+
+/// What the test puts into the dialog before it closes it.
+struct DialogInput {
+    std::optional<String> Find{};
+    String ReplaceWith{};
+    bool Backward = false;
+    bool CaseSensitive = false;
+    bool WholeWords = false;
+    bool Prompt = false;
+    std::optional<Integer> Scope{};
+    std::optional<Integer> Origin{};
+    TModalResult Result = mrOk;
+};
+
+/// What the dialog showed when it came up.
+struct DialogSeen {
+    String Text;
+    Integer Scope = -1;
+    Integer Origin = -1;
+};
+
+std::string At(TPoint p) { return std::to_string(p.X) + "," + std::to_string(p.Y); }
+
+class SearchEngine : public EditorTest {
+protected:
+    DialogSeen Open(bool replace, const DialogInput& in)
+    {
+        DialogSeen seen;
+        script.OnForm = [&](TForm& form) {
+            auto& d = dynamic_cast<TFrmCodeEditSearchReplaceDlg&>(form);
+            seen = {d.edtTextToFind()->Text(), d.rgScope()->ItemIndex(), d.rgOrigin()->ItemIndex()};
+            if (in.Find)
+                d.edtTextToFind()->SetText(*in.Find);
+            d.rgDirection()->SetItemIndex(in.Backward ? 1 : 0);
+            d.chkBxCaseSensitive()->SetChecked(in.CaseSensitive);
+            d.chkBxWholeWordsOnly()->SetChecked(in.WholeWords);
+            if (in.Scope)
+                d.rgScope()->SetItemIndex(*in.Scope);
+            if (in.Origin)
+                d.rgOrigin()->SetItemIndex(*in.Origin);
+            d.edtReplaceWith->SetText(in.ReplaceWith);
+            d.chkBxPromptOnReplace->SetChecked(in.Prompt);
+            form.SetModalResult(in.Result);
+        };
+        PostMessage(edit, WM_SX_SEARCHREPLACEDLG, replace ? 1 : 0);
+        ProcessPostedMessages();  // the dialog, which posts the first pass
+        return seen;
+    }
+    /// Runs the pass that is due; posted passes run one per call.
+    void Pass() { ProcessPostedMessages(); }
+    void SearchAgain()
+    {
+        PostMessage(edit, WM_SX_SEARCHREPLACE);
+        Pass();
+    }
+    /// Runs the chain of a replace-all to its end.
+    void RunChain()
+    {
+        for (int i = 0; i < 100; ++i)
+            ProcessPostedMessages();
+    }
+    /// The selection as "start-end", for readable failures.
+    std::string Selection() const { return At(edit->SelStart()) + "-" + At(edit->SelEnd()); }
+    std::string CaretAt() const { return At(Caret()); }
+    String LastBox() const { return script.Boxes.empty() ? String() : script.Boxes.back().Text; }
+
+    ModalScript script;
+};
+
+const String NotFoundA = u"Search string 'a' not found.";
+const String AskA = u"Do you want to replace this occurrence of 'a'?";
+
+TEST_F(SearchEngine, OneDialogPerControlCentredOnItsWindowAndResetAtEachOpening)
+{
+    edit->SetCtl3D(false);
+    std::vector<TForm*> shown;
+    script.OnForm = [&](TForm& form) {
+        shown.push_back(&form);
+        EXPECT_EQ(form.Owner(), edit);
+        EXPECT_FALSE(form.Ctl3D());
+        const QRect owner = host.Window().frameGeometry();
+        EXPECT_NEAR(form.Left() + form.Width() / 2, owner.center().x(), 1);
+        EXPECT_NEAR(form.Top() + form.Height() / 2, owner.center().y(), 1);
+        auto& d = dynamic_cast<TFrmCodeEditSearchReplaceDlg&>(form);
+        EXPECT_EQ(d.rgScope()->ItemIndex(), 0);
+        EXPECT_EQ(d.rgOrigin()->ItemIndex(), 0);
+        d.rgScope()->SetItemIndex(1);
+        d.rgOrigin()->SetItemIndex(1);
+    };
+    SendMessage(edit, WM_SX_SEARCHREPLACEDLG);
+    SendMessage(edit, WM_SX_SEARCHREPLACEDLG);
+    ASSERT_EQ(shown.size(), 2u);
+    EXPECT_EQ(shown[0], shown[1]);
+}
+
+TEST_F(SearchEngine, ForwardPassesWalkTheHitsAndEndWithTheMessage)
+{
+    Start(u"aXa");
+    Open(false, {.Find = u"a"});
+    Pass();
+    EXPECT_EQ(Selection(), "0,0-1,0");
+    EXPECT_EQ(CaretAt(), "1,0");
+    SearchAgain();
+    EXPECT_EQ(Selection(), "2,0-3,0");
+    EXPECT_TRUE(script.Boxes.empty());
+    SearchAgain();
+    EXPECT_EQ(LastBox(), NotFoundA);
+    EXPECT_EQ(Selection(), "2,0-3,0");  // the last hit stays
+}
+
+TEST_F(SearchEngine, BackwardPassesPutTheCaretInFrontOfTheHit)
+{
+    Start(u"aXa", Point(3, 0));
+    Open(false, {.Find = u"a", .Backward = true});
+    Pass();
+    EXPECT_EQ(CaretAt(), "2,0");
+    EXPECT_EQ(Selection(), "3,0-2,0");
+    SearchAgain();
+    EXPECT_EQ(Selection(), "1,0-0,0");
+}
+
+TEST_F(SearchEngine, HitsTouchingTheCaretAndACaretBehindTheLineEnd)
+{
+    Start(u"ab ab", Point(3, 0));
+    Open(false, {.Find = u"ab"});
+    Pass();
+    EXPECT_EQ(Selection(), "3,0-5,0");  // starts at the caret
+    Start(u"ab ab", Point(2, 0));
+    Open(false, {.Find = u"ab", .Backward = true});
+    Pass();
+    EXPECT_EQ(Selection(), "2,0-0,0");  // ends at the caret
+
+    Start(u"xab\r\nab", Point(10, 0));
+    Open(false, {.Find = u"ab"});
+    Pass();
+    EXPECT_EQ(Selection(), "0,1-2,1");  // nothing on the caret's line behind its end
+    Start(u"xab\r\nab", Point(10, 0));
+    Open(false, {.Find = u"ab", .Backward = true});
+    Pass();
+    EXPECT_EQ(Selection(), "3,0-1,0");  // the whole line is searched
+}
+
+TEST_F(SearchEngine, SelectedTextOverLinesLimitsTheFirstHitOnly)
+{
+    Start(u"a1\r\na2\r\na3\r\na4");
+    Select(Point(1, 0), Point(1, 2));
+    const DialogSeen seen = Open(false, {.Find = u"a"});
+    EXPECT_EQ(seen.Scope, 1);
+    EXPECT_EQ(seen.Origin, 1);
+    Pass();
+    EXPECT_EQ(Selection(), "0,1-1,1");
+    SearchAgain();
+    SearchAgain();
+    EXPECT_EQ(Selection(), "0,3-1,3");  // on past the selection's end
+}
+
+TEST_F(SearchEngine, SelectedTextOnOneLineGivesTheSameLimitsInBothDirections)
+{
+    for (const bool rightToLeft : {false, true}) {
+        SCOPED_TRACE(rightToLeft);
+        Start(u"a b a b a");
+        rightToLeft ? Select(Point(7, 0), Point(2, 0)) : Select(Point(2, 0), Point(7, 0));
+        const DialogSeen seen = Open(false, {.Find = u"a", .Backward = true, .Origin = 1});
+        EXPECT_EQ(seen.Scope, 1);  // the selection holds a blank: no text taken
+        EXPECT_EQ(seen.Origin, 0);
+        Pass();
+        EXPECT_EQ(Selection(), "5,0-4,0");  // the a behind the selection's end is not found
+    }
+}
+
+TEST_F(SearchEngine, TheSelectionFillsTheTextBoxOrStartsAnEmptyRange)
+{
+    Start(u"foo bar");
+    Select(Point(4, 0), Point(7, 0));
+    DialogSeen seen = Open(false, {.Result = mrCancel});
+    EXPECT_EQ(seen.Text, u"bar");
+    EXPECT_EQ(seen.Scope, 0);
+
+    Select(Point(0, 0), Point(5, 0));
+    seen = Open(false, {});
+    EXPECT_EQ(seen.Text, u"bar");  // left as it was
+    EXPECT_EQ(seen.Scope, 1);
+    EXPECT_EQ(seen.Origin, 0);
+    Pass();
+    EXPECT_EQ(LastBox(), u"Search string 'bar' not found.");  // from the caret to the selection's end
+}
+
+TEST_F(SearchEngine, WholeWordsAndCase)
+{
+    Start(u"Cat cat catalog cat");
+    Open(false, {.Find = u"cat", .CaseSensitive = true, .WholeWords = true});
+    Pass();
+    EXPECT_EQ(Selection(), "4,0-7,0");
+    SearchAgain();
+    EXPECT_EQ(Selection(), "16,0-19,0");
+    Start(u"Cat cat catalog cat");
+    Open(false, {.Find = u"CAT", .WholeWords = true});
+    Pass();
+    EXPECT_EQ(Selection(), "0,0-3,0");
+}
+
+TEST_F(SearchEngine, ReplaceOnceLeavesADeleteAndAPasteRecord)
+{
+    Start(u"one two one");
+    Open(true, {.Find = u"one", .ReplaceWith = u"1"});
+    Pass();
+    EXPECT_EQ(Line(0), u"1 two one");
+    EXPECT_EQ(CaretAt(), "1,0");
+    EXPECT_EQ(Selection(), "1,0-1,0");
+    ASSERT_EQ(edit->UndoList().Count(), 2);
+    EXPECT_EQ(edit->UndoList().Items(0)->ChangeType(), ctDelete);
+    EXPECT_EQ(edit->UndoList().Items(1)->ChangeType(), ctPaste);
+    SearchAgain();  // search again replaces again
+    EXPECT_EQ(Line(0), u"1 two 1");
+    Undo();
+    EXPECT_EQ(Line(0), u"1 two ");
+    Undo();
+    EXPECT_EQ(Line(0), u"1 two one");
+}
+
+TEST_F(SearchEngine, ReplaceWithPromptAnsweredNoKeepsTheHitSelected)
+{
+    Start(u"a a");
+    script.Answers = {idNo};
+    Open(true, {.Find = u"a", .ReplaceWith = u"b", .Prompt = true});
+    Pass();
+    RunChain();
+    EXPECT_EQ(Line(0), u"a a");
+    EXPECT_EQ(Selection(), "0,0-1,0");
+    ASSERT_EQ(script.Boxes.size(), 1u);  // no further pass, no message
+    EXPECT_EQ(script.Boxes[0].Kind, TMsgBoxKind::mbYesNo);
+    EXPECT_EQ(script.Boxes[0].Text, AskA);
+}
+
+TEST_F(SearchEngine, ReplaceAllForwardReplacesEveryOldHitOnce)
+{
+    Start(u"a ba\r\na a");
+    Open(true, {.Find = u"a", .ReplaceWith = u"aa", .Result = mrYesToAll});
+    RunChain();
+    EXPECT_EQ(edit->Text(), u"aa baa\r\naa aa\r\n");
+    ASSERT_EQ(script.Boxes.size(), 1u);
+    EXPECT_EQ(LastBox(), NotFoundA);
+}
+
+TEST_F(SearchEngine, ReplaceAllAnsweredNoWalksEveryHitAndChangesNothing)
+{
+    Start(u"a b a\r\na");
+    script.DefaultAnswer = idNo;
+    Open(true, {.Find = u"a", .ReplaceWith = u"x", .Prompt = true, .Result = mrYesToAll});
+    RunChain();
+    EXPECT_EQ(edit->Text(), u"a b a\r\na\r\n");
+    ASSERT_EQ(script.Boxes.size(), 4u);
+    EXPECT_EQ(script.Boxes[2].Kind, TMsgBoxKind::mbYesNoCancel);
+    EXPECT_EQ(LastBox(), NotFoundA);
+}
+
+TEST_F(SearchEngine, CancelEndsTheChainWithTheHitSelected)
+{
+    Start(u"a a a");
+    script.Answers = {idYes, idCancel};
+    Open(true, {.Find = u"a", .ReplaceWith = u"x", .Prompt = true, .Result = mrYesToAll});
+    RunChain();
+    EXPECT_EQ(Line(0), u"x a a");
+    EXPECT_EQ(Selection(), "2,0-3,0");
+    EXPECT_EQ(script.Boxes.size(), 2u);
+}
+
+TEST_F(SearchEngine, ReadOnlyControlRunsTheChainWithoutChangingAnything)
+{
+    Start(u"a a");
+    edit->SetReadOnly(true);
+    script.DefaultAnswer = idYes;
+    Open(true, {.Find = u"a", .ReplaceWith = u"x", .Prompt = true, .Result = mrYesToAll});
+    RunChain();
+    EXPECT_EQ(Line(0), u"a a");
+    EXPECT_EQ(script.Boxes.size(), 3u);
+    EXPECT_EQ(LastBox(), NotFoundA);
+    EXPECT_EQ(edit->UndoList().Count(), 0);
+}
+
+TEST_F(SearchEngine, BackwardReplaceAllEndsThoughTheReplacementHoldsTheText)
+{
+    Start(u"a a\r\na", Point(1, 1));
+    Open(true, {.Find = u"a", .ReplaceWith = u"ab", .Backward = true, .Result = mrYesToAll});
+    RunChain();
+    EXPECT_EQ(edit->Text(), u"ab ab\r\nab\r\n");
+    EXPECT_EQ(LastBox(), NotFoundA);
+}
+
+TEST_F(SearchEngine, TheSearchTextIsTrimmedAndTheReplacementIsNot)
+{
+    Start(u"xay");
+    Open(true, {.Find = u" a ", .ReplaceWith = u" a "});
+    Pass();
+    EXPECT_EQ(Line(0), u"x a y");
+}
+
+TEST_F(SearchEngine, NothingToRepeatBeforeADialogAndAnEmptyTextEndsTheSearch)
+{
+    Start(u"abc");
+    SearchAgain();
+    EXPECT_TRUE(script.Boxes.empty());
+    EXPECT_EQ(script.FormsShown, 0);
+    Open(false, {.Find = u"a", .Result = mrCancel});
+    Pass();
+    EXPECT_TRUE(script.Boxes.empty());  // a cancelled dialog posts nothing
+    SearchAgain();
+    EXPECT_EQ(LastBox(), u"Search string '' not found.");
+    Open(false, {.Find = u""});
+    Pass();
+    EXPECT_EQ(script.Boxes.size(), 2u);
+    EXPECT_EQ(Caret(), Point(0, 0));
+}
+
+}  // namespace
