@@ -4,6 +4,7 @@
 #include "QtConvert.h"
 
 #include <QFont>
+#include <QFontDatabase>
 #include <QFontMetrics>
 #include <QGuiApplication>
 #include <QImage>
@@ -125,11 +126,26 @@ void TFont::Changed(bool shapeChanged)
         OnChange(this);
 }
 
+namespace {
+
+/// The face a classic dialog face is drawn in where it is not installed: a
+/// face of the same metrics, so that captions fit the stored control sizes.
+QString AvailableFace(const String& name)
+{
+    static const char16_t* const DialogFaces[] = {u"MS Sans Serif", u"MS Shell Dlg", u"MS Shell Dlg 2", u"Tahoma"};
+    for (const char16_t* face : DialogFaces)
+        if (CompareText(name, face) == 0 && !QFontDatabase::hasFamily(ToQString(name)))
+            return QStringLiteral("Liberation Sans");
+    return ToQString(name);
+}
+
+}  // namespace
+
 const QFont& TFont::QtFont() const
 {
     auto& slot = FCache->fonts[FStyle.ToBits() & 15];
     if (!slot) {
-        QFont font(ToQString(FName));
+        QFont font(AvailableFace(FName));
         font.setPixelSize(std::max(1, std::abs(Height())));
         font.setBold(FStyle.Contains(TFontStyle::fsBold));
         font.setItalic(FStyle.Contains(TFontStyle::fsItalic));
