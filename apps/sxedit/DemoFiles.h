@@ -1,4 +1,4 @@
-// Choosing the demo editor's parser by the file's extension.
+// Choosing the demo editor's parser by the file's extension or the language's name.
 #pragma once
 
 #include "codeedit/uSxCodeParser.h"
@@ -9,5 +9,8 @@ namespace sx::demo {
 
 /// A parser for the file's language, owned by owner; none for plain text.
 TSxLangParser* ParserForFile(const QString& path, TComponent* owner);
+/// A parser for a language named as a database record names it (Pascal, SQL,
+/// VB, JS, XML, or an extension), owned by owner; none for any other name.
+TSxLangParser* ParserForLanguage(const QString& language, TComponent* owner);
 
 }  // namespace sx::demo

@@ -2,6 +2,7 @@
 // so the title is brought up to date on a short timer.
 #include "DemoWindow.h"
 
+#include "DbWindow.h"
 #include "DemoFiles.h"
 
 #include "codeedit/uSxCodePascalParser.h"
@@ -65,6 +66,9 @@ void DemoWindow::BuildMenus()
     file->addAction(tr("&Open..."), QKeySequence::Open, this, [this] { OpenChosenFile(); });
     file->addAction(tr("&Save"), QKeySequence::Save, this, [this] { SaveFile(false); });
     file->addAction(tr("Save &as..."), QKeySequence::SaveAs, this, [this] { SaveFile(true); });
+    file->addSeparator();
+    file->addAction(tr("Open the sample &database"), this, [this] { OpenDatabase(DefaultDatabasePath()); });
+    file->addAction(tr("Open data&base..."), this, [this] { OpenChosenDatabase(); });
     file->addSeparator();
     file->addAction(tr("&Quit"), QKeySequence::Quit, this, [this] { close(); });
 
@@ -166,6 +170,31 @@ void DemoWindow::OpenChosenFile()
     } catch (const Exception& e) {
         QMessageBox::warning(this, tr("sxedit"), ToQString(e.Message()));
     }
+}
+
+void DemoWindow::OpenDatabase(const QString& path)
+{
+    auto* window = new DbWindow;
+    window->setAttribute(Qt::WA_DeleteOnClose);
+    try {
+        window->Open(path);
+    } catch (const Exception& e) {
+        delete window;
+        QMessageBox::warning(this, tr("sxedit"), ToQString(e.Message()));
+        return;
+    }
+    window->show();
+    window->Edit().SetFocus();
+}
+
+void DemoWindow::OpenChosenDatabase()
+{
+    const QString path = QFileDialog::getSaveFileName(this, tr("Open database (a new name makes the sample)"),
+                                                      QFileInfo(DefaultDatabasePath()).path(),
+                                                      tr("SQLite databases (*.db *.sqlite);;All files (*)"), nullptr,
+                                                      QFileDialog::DontConfirmOverwrite);
+    if (!path.isEmpty())
+        OpenDatabase(path);
 }
 
 bool DemoWindow::UseDelphiColours(Integer V)

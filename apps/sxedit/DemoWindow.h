@@ -1,5 +1,6 @@
 // The demo editor's main window: one TSxCodeEdit with File, Edit and View menus,
-// a popup menu on the control, and a status bar with the caret position.
+// a popup menu on the control, and a status bar with the caret position. The
+// File menu also opens the database mode in a window of its own.
 #pragma once
 
 #include "codeedit/uSxCodeEdit.h"
@@ -28,6 +29,9 @@ public:
     bool UseDelphiColours(Integer V);
     /// Where the registry settings are read from, for messages.
     static QString RegistryPlace();
+    /// Opens the database mode over an SQLite file in a window of its own;
+    /// a missing file is made from the bundled sample first.
+    void OpenDatabase(const QString& path);
 
 protected:
     void closeEvent(QCloseEvent* event) override;
@@ -40,6 +44,7 @@ private:
     QAction* AddCommand(QMenu* menu, const QString& caption, Cardinal message, const QKeySequence& key,
                         NativeUInt wParam = 0);
     void OpenChosenFile();
+    void OpenChosenDatabase();
     void ChooseDelphiColours();
     bool SaveFile(bool askForName);
     bool MayDiscardChanges();

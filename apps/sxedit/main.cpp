@@ -2,6 +2,9 @@
 // bundled Pascal sample, in one TSxCodeEdit. Without a display (or with
 // --screenshots DIR) it renders the control to PNG files and says where.
 // --delphi-version N colours Pascal as that Delphi version is set up to.
+// --db FILE opens the database mode over an SQLite file, made from the bundled
+// sample of scripts when it is missing; headless, that mode is rendered too.
+#include "DbWindow.h"
 #include "DemoWindow.h"
 
 #include "codeedit/SxPackage.h"
@@ -37,8 +40,30 @@ void SaveShot(QWidget& window, const QDir& dir, const QString& name)
         std::fprintf(stderr, "sxedit: could not write %s\n", qPrintable(path));
 }
 
-/// Renders the view at the top, with a selection, after typing, and scrolled down.
-int RenderScreenshots(QMainWindow& window, TSxCodeEdit& edit, const QString& dirName)
+/// The database mode on its second script with a line typed into it, which
+/// puts the record into edit state; the edit is cancelled, so nothing is written.
+void SaveDatabaseShot(const QDir& dir, const QString& dbPath)
+{
+    demo::DbWindow window;
+    try {
+        window.Open(dbPath);
+    } catch (const Exception& e) {
+        std::fprintf(stderr, "sxedit: %s\n", e.what());
+        return;
+    }
+    window.show();
+    window.GoToRow(1);
+    TSxDbCodeEdit& edit = window.Edit();
+    edit.SetFocus();
+    for (const Char c : String(u"-- typed in the database mode\r"))
+        SendMessage(&edit, WM_CHAR, c);
+    SaveShot(window, dir, QStringLiteral("sxedit-database.png"));
+    window.Scripts().Cancel();
+}
+
+/// Renders the view at the top, with a selection, after typing, and scrolled
+/// down, and then the database mode.
+int RenderScreenshots(QMainWindow& window, TSxCodeEdit& edit, const QString& dirName, const QString& dbPath)
 {
     QDir dir(dirName);
     if (!dir.mkpath(QStringLiteral("."))) {
@@ -59,6 +84,7 @@ int RenderScreenshots(QMainWindow& window, TSxCodeEdit& edit, const QString& dir
     edit.ClearSelection();
     edit.VScrollBar().SetPosition(edit.Lines().Count() / 2);
     SaveShot(window, dir, QStringLiteral("sxedit-scrolled.png"));
+    SaveDatabaseShot(dir, dbPath);
     return 0;
 }
 
@@ -81,6 +107,22 @@ void UseDelphiColours(demo::DemoWindow& window, const QString& versionText)
     }
 }
 
+/// The database mode alone, as the main window.
+int RunDatabaseMode(const QString& dbPath)
+{
+    demo::DbWindow window;
+    try {
+        window.Open(dbPath);
+    } catch (const Exception& e) {
+        std::fprintf(stderr, "sxedit: %s\n", e.what());
+        QMessageBox::warning(nullptr, QStringLiteral("sxedit"), ToQString(e.Message()));
+        return 1;
+    }
+    window.show();
+    window.Edit().SetFocus();
+    return QApplication::exec();
+}
+
 }  // namespace
 
 int main(int argc, char** argv)
@@ -98,14 +140,25 @@ int main(int argc, char** argv)
                                     QStringLiteral("Colour Pascal as Delphi version <n> does, from its registry settings"),
                                     QStringLiteral("n"));
     options.addOption(delphi);
+    const QCommandLineOption db(QStringLiteral("db"),
+                                QStringLiteral("Edit the scripts of the SQLite database <file>, made from the bundled "
+                                               "sample when it is missing"),
+                                QStringLiteral("file"));
+    options.addOption(db);
     options.process(app);
 
     Initialize();
     const QStringList files = options.positionalArguments();
     const QString path = files.isEmpty() ? QStringLiteral(SX_EXAMPLES_DIR "/sample.pas") : files.first();
     const bool headless = options.isSet(shots) || !HasDisplay();
+    const QString dbPath = options.isSet(db) ? options.value(db) : demo::DefaultDatabasePath();
 
     int result = 0;
+    if (options.isSet(db) && !headless) {
+        result = RunDatabaseMode(dbPath);
+        Finalize();
+        return result;
+    }
     {
         demo::DemoWindow window;
         try {
@@ -121,7 +174,8 @@ int main(int argc, char** argv)
         window.show();
         window.Edit().SetFocus();
         if (headless)
-            result = RenderScreenshots(window, window.Edit(), options.isSet(shots) ? options.value(shots) : QStringLiteral("screenshots"));
+            result = RenderScreenshots(window, window.Edit(),
+                                       options.isSet(shots) ? options.value(shots) : QStringLiteral("screenshots"), dbPath);
         else
             result = QApplication::exec();
     }

@@ -165,7 +165,7 @@ void HandleApplicationException(const std::exception& e)
 {
     if (ExceptionHandler())
         ExceptionHandler()(e);
-    else
+    else if (!dynamic_cast<const EAbort*>(&e))  // an abort is silent by definition
         std::fprintf(stderr, "Unhandled exception in an event handler: %s\n", e.what());
 }
 
@@ -328,6 +328,12 @@ void TControl::SetParent(TWinControl* AParent)
     FParent = AParent;
     if (FParent)
         FParent->AddChild(this);
+}
+
+void TControl::DragDrop(TObject* Source, Integer X, Integer Y)
+{
+    if (OnDragDrop)
+        OnDragDrop(this, Source, X, Y);
 }
 
 void TControl::SetVisible(bool value)

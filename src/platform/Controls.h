@@ -39,6 +39,8 @@ using TMouseEvent =
 using TMouseMoveEvent = std::function<void(TObject* Sender, TShiftState Shift, Integer X, Integer Y)>;
 /// A character was typed: a handler may replace Key or set it to 0 to drop it.
 using TKeyPressEvent = std::function<void(TObject* Sender, Char& Key)>;
+/// Something dragged from Source was dropped at (X, Y) in client pixels.
+using TDragDropEvent = std::function<void(TObject* Sender, TObject* Source, Integer X, Integer Y)>;
 
 /// The modifier keys and mouse buttons held down at the moment of the call.
 TShiftState KeyboardStateToShiftState();
@@ -48,6 +50,7 @@ bool SystemParametersInfo(Cardinal uiAction, Cardinal uiParam, void* pvParam, Ca
 
 /// Receives exceptions that reach an event handler of the desktop; by default
 /// it writes them to the error output, since an exception must not cross Qt.
+/// The default keeps silent about EAbort, the exception that shows no message.
 void SetApplicationExceptionHandler(std::function<void(const std::exception&)> handler);
 void HandleApplicationException(const std::exception& e);
 
@@ -81,6 +84,10 @@ public:
     TAnchors Anchors() const { return FAnchors; }
     void SetAnchors(TAnchors value) { FAnchors = value; }
     TFont& Font() { return FFont; }
+
+    /// Drops what was dragged from Source at (X, Y); the framework's handling fires OnDragDrop.
+    virtual void DragDrop(TObject* Source, Integer X, Integer Y);
+    TDragDropEvent OnDragDrop;
 
     virtual void Invalidate() {}
     /// Sends the message to its handler, or to DefaultHandler when none answers it.

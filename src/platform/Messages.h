@@ -33,6 +33,8 @@ constexpr Cardinal CM_BASE = 0xB000;
 constexpr Cardinal CM_ENTER = CM_BASE + 26;
 constexpr Cardinal CM_EXIT = CM_BASE + 27;
 constexpr Cardinal CM_WANTSPECIALKEY = CM_BASE + 30;
+/// A framework component asks a control for its data link; the result is the link.
+constexpr Cardinal CM_GETDATALINK = CM_BASE + 45;
 
 /// Answers of WM_GETDLGCODE: the keys a control wants for itself rather than
 /// for the dialog's navigation.

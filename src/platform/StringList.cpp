@@ -1,9 +1,32 @@
 // TStrings in terms of its virtual accessors, and the gap-vector line store.
 #include "StringList.h"
 
+#include "Streams.h"
+
+#include <algorithm>
+#include <vector>
+
 namespace sx {
 
 namespace {
+
+/// The text of bytes that a stream of text holds: UTF-16 after a byte-order
+/// mark of either order, else UTF-8, whose own mark is dropped.
+String DecodeStreamText(const std::vector<std::uint8_t>& bytes)
+{
+    const std::size_t n = bytes.size();
+    const bool littleEndian = n >= 2 && bytes[0] == 0xFF && bytes[1] == 0xFE;
+    const bool bigEndian = n >= 2 && bytes[0] == 0xFE && bytes[1] == 0xFF;
+    if (littleEndian || bigEndian) {
+        String text;
+        text.reserve(n / 2);
+        for (std::size_t i = 2; i + 1 < n; i += 2)
+            text += littleEndian ? Char(bytes[i] | (bytes[i + 1] << 8)) : Char((bytes[i] << 8) | bytes[i + 1]);
+        return text;
+    }
+    const std::size_t skip = n >= 3 && bytes[0] == 0xEF && bytes[1] == 0xBB && bytes[2] == 0xBF ? 3 : 0;
+    return StrFromUtf8(std::string(bytes.begin() + std::ptrdiff_t(skip), bytes.end()));
+}
 
 /// Calls visit(piece) for each line of Value split at CR, LF or CR LF.
 template <class Visit>
@@ -85,6 +108,19 @@ void TStrings::SetText(const String& Value)
         throw;
     }
     EndUpdate();
+}
+
+void TStrings::LoadFromStream(TStream& Stream)
+{
+    std::vector<std::uint8_t> bytes(std::size_t(std::max<std::int64_t>(0, Stream.Size() - Stream.Position())));
+    Stream.ReadBuffer(bytes.data(), Integer(bytes.size()));
+    SetText(DecodeStreamText(bytes));
+}
+
+void TStrings::SaveToStream(TStream& Stream) const
+{
+    const std::string bytes = StrToUtf8(Text());
+    Stream.WriteBuffer(bytes.data(), Integer(bytes.size()));
 }
 
 void TStrings::Assign(const TStrings& Source)

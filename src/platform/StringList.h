@@ -36,6 +36,12 @@ public:
     /// break at the very end makes no extra line, and an empty Value no line.
     virtual void SetText(const String& Value);
 
+    /// Replaces the lines with the text of the stream from its position to
+    /// its end: UTF-16 after its byte-order mark, else UTF-8 (a mark skipped).
+    virtual void LoadFromStream(TStream& Stream);
+    /// Writes Text as UTF-8 without a byte-order mark, the same default both ways.
+    virtual void SaveToStream(TStream& Stream) const;
+
     /// Copies lines and slots of Source.
     virtual void Assign(const TStrings& Source);
     void AddStrings(const TStrings& Source);

@@ -1,0 +1,79 @@
+// TSqliteDataSet: a data set over one table of an SQLite database file, or
+// over a query whose records carry a key, writing each post to that table.
+#pragma once
+
+#include "Db.h"
+#include "SqliteDatabase.h"
+
+namespace sx {
+
+/// Reads all records of a table (in rowid order) or of a query when it opens.
+/// Columns declared TEXT, CLOB or BLOB become BLOB fields (ftMemo, ftBlob),
+/// CHAR(n) and VARCHAR(n) string fields of size n, INT columns integer fields
+/// and REAL, FLOAT, DOUBLE columns float fields; anything else is a string.
+/// Post writes an UPDATE of the changed columns, or an INSERT, in a
+/// transaction of its own, and reads the record back as the database stored it.
+class TSqliteDataSet : public TDataSet {
+    SX_DECLARE_CLASS
+public:
+    explicit TSqliteDataSet(TComponent* AOwner);
+    ~TSqliteDataSet() override;
+
+    /// The database file. It must exist: opening makes no new file.
+    const String& DatabaseName() const { return FDatabaseName; }
+    void SetDatabaseName(const String& Value);
+    /// The table that is read, and that posts are written to.
+    const String& TableName() const { return FTableName; }
+    void SetTableName(const String& Value);
+    /// A SELECT that is read in place of the whole table. Its records are
+    /// written to TableName and found there by the field KeyFieldName; without
+    /// those two the data set can't be changed.
+    const String& SQL() const { return FSQL; }
+    void SetSQL(const String& Value);
+    const String& KeyFieldName() const { return FKeyFieldName; }
+    void SetKeyFieldName(const String& Value);
+    /// How long a post waits for another connection's lock; 0 fails at once.
+    Integer BusyTimeout() const { return FBusyTimeout; }
+    void SetBusyTimeout(Integer Value);
+
+    bool CanModify() const override;
+    /// BLOB fields are read as text: a value that holds no UTF-8 text raises
+    /// EInvalidOperation when a stream for reading it is asked for.
+    TStream* CreateBlobStream(TField* Field, TBlobStreamMode Mode) override;
+    TSqliteDatabase& Database() { return FDatabase; }
+
+protected:
+    void InternalOpen() override;
+    void InternalClose() override;
+    void InternalPost(TDbRecord& Record, const TDbRecord* Old) override;
+    void InternalDelete(const TDbRecord& Record) override;
+    void InternalRefresh(std::vector<TDbRecord>& Records) override;
+
+private:
+    bool IsQuery() const { return !FSQL.empty(); }
+    void CheckInactive() const;
+    std::string SelectSql() const;
+    /// The key column of the written table, quoted.
+    std::string KeyColumn() const;
+    /// The first column of the select that is a field: a table's select leads with its rowid.
+    int FirstFieldColumn() const { return IsQuery() ? 0 : 1; }
+    void DefineFields(const TSqliteStatement& Statement);
+    TDbRecord ReadRecord(const TSqliteStatement& Statement) const;
+    void ReadRecords(std::vector<TDbRecord>& Records);
+    void WriteUpdate(const TDbRecord& Record, const TDbRecord& Old);
+    void WriteInsert(TDbRecord& Record);
+    /// Replaces Record with the stored row of its key, where there is one.
+    void ReadBack(TDbRecord& Record);
+    TDbValue KeyOf(const TDbRecord& Record) const;
+
+    String FDatabaseName;
+    String FTableName;
+    String FSQL;
+    String FKeyFieldName;
+    Integer FBusyTimeout = 0;
+    TSqliteDatabase FDatabase;
+    /// The key field of a query, or none for a table (whose key is the rowid).
+    TField* FKeyField = nullptr;
+};
+
+}  // namespace sx

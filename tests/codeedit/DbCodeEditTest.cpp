@@ -1,0 +1,264 @@
+// The data-aware control on a real SQLite file, typed into through real key
+// events: loading, the step into edit state, the silent refusal, write-back on
+// leaving the control and on posting, and refusals that keep the typed text.
+#include "codeedit/uSxDbCodeEdit.h"
+#include "platform/Clipboard.h"
+#include "platform/SqliteDataSet.h"
+#include "support/Keyboard.h"
+#include "support/RenderHelpers.h"
+#include "support/TempDatabase.h"
+
+#include <QApplication>
+#include <QLineEdit>
+
+#include <gtest/gtest.h>
+
+using namespace sx;
+using namespace sx::test;
+
+namespace {
+
+class DbCodeEdit : public ::testing::Test {
+protected:
+    void SetUp() override
+    {
+        dataSet->SetDatabaseName(db.Path());
+        dataSet->SetTableName(u"scripts");
+        dataSet->Open();
+        source->SetDataSet(dataSet);
+        edit->SetOnLoadData([this](TObject*) { ++loads; });
+        edit->SetDataSource(source);
+        edit->SetDataField(u"source");
+        other->show();
+        Focus(*edit);
+        SetApplicationExceptionHandler([this](const std::exception& e) {
+            const auto* error = dynamic_cast<const Exception*>(&e);
+            reported = error ? error->Message() : u"?";
+            aborted = dynamic_cast<const EAbort*>(&e) != nullptr;
+        });
+        loads = 0;
+    }
+    void TearDown() override { SetApplicationExceptionHandler(nullptr); }
+
+    void Bind(const char16_t* field)
+    {
+        edit->SetDataField(field);
+        loads = 0;
+    }
+    void MoveFocusAway()
+    {
+        other->setFocus();
+        QApplication::processEvents();
+    }
+    void PlaceCaret(TPoint caret, TPoint anchor)
+    {
+        edit->SetLinePos(caret.Y);
+        edit->SetCharPos(caret.X);
+        edit->SetSelEnd(anchor);
+    }
+    TPoint Caret() const { return Point(edit->CharPos(), edit->LinePos()); }
+    String Stored(const char* column) { return db.Scalar(std::string("SELECT ") + column + " FROM scripts WHERE id = 1"); }
+
+    TempDatabase db;
+    TComponent owner{nullptr};
+    TSqliteDataSet* dataSet = new TSqliteDataSet(&owner);
+    TDataSource* source = new TDataSource(&owner);
+    Host host;
+    TSxDbCodeEdit* edit = host.Add<TSxDbCodeEdit>(400, 300);
+    QLineEdit* other = new QLineEdit(&host.Window());
+    int loads = 0;
+    String reported;
+    bool aborted = false;
+};
+
+const String HelloSource = u"begin\r\n  Writeln('Hi');\r\nend.\r\n";
+
+TEST_F(DbCodeEdit, LoadsTextAndBlobFields)
+{
+    EXPECT_EQ(edit->Text(), HelloSource);
+    EXPECT_EQ(edit->Field(), dataSet->FieldByName(u"source"));
+    Bind(u"name");
+    EXPECT_EQ(edit->Text(), u"hello\r\n");
+    dataSet->Last();
+    EXPECT_EQ(edit->Text(), u"empty\r\n");
+    EXPECT_EQ(loads, 1);
+    Bind(u"source");
+    EXPECT_EQ(edit->Lines().Count(), 0);  // an empty BLOB clears the lines
+    Bind(u"code");
+    EXPECT_EQ(edit->Text(), u"(Field 'code' holds binary data, no text)\r\n");
+    EXPECT_EQ(reinterpret_cast<TFieldDataLink*>(SendMessage(edit, CM_GETDATALINK))->Field(), edit->Field());
+}
+
+TEST_F(DbCodeEdit, TheFirstKeyGoesToEditStateAndKeepsCaretAndSelection)
+{
+    int changes = 0;
+    edit->SetOnChange([&](TObject*) { ++changes; });
+    PlaceCaret(Point(6, 1), Point(2, 1));
+    Type(*edit, QStringLiteral("x"));
+    EXPECT_EQ(dataSet->State(), dsEdit);
+    EXPECT_EQ(edit->Lines().Get(1), u"  xeln('Hi');");
+    EXPECT_EQ(Caret(), Point(3, 1));
+    EXPECT_EQ(changes, 2);  // the deletion of the selection and the character
+    EXPECT_EQ(loads, 0);    // the data change behind the edit request was swallowed
+
+    dataSet->Cancel();
+    EXPECT_EQ(edit->Text(), HelloSource);
+    PlaceCaret(Point(5, 0), Point(1, 0));
+    Press(*edit, Qt::Key_Delete);
+    EXPECT_EQ(edit->Lines().Get(0), u"b");
+    EXPECT_EQ(dataSet->State(), dsEdit);
+}
+
+TEST_F(DbCodeEdit, WithoutAutoEditEditingKeysEndSilently)
+{
+    source->SetAutoEdit(false);
+    Clipboard().SetAsText(u"pasted");
+    PlaceCaret(Point(3, 0), Point(0, 0));
+    for (const auto& [key, modifiers] : {std::pair{Qt::Key_X, Qt::NoModifier}, {Qt::Key_Delete, Qt::NoModifier},
+                                        {Qt::Key_Insert, Qt::NoModifier}, {Qt::Key_V, Qt::ControlModifier}}) {
+        aborted = false;
+        Press(*edit, key, modifiers);
+        ProcessPostedMessages();
+        EXPECT_TRUE(aborted) << key;
+        EXPECT_EQ(reported, u"Can't go to editstate");
+    }
+    EXPECT_EQ(edit->Text(), HelloSource);
+    EXPECT_EQ(dataSet->State(), dsBrowse);
+    EXPECT_EQ(edit->SelEnd(), Point(0, 0));
+    Press(*edit, Qt::Key_Right);
+    EXPECT_EQ(Caret(), Point(4, 0));
+}
+
+TEST_F(DbCodeEdit, LeavingTheControlWritesTheText)
+{
+    Bind(u"name");
+    PlaceCaret(Point(5, 0), Point(5, 0));
+    Type(*edit, QStringLiteral("!"));
+    MoveFocusAway();
+    EXPECT_EQ(dataSet->FieldByName(u"name")->AsString(), u"hello!\r\n");
+    EXPECT_EQ(Caret(), Point(0, 0));  // a field that is no BLOB is read anew
+    EXPECT_EQ(loads, 1);
+    EXPECT_EQ(dataSet->State(), dsEdit);
+    EXPECT_EQ(Stored("name"), u"hello");
+    dataSet->Post();
+    EXPECT_EQ(Stored("name"), u"hello!\r\n");
+
+    Bind(u"source");
+    Focus(*edit);
+    PlaceCaret(Point(3, 2), Point(3, 2));
+    Type(*edit, QStringLiteral("d"));
+    MoveFocusAway();
+    EXPECT_EQ(Caret(), Point(4, 2));  // a BLOB is not read again
+    EXPECT_EQ(dataSet->FieldByName(u"source")->AsString(), u"begin\r\n  Writeln('Hi');\r\nendd.\r\n");
+}
+
+TEST_F(DbCodeEdit, PostWritesAndCancelBringsTheStoredTextBack)
+{
+    Type(*edit, QStringLiteral("// \u00E9\n"));
+    dataSet->Post();
+    EXPECT_EQ(dataSet->State(), dsBrowse);
+    EXPECT_EQ(Stored("source"), u"// \u00E9\r\n" + HelloSource);
+    EXPECT_EQ(edit->Text(), u"// \u00E9\r\n" + HelloSource);
+
+    Type(*edit, QStringLiteral("gone"));
+    dataSet->Cancel();
+    EXPECT_EQ(edit->Text(), u"// \u00E9\r\n" + HelloSource);
+    EXPECT_EQ(dataSet->State(), dsBrowse);
+}
+
+TEST_F(DbCodeEdit, AFieldThatRefusesOnExitKeepsFocusAndText)
+{
+    Bind(u"name");
+    dataSet->FieldByName(u"name")->OnValidate = [](TField* field) {
+        if (field->AsString().find(u"bad") != String::npos)
+            throw EDatabaseError(u"No bad names");
+    };
+    PlaceCaret(Point(0, 0), Point(0, 0));
+    Type(*edit, QStringLiteral("bad"));
+    MoveFocusAway();
+    EXPECT_EQ(reported, u"No bad names");
+    EXPECT_TRUE(edit->Focused());
+    EXPECT_EQ(edit->Text(), u"badhello\r\n");
+    EXPECT_EQ(dataSet->FieldByName(u"name")->AsString(), u"hello");
+
+    Press(*edit, Qt::Key_Backspace);
+    MoveFocusAway();  // the mark stayed set, so the corrected text is written now
+    EXPECT_FALSE(edit->Focused());
+    EXPECT_EQ(dataSet->FieldByName(u"name")->AsString(), u"bahello\r\n");
+}
+
+TEST_F(DbCodeEdit, ARefusedPostKeepsTheTypedTextAndTheEditState)
+{
+    Type(*edit, QStringLiteral("forbidden "));
+    EXPECT_THROW(dataSet->Post(), ESqliteError);
+    EXPECT_EQ(edit->Lines().Get(0), u"forbidden begin");
+    EXPECT_EQ(dataSet->State(), dsEdit);
+
+    db.Other().ExecSQL(u"BEGIN IMMEDIATE");
+    Press(*edit, Qt::Key_Home);
+    Press(*edit, Qt::Key_Delete);
+    EXPECT_THROW(dataSet->Post(), ESqliteError);
+    EXPECT_EQ(edit->Lines().Get(0), u"orbidden begin");
+    EXPECT_EQ(dataSet->State(), dsEdit);
+    db.Other().ExecSQL(u"COMMIT");
+    dataSet->Post();
+    EXPECT_EQ(Stored("source"), u"orbidden " + HelloSource);
+    EXPECT_EQ(dataSet->State(), dsBrowse);
+}
+
+TEST_F(DbCodeEdit, TheFieldsReadOnlyOverridesTheApplications)
+{
+    edit->SetReadOnly(true);
+    dataSet->Next();
+    EXPECT_FALSE(edit->ReadOnly());
+    dataSet->FieldByName(u"source")->SetReadOnly(true);
+    dataSet->Prior();
+    EXPECT_TRUE(edit->ReadOnly());
+    Type(*edit, QStringLiteral("x"));
+    EXPECT_EQ(edit->Text(), HelloSource);
+    EXPECT_EQ(dataSet->State(), dsBrowse);
+}
+
+TEST_F(DbCodeEdit, InsertShowsTheNewRecordWhereEditLeavesTheText)
+{
+    PlaceCaret(Point(3, 1), Point(3, 1));
+    dataSet->Edit();
+    EXPECT_EQ(edit->Text(), HelloSource);
+    EXPECT_EQ(Caret(), Point(3, 1));
+    dataSet->Cancel();
+
+    dataSet->Insert();
+    EXPECT_EQ(edit->Lines().Count(), 0);
+    EXPECT_EQ(Caret(), Point(3, 0));  // a BLOB's load keeps the column
+    Press(*edit, Qt::Key_Home);
+    Type(*edit, QStringLiteral("new"));
+    dataSet->FieldByName(u"name")->SetAsString(u"fresh");
+    dataSet->Post();
+    EXPECT_EQ(db.Scalar("SELECT source FROM scripts WHERE name = 'fresh'"), u"new\r\n");
+}
+
+TEST_F(DbCodeEdit, WithoutADataSourceTheTextIsEmpty)
+{
+    delete source;
+    EXPECT_EQ(edit->DataSource(), nullptr);
+    EXPECT_EQ(edit->Field(), nullptr);
+    EXPECT_EQ(edit->Lines().Count(), 0);
+    int changes = 0;
+    edit->SetOnChange([&](TObject*) { ++changes; });
+    Type(*edit, QStringLiteral("free"));
+    EXPECT_EQ(edit->Text(), u"free\r\n");
+    EXPECT_GT(changes, 0);
+    MoveFocusAway();
+    EXPECT_EQ(Stored("source"), HelloSource.substr(0, HelloSource.size() - 2));
+}
+
+TEST_F(DbCodeEdit, ADropAsksForEditState)
+{
+    TObject* dropped = nullptr;
+    edit->OnDragDrop = [&](TObject*, TObject* Source, Integer, Integer) { dropped = Source; };
+    edit->DragDrop(edit, 5, 5);
+    EXPECT_EQ(dropped, edit);
+    EXPECT_EQ(dataSet->State(), dsEdit);
+}
+
+}  // namespace

@@ -1,0 +1,260 @@
+// The SQLite data set and the data links, with no GUI: fields from the
+// declared types, navigation, posts that reach the file as a second
+// connection sees it, refusals that keep the edit, and the order in which
+// a field link hears of each step.
+#include "platform/DbLinks.h"
+#include "platform/SqliteDataSet.h"
+#include "support/TempDatabase.h"
+
+#include <gtest/gtest.h>
+
+#include <string>
+#include <vector>
+
+using namespace sx;
+using namespace sx::test;
+
+namespace {
+
+class SqliteDataSetTest : public ::testing::Test {
+protected:
+    void SetUp() override
+    {
+        dataSet.SetDatabaseName(db.Path());
+        dataSet.SetTableName(u"scripts");
+        dataSet.Open();
+    }
+    String Field(const char16_t* name) { return dataSet.FieldByName(name)->AsString(); }
+
+    TempDatabase db;
+    TSqliteDataSet dataSet{nullptr};
+};
+
+/// SQLite's message when it refuses the post; empty when the post goes through.
+String PostRefusal(TDataSet& dataSet)
+{
+    try {
+        dataSet.Post();
+    } catch (const ESqliteError& e) {
+        return e.Message();
+    }
+    return String();
+}
+
+/// A field link that writes down what it is told, in order.
+struct RecordingLink {
+    explicit RecordingLink(TDataSource& source, const String& field)
+    {
+        link.OnDataChange = [this](TObject*) { heard.push_back("data"); };
+        link.OnEditingChange = [this](TObject*) { heard.push_back(link.Editing() ? "editing" : "browsing"); };
+        link.OnUpdateData = [this](TObject*) {
+            heard.push_back("update");
+            link.Field()->SetAsString(pending);
+        };
+        link.SetDataSource(&source);
+        link.SetFieldName(field);
+        heard.clear();
+    }
+    TFieldDataLink link;
+    std::vector<std::string> heard;
+    String pending;
+};
+
+TEST_F(SqliteDataSetTest, FieldsFollowTheDeclaredTypes)
+{
+    ASSERT_EQ(dataSet.FieldCount(), 6);
+    const TField* name = dataSet.FieldByName(u"NAME");
+    EXPECT_EQ(name->DataType(), TFieldType::ftString);
+    EXPECT_EQ(name->Size(), 40);
+    EXPECT_FALSE(name->IsBlob());
+    EXPECT_EQ(dataSet.FieldByName(u"source")->DataType(), TFieldType::ftMemo);
+    EXPECT_TRUE(dataSet.FieldByName(u"source")->IsBlob());
+    EXPECT_EQ(dataSet.FieldByName(u"code")->DataType(), TFieldType::ftBlob);
+    EXPECT_TRUE(dataSet.FieldByName(u"code")->IsBlob());
+    EXPECT_EQ(dataSet.FieldByName(u"lines")->DataType(), TFieldType::ftInteger);
+    EXPECT_EQ(dataSet.FindField(u"nothing"), nullptr);
+    EXPECT_THROW(dataSet.FieldByName(u"nothing"), EDatabaseError);
+}
+
+TEST_F(SqliteDataSetTest, NavigationWalksTheRowsInOrder)
+{
+    std::vector<String> names;
+    for (dataSet.First(); !dataSet.Eof(); dataSet.Next())
+        names.push_back(Field(u"name"));
+    EXPECT_EQ(names, (std::vector<String>{u"hello", u"query", u"empty"}));
+    EXPECT_EQ(dataSet.RecNo(), 2);
+    dataSet.Prior();
+    EXPECT_EQ(Field(u"name"), u"query");
+    EXPECT_EQ(dataSet.MoveBy(-5), -1);
+    EXPECT_TRUE(dataSet.Bof());
+    dataSet.Last();
+    EXPECT_EQ(Field(u"language"), u"js");
+    EXPECT_TRUE(dataSet.FieldByName(u"lines")->IsNull());
+}
+
+TEST_F(SqliteDataSetTest, PostWritesAnUpdateInUtf8)
+{
+    dataSet.Edit();
+    EXPECT_EQ(dataSet.State(), dsEdit);
+    dataSet.FieldByName(u"source")->SetAsString(u"Gr\u00FC\u00DFe \u20AC \U0001F600");
+    dataSet.FieldByName(u"lines")->SetAsString(u" 7 ");
+    EXPECT_EQ(db.Scalar("SELECT lines FROM scripts WHERE id = 1"), u"3");
+    dataSet.Post();
+    EXPECT_EQ(dataSet.State(), dsBrowse);
+    EXPECT_EQ(db.Scalar("SELECT hex(source) FROM scripts WHERE id = 1"), u"4772C3BCC39F6520E282AC20F09F9880");
+    EXPECT_EQ(db.Scalar("SELECT typeof(lines) || lines FROM scripts WHERE id = 1"), u"integer7");
+    EXPECT_THROW(dataSet.Post(), EDatabaseError);
+}
+
+TEST_F(SqliteDataSetTest, AppendWritesAnInsertAndReadsTheDefaultsBack)
+{
+    dataSet.Append();
+    EXPECT_EQ(dataSet.State(), dsInsert);
+    EXPECT_TRUE(dataSet.FieldByName(u"name")->IsNull());
+    dataSet.FieldByName(u"name")->SetAsString(u"new");
+    dataSet.Post();
+    EXPECT_EQ(dataSet.RecordCount(), 4);
+    EXPECT_EQ(dataSet.RecNo(), 3);
+    EXPECT_EQ(Field(u"id"), u"4");
+    EXPECT_EQ(Field(u"language"), u"pascal");
+    EXPECT_EQ(db.Scalar("SELECT language FROM scripts WHERE name = 'new'"), u"pascal");
+}
+
+TEST_F(SqliteDataSetTest, CancelDeleteAndRefresh)
+{
+    dataSet.Edit();
+    dataSet.FieldByName(u"name")->SetAsString(u"changed");
+    dataSet.Cancel();
+    EXPECT_EQ(Field(u"name"), u"hello");
+    dataSet.Delete();
+    EXPECT_EQ(db.Scalar("SELECT count(*) FROM scripts"), u"2");
+    EXPECT_EQ(Field(u"name"), u"query");
+    db.Other().ExecSQL(u"UPDATE scripts SET name = 'elsewhere' WHERE id = 2");
+    EXPECT_EQ(Field(u"name"), u"query");
+    dataSet.Refresh();
+    EXPECT_EQ(Field(u"name"), u"elsewhere");
+}
+
+TEST_F(SqliteDataSetTest, ARefusedPostKeepsTheEditAndTheTypedValue)
+{
+    dataSet.Edit();
+    dataSet.FieldByName(u"name")->SetAsString(u"query");
+    EXPECT_EQ(PostRefusal(dataSet), u"UNIQUE constraint failed: scripts.name");
+    EXPECT_EQ(dataSet.State(), dsEdit);
+    EXPECT_EQ(Field(u"name"), u"query");
+    EXPECT_EQ(db.Scalar("SELECT name FROM scripts WHERE id = 1"), u"hello");
+
+    db.Other().ExecSQL(u"BEGIN IMMEDIATE");
+    dataSet.FieldByName(u"name")->SetAsString(u"unique");
+    EXPECT_EQ(PostRefusal(dataSet), u"database is locked");
+    EXPECT_EQ(dataSet.State(), dsEdit);
+    db.Other().ExecSQL(u"COMMIT");
+    EXPECT_EQ(PostRefusal(dataSet), u"");
+    EXPECT_EQ(db.Scalar("SELECT name FROM scripts WHERE id = 1"), u"unique");
+}
+
+TEST_F(SqliteDataSetTest, FieldsRefuseWhatTheyCannotTake)
+{
+    TField* lines = dataSet.FieldByName(u"lines");
+    EXPECT_THROW(lines->SetAsString(u"4"), EDatabaseError);  // not in edit state
+    dataSet.Edit();
+    EXPECT_THROW(lines->SetAsString(u"four"), EConvertError);
+    lines->SetReadOnly(true);
+    EXPECT_THROW(lines->SetAsString(u"4"), EDatabaseError);
+    lines->SetReadOnly(false);
+    String seen;
+    lines->OnValidate = [&](TField* field) {
+        seen = field->AsString();
+        if (seen == u"13")
+            throw EDatabaseError(u"unlucky");
+    };
+    EXPECT_THROW(lines->SetAsString(u"13"), EDatabaseError);
+    EXPECT_EQ(seen, u"13");
+    EXPECT_EQ(lines->AsString(), u"3");
+}
+
+TEST_F(SqliteDataSetTest, BinaryBlobsCannotBeReadAsText)
+{
+    dataSet.Last();
+    TField* code = dataSet.FieldByName(u"code");
+    EXPECT_THROW(delete dataSet.CreateBlobStream(code, bmRead), EInvalidOperation);
+    dataSet.Edit();
+    delete dataSet.CreateBlobStream(code, bmWrite);  // empties the value when freed
+    dataSet.Post();
+    EXPECT_EQ(db.Scalar("SELECT typeof(code) || length(code) FROM scripts WHERE id = 3"), u"blob0");
+}
+
+TEST_F(SqliteDataSetTest, AQueryIsWrittenToItsTableByKey)
+{
+    dataSet.Close();
+    dataSet.SetSQL(u"SELECT id, name FROM scripts WHERE id > 1 ORDER BY name DESC");
+    dataSet.Open();
+    EXPECT_FALSE(dataSet.CanModify());
+    EXPECT_THROW(dataSet.Edit(), EDatabaseError);
+    dataSet.Close();
+    dataSet.SetKeyFieldName(u"id");
+    dataSet.Open();
+    EXPECT_EQ(Field(u"name"), u"query");
+    dataSet.Edit();
+    dataSet.FieldByName(u"name")->SetAsString(u"renamed");
+    dataSet.Post();
+    EXPECT_EQ(db.Scalar("SELECT name FROM scripts WHERE id = 2"), u"renamed");
+    dataSet.Insert();
+    dataSet.FieldByName(u"name")->SetAsString(u"inserted");
+    dataSet.Post();
+    EXPECT_EQ(Field(u"id"), u"4");
+}
+
+TEST_F(SqliteDataSetTest, ALinkHearsOfEachStepInTheClassicOrder)
+{
+    TDataSource source(nullptr);
+    source.SetDataSet(&dataSet);
+    RecordingLink recorder(source, u"source");
+
+    dataSet.Edit();
+    EXPECT_EQ(recorder.heard, (std::vector<std::string>{"editing", "data"}));
+    recorder.heard.clear();
+    recorder.link.Modified();
+    recorder.pending = u"new text";
+    dataSet.Post();  // the link's own write is not reported back to it
+    EXPECT_EQ(recorder.heard, (std::vector<std::string>{"update", "browsing", "data"}));
+    EXPECT_EQ(db.Scalar("SELECT source FROM scripts WHERE id = 1"), u"new text");
+
+    recorder.heard.clear();
+    dataSet.Insert();
+    EXPECT_EQ(recorder.heard, (std::vector<std::string>{"editing", "data"}));
+    recorder.heard.clear();
+    dataSet.Cancel();
+    dataSet.Next();
+    EXPECT_EQ(recorder.heard, (std::vector<std::string>{"browsing", "data", "data"}));
+
+    recorder.heard.clear();
+    recorder.link.SetReadOnly(true);
+    dataSet.Edit();
+    EXPECT_FALSE(recorder.link.Editing());
+    EXPECT_EQ(recorder.heard, (std::vector<std::string>{"data"}));
+    dataSet.Cancel();
+
+    recorder.heard.clear();
+    dataSet.Close();
+    EXPECT_EQ(recorder.link.Field(), nullptr);
+    EXPECT_EQ(recorder.heard, (std::vector<std::string>{"data"}));
+}
+
+TEST_F(SqliteDataSetTest, AFreedDataSetLetsItsSourcesGo)
+{
+    TDataSource source(nullptr);
+    auto* owned = new TSqliteDataSet(nullptr);
+    owned->SetDatabaseName(db.Path());
+    owned->SetTableName(u"scripts");
+    owned->Open();
+    source.SetDataSet(owned);
+    RecordingLink recorder(source, u"name");
+    EXPECT_TRUE(recorder.link.Active());
+    delete owned;
+    EXPECT_EQ(source.DataSet(), nullptr);
+    EXPECT_FALSE(recorder.link.Active());
+    EXPECT_EQ(recorder.link.Field(), nullptr);
+}
+
+}  // namespace
