@@ -9,6 +9,8 @@ packages=(
   libgtest-dev libgmock-dev libbenchmark-dev
   libsqlite3-dev
   fonts-liberation fontconfig
+  # the fuzz targets: clang and its runtime, which holds libFuzzer
+  clang libclang-rt-14-dev
 )
 
 missing=()

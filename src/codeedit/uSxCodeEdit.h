@@ -27,6 +27,12 @@ enum TSxLineKind { lkNotSet, lkNormal, lkMainOpen, lkMainClose, lkHidden };
 
 enum TSxSearchOrigin { SearchFromCursor, SearchEntireScope };
 
+/// The longest line an edit may make, in characters (512 MiB of text). The
+/// caret may stand at any column, but typing there pads the line up to it:
+/// an edit that would grow a line beyond this raises EOutOfMemory before it
+/// changes anything, where the allocation would fail or exhaust the machine.
+constexpr Integer MaxLineLength = 1 << 28;
+
 /// Messages of the control's own.
 constexpr Cardinal WM_SX_SELECTWORD = 0x401;
 constexpr Cardinal WM_SX_SEARCHREPLACEDLG = 0x402;
@@ -202,7 +208,8 @@ protected:
     /// Clears the selection and puts the caret at (0, 0).
     void InitSelectionAndPosition();
     void SetSelection(bool IgnoreShift);
-    /// False when either end is cleared (-1), ran off the last line, or both are equal.
+    /// False when either end is cleared (-1), ran off the last line, lies on a
+    /// line before the first, or both are equal.
     bool HasSelection() const;
     /// The moving end lies after the anchor: the normal state after selecting forwards.
     bool SelectionReversed() const;
@@ -211,11 +218,21 @@ protected:
     /// An anchor beyond the last line moves onto a line added at the end and
     /// reads as running off it; answers whether it did.
     bool RepairSelectionEnd();
+    /// After the repair step: the earlier end lies beyond the last line too,
+    /// so both ran off the text and nothing is selected. No line may be
+    /// asked for there, so the three readers of the selection stop.
+    bool StartRanOff() const;
     /// Up to ACount characters of a line from column AFrom: only what the line holds.
     String LinePart(Integer ALine, Integer AFrom, Integer ACount) const;
+    /// ATo - AFrom, saturated to the Integer range: an application may set
+    /// the ends of a selection to any column, negative ones included.
+    static Integer ColumnSpan(Integer AFrom, Integer ATo);
     void BackSpaceSelected();
     /// Adds empty lines until line ALine exists.
     void EnsureLine(Integer ALine);
+    /// Raises EOutOfMemory when AAdded characters put in at column AColumn of
+    /// line ALine would make it longer than MaxLineLength.
+    void CheckLineRoom(Integer ALine, Integer AColumn, std::size_t AAdded) const;
     /// Enter in AddTxt: the line breaks at the caret, both halves trimmed, and
     /// the caret goes to the new line with the indent of the nearest text above.
     void BreakLineAtCaret(const String& S);

@@ -44,13 +44,15 @@ void TSxCodeEdit::DeleteSelected(TSxChangeType AChangeType, String& Deleted)
     if (SelectionReversed())
         SwapSelectionEnds();
     RepairSelectionEnd();
+    if (StartRanOff())
+        return;
     TSxUndoItem* record =
         AChangeType != ctNone ? FUndoList->AddUndo(AChangeType, FSelStart, FSelEnd, caretBefore, String()) : nullptr;
 
     const String head = LinePart(FSelStart.Y, 0, FSelStart.X);
     const String tail = FSelEnd.X == MaxInt ? String() : LinePart(FSelEnd.Y, FSelEnd.X, MaxInt);
     if (FSelStart.Y == FSelEnd.Y) {
-        Deleted = LinePart(FSelStart.Y, FSelStart.X, FSelEnd.X - FSelStart.X);
+        Deleted = LinePart(FSelStart.Y, FSelStart.X, ColumnSpan(FSelStart.X, FSelEnd.X));
     } else {
         Deleted = LinePart(FSelStart.Y, FSelStart.X, MaxInt) + sLineBreak;
         const String lastPiece = LinePart(FSelEnd.Y, 0, FSelEnd.X);

@@ -26,10 +26,18 @@ void TSxCodeEdit::EnsureLine(Integer ALine)
         FLines->Add(String());
 }
 
+void TSxCodeEdit::CheckLineRoom(Integer ALine, Integer AColumn, std::size_t AAdded) const
+{
+    const std::size_t length = ALine >= 0 && ALine < FLines->Count() ? FLines->Line(ALine).size() : 0;
+    if (std::max(length, std::size_t(std::max(AColumn, 0))) + AAdded > std::size_t(MaxLineLength))
+        throw EOutOfMemory(u"Out of memory: a line can hold at most " + IntToStr(MaxLineLength) + u" characters");
+}
+
 void TSxCodeEdit::AddTxt(const String& aTxt)
 {
     if (GetReadOnly())
         return;
+    CheckLineRoom(FLinePos, FCharPos, aTxt.size());
     const TPoint start = Point(FCharPos, FLinePos);
     Changed();
     EnsureLine(FLinePos);
@@ -76,6 +84,7 @@ void TSxCodeEdit::InsertText(TSxChangeType AChangeType, const String& aTxt)
 {
     if (GetReadOnly())
         return;
+    CheckLineRoom(FLinePos, FCharPos, aTxt.size());
     const TPoint start = Point(FCharPos, FLinePos);
     Changed();
     FSelStart = start;

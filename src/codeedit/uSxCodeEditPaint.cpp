@@ -5,6 +5,7 @@
 
 #include "uSxPaintHelpers.h"
 
+#include <algorithm>
 #include <memory>
 
 namespace sx {
@@ -34,6 +35,8 @@ namespace {
 constexpr Integer DarkenPercent = 10;
 /// Pixels between the left edge of the text area and the first character.
 constexpr Integer TextInnerMargin = 2;
+/// Characters drawn beyond the right edge, for glyphs narrower than a cell.
+constexpr Integer VisibleSpareChars = 16;
 
 }  // namespace
 
@@ -209,13 +212,26 @@ private:
 
     void DrawPart(TCanvas& c, const String& text, TColor font, TColor back)
     {
+        // Right of the view nothing of this part shows, nor of what follows
+        // on the line: a line of millions of characters costs one screen.
+        if (PenX >= Main->Width())
+            return;
         if (!LineColored) {
             c.Font().SetColor(font);
             c.Brush().Color = back;
         }
         c.Font().SetStyle(TokenStyle);
-        c.TextOut(PenX, PenY, text);
+        c.TextOut(PenX, PenY, VisiblePart(text));
         PenX = c.PenPos().X;
+    }
+
+    /// The head of a part that reaches the right edge, with room to spare
+    /// for characters narrower than the cell.
+    String VisiblePart(const String& text) const
+    {
+        const Integer cell = std::max(E.FCharWidth, 1);
+        const auto room = std::size_t(2 * (Main->Width() - PenX) / cell + VisibleSpareChars);
+        return text.size() > room ? text.substr(0, room) : text;
     }
 
     void PaintRightMargin()

@@ -5,7 +5,22 @@
 
 #include "platform/Caret.h"
 
+#include <algorithm>
+#include <cstdint>
+
 namespace sx {
+
+namespace {
+
+/// A - B without overflow: a caret column may be as large as an Integer goes
+/// and a page size may be negative, while a bar takes an Integer position.
+Integer ClampedDifference(Integer A, Integer B)
+{
+    const std::int64_t d = std::int64_t(A) - B;
+    return Integer(std::clamp<std::int64_t>(d, -MaxInt - 1, MaxInt));
+}
+
+}  // namespace
 
 void TSxCodeEdit::SetCharPos(Integer Value)
 {
@@ -17,8 +32,8 @@ void TSxCodeEdit::SetCharPos(Integer Value)
     }
     if (FCharPos < FHScrollBar->Position())
         FHScrollBar->SetPosition(FCharPos);
-    else if (FCharPos > FHScrollBar->Position() + FHScrollBar->PageSize())
-        FHScrollBar->SetPosition(FCharPos - FHScrollBar->PageSize());
+    else if (std::int64_t(FCharPos) > std::int64_t(FHScrollBar->Position()) + FHScrollBar->PageSize())
+        FHScrollBar->SetPosition(ClampedDifference(FCharPos, FHScrollBar->PageSize()));
     ResetCaret();
     if (FOnCursorChange)
         FOnCursorChange(this);
@@ -34,8 +49,8 @@ void TSxCodeEdit::SetLinePos(Integer Value)
         FLinePos = std::max(FLines->Count() - 1, 0);
     if (FLinePos < FVScrollBar->Position())
         FVScrollBar->SetPosition(FLinePos);
-    else if (FLinePos > FVScrollBar->Position() + FVScrollBar->PageSize() - 1)
-        FVScrollBar->SetPosition(FLinePos - FVScrollBar->PageSize());
+    else if (std::int64_t(FLinePos) > std::int64_t(FVScrollBar->Position()) + FVScrollBar->PageSize() - 1)
+        FVScrollBar->SetPosition(ClampedDifference(FLinePos, FVScrollBar->PageSize()));
     ResetCaret();
     if (FOnCursorChange)
         FOnCursorChange(this);
@@ -44,14 +59,15 @@ void TSxCodeEdit::SetLinePos(Integer Value)
 
 void TSxCodeEdit::ResetCaret()
 {
-    const Integer x = (FCharPos - FHScrollBar->Position()) * GetCharWidth();
-    const Integer y = (FLinePos - FVScrollBar->Position()) * GetLineWidth();
+    // In 64 bits: a caret far out in virtual space lies far outside the area.
+    const std::int64_t x = (std::int64_t(FCharPos) - FHScrollBar->Position()) * GetCharWidth();
+    const std::int64_t y = (std::int64_t(FLinePos) - FVScrollBar->Position()) * GetLineWidth();
     const Integer g = RealGuttorWidth();
     const bool inArea = x >= 0 && x < ClientWidth() - g - FVScrollBar->Width() && y >= 0 &&
                         y < ClientHeight() - FHScrollBar->Height();
     if (inArea) {
         FCaret->SetParent(this);
-        FCaret->Show(g + x, y, 2, GetLineWidth());
+        FCaret->Show(g + Integer(x), Integer(y), 2, GetLineWidth());
     } else {
         FCaret->Hide();
     }

@@ -68,7 +68,8 @@ void TSxCodeEdit::PrepareSearchDialog()
         FSearchDlg->GetRgOrigin()->SetItemIndex(OriginEntireScope);
         return;
     }
-    String selected = LinePart(FSelStart.Y, std::min(FSelStart.X, FSelEnd.X), std::abs(FSelEnd.X - FSelStart.X));
+    const Integer first = std::min(FSelStart.X, FSelEnd.X), last = std::max(FSelStart.X, FSelEnd.X);
+    String selected = LinePart(FSelStart.Y, first, ColumnSpan(first, last));
     if (selected.find(u' ') != String::npos)
         selected.clear();
     if (selected.empty())

@@ -3,6 +3,7 @@
 #include "uSxCodeEdit.h"
 
 #include <algorithm>
+#include <cstdint>
 
 namespace sx {
 
@@ -43,7 +44,11 @@ bool TSxCodeEdit::HasSelection() const
 {
     const bool cleared = FSelStart.X == -1 || FSelEnd.X == -1;
     const bool ranOff = FSelStart.X == MaxInt || FSelEnd.X == MaxInt;
-    return !cleared && !ranOff && FSelStart != FSelEnd;
+    // An end on a line before the first, which only an application can set,
+    // reads as none, as an end that ran off the last line does: no line
+    // operation may be asked for a negative line.
+    const bool beforeText = FSelStart.Y < 0 || FSelEnd.Y < 0;
+    return !cleared && !ranOff && !beforeText && FSelStart != FSelEnd;
 }
 
 bool TSxCodeEdit::SelectionReversed() const
@@ -67,6 +72,13 @@ bool TSxCodeEdit::RepairSelectionEnd()
     return true;
 }
 
+Integer TSxCodeEdit::ColumnSpan(Integer AFrom, Integer ATo)
+{
+    return Integer(std::clamp<std::int64_t>(std::int64_t(ATo) - AFrom, -std::int64_t(MaxInt) - 1, MaxInt));
+}
+
+bool TSxCodeEdit::StartRanOff() const { return FSelStart.Y > FSelEnd.Y; }
+
 String TSxCodeEdit::LinePart(Integer ALine, Integer AFrom, Integer ACount) const
 {
     if (ALine < 0 || ALine >= FLines->Count() || ACount <= 0)
@@ -85,8 +97,13 @@ void TSxCodeEdit::GetSelected(String& Selected)
     if (swapped)
         SwapSelectionEnds();
     RepairSelectionEnd();
+    if (StartRanOff()) {
+        if (swapped)
+            SwapSelectionEnds();
+        return;
+    }
     if (FSelStart.Y == FSelEnd.Y) {
-        Selected = LinePart(FSelStart.Y, FSelStart.X, FSelEnd.X - FSelStart.X);
+        Selected = LinePart(FSelStart.Y, FSelStart.X, ColumnSpan(FSelStart.X, FSelEnd.X));
     } else {
         Selected = LinePart(FSelStart.Y, FSelStart.X, MaxInt) + sLineBreak;
         for (Integer line = FSelStart.Y + 1; line < FSelEnd.Y; ++line)
@@ -105,21 +122,27 @@ Integer TSxCodeEdit::SelLength()
     if (swapped)
         SwapSelectionEnds();
     const bool repaired = RepairSelectionEnd();
+    if (StartRanOff()) {
+        if (swapped)
+            SwapSelectionEnds();
+        return 0;
+    }
     const auto lineLength = [this](Integer line) {
         return line >= 0 && line < FLines->Count() ? Integer(FLines->Line(line).size()) : 0;
     };
-    Integer result;
+    // Summed in 64 bits and saturated: the ends may lie at any column.
+    std::int64_t result;
     if (FSelStart.Y == FSelEnd.Y) {
-        result = FSelEnd.X - FSelStart.X;
+        result = std::int64_t(FSelEnd.X) - FSelStart.X;
     } else {
-        result = lineLength(FSelStart.Y) - FSelStart.X;
+        result = std::int64_t(lineLength(FSelStart.Y)) - FSelStart.X;
         for (Integer line = FSelStart.Y + 1; line < FSelEnd.Y; ++line)
             result += lineLength(line);
         result += repaired ? 0 : FSelEnd.X;
     }
     if (swapped)
         SwapSelectionEnds();
-    return result;
+    return Integer(std::clamp<std::int64_t>(result, -std::int64_t(MaxInt) - 1, MaxInt));
 }
 
 void TSxCodeEdit::InitSelectionAndPosition()

@@ -85,6 +85,9 @@ protected:
     void Reset() override;
     virtual uSxCodeSqlParser::TSxSqlToken InternalGetNextToken(String& Token);
 
+    /// Inside a block comment: the state a line start carries besides LineKind.
+    bool FInComment = false;
+
 private:
     void BuildKeywordTree();
     void AddKeyword(const String& AKeyWord);
@@ -98,7 +101,6 @@ private:
     /// The character the token just read consumed last.
     Char LastConsumed(const String& Token) const;
 
-    bool FInComment = false;
     TSxSqlKeywordNode* FKeywordArray = nullptr;
     TSxSqlKeywordNodeList FKeywordArrayList;
     Char FLastChar = u' ';

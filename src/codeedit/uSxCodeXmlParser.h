@@ -79,6 +79,9 @@ protected:
     /// One token, nearly always a single character whose kind the state decides.
     uSxCodeXmlParser::TSxXmlToken InternalGetNextToken(String& Token);
 
+    /// The machine's state, which a line start carries besides LineKind.
+    uSxCodeXmlParser::TParseInfo FParseInfo = uSxCodeXmlParser::pNone;
+
 private:
     bool InTag() const;
     uSxCodeXmlParser::TSxXmlToken Enter(uSxCodeXmlParser::TParseInfo state, uSxCodeXmlParser::TSxXmlToken kind);
@@ -87,8 +90,6 @@ private:
     uSxCodeXmlParser::TSxXmlToken ReadProcessing(String& Token);
     uSxCodeXmlParser::TSxXmlToken ReadCDATAEnd(String& Token);
     uSxCodeXmlParser::TSxXmlToken ReadLineBreak(String& Token);
-
-    uSxCodeXmlParser::TParseInfo FParseInfo = uSxCodeXmlParser::pNone;
 };
 
 }  // namespace sx

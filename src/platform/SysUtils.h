@@ -54,6 +54,11 @@ class EConvertError : public Exception {
     using Exception::Exception;
 };
 
+/// Memory that cannot be had: raised before an allocation that could not succeed.
+class EOutOfMemory : public Exception {
+    using Exception::Exception;
+};
+
 enum class TStringSearchOption { soDown, soMatchCase, soWholeWord };
 /// The flags of SearchBuf, one byte: bit 0 soDown, 1 soMatchCase, 2 soWholeWord.
 using TStringSearchOptions = TSet<TStringSearchOption, 8>;

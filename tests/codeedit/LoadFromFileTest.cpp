@@ -87,4 +87,29 @@ TEST_F(LoadFromFile, MissingFileRaisesAndLeavesTheTextWithTheCaretAtTheTop)
     EXPECT_EQ(Caret(), Point(0, 0));
 }
 
+TEST_F(LoadFromFile, FaultyFilesRaiseClearlyOrLoseNoCharacter)
+{
+    Start(u"old", Point(1, 0));
+    const String folder = StrFromLatin1(dir.string().c_str());
+    EXPECT_THROW(edit->LoadFromFile(folder), EFOpenError);
+    EXPECT_EQ(edit->Text(), u"old\r\n");
+
+    edit->LoadFromFile(WriteFile(std::string("\xFF\xFE" "a\0b", 5)));  // an odd byte behind a UTF-16 mark
+    EXPECT_EQ(edit->Text(), u"a\uFFFD\r\n");
+    edit->LoadFromFile(WriteFile("caf\xE9\r\n\x80uro"));  // no UTF-8: every byte in 8 bits
+    EXPECT_EQ(edit->Text(), u"caf\u00E9\r\n\u20ACuro\r\n");
+    edit->LoadFromFile(WriteFile(std::string("a\0b\r\n\0", 6)));  // NUL bytes stay characters of their lines
+    EXPECT_EQ(edit->Text(), String(u"a\0b\r\n\0\r\n", 8));
+    Render(*edit);
+
+    edit->LoadFromFile(WriteFile(std::string(10000000, 'x') + "\r\nend"));
+    ASSERT_EQ(edit->Lines().Count(), 2);
+    EXPECT_EQ(Line(0).size(), 10000000u);
+    Press(*edit, Qt::Key_End);
+    EXPECT_EQ(Caret(), Point(10000000, 0));
+    Type(*edit, QStringLiteral("!"));
+    EXPECT_EQ(Line(0).size(), 10000001u);
+    Render(*edit);
+}
+
 }  // namespace

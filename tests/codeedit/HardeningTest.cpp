@@ -1,0 +1,147 @@
+// Values an application may give the control that no user could, and what
+// the randomized editing found: each case as a plain test, so that it stays
+// fixed in the ordinary suite.
+#include "codeedit/EditorFixture.h"
+
+#include "platform/Clipboard.h"
+
+#include <QApplication>
+#include <QClipboard>
+#include <QImage>
+#include <QMimeData>
+
+using namespace sx;
+using namespace sx::test;
+using namespace sx::uSxCodeEdit;
+
+namespace {
+
+class Hardening : public EditorTest {
+protected:
+    void SetUp() override
+    {
+        EditorTest::SetUp();
+        SetApplicationExceptionHandler([this](const std::exception& e) {
+            const auto* error = dynamic_cast<const Exception*>(&e);
+            reported.push_back(error ? error->Message() : u"?");
+            outOfMemory = dynamic_cast<const EOutOfMemory*>(&e) != nullptr;
+        });
+    }
+    void TearDown() override { SetApplicationExceptionHandler(nullptr); }
+
+    std::vector<String> reported;
+    bool outOfMemory = false;
+};
+
+TEST_F(Hardening, TypingAtAColumnNoLineCanReachRaisesAndChangesNothing)
+{
+    Start(u"ab\r\ncd");
+    edit->SetCharPos(MaxInt);
+    edit->SetModified(false);
+    EXPECT_EQ(edit->CharPos(), MaxInt);
+    Render(*edit);  // the caret lies far outside the view
+
+    Type(*edit, QStringLiteral("x"));  // through the event boundary, which reports it
+    ASSERT_EQ(reported.size(), 1u);
+    EXPECT_TRUE(outOfMemory);
+    EXPECT_THROW(SendMessage(edit, WM_CHAR, u'\t'), EOutOfMemory);
+    EXPECT_THROW(edit->InsertCode(0, MaxInt - 2, u"y"), EOutOfMemory);
+    EXPECT_EQ(edit->Text(), u"ab\r\ncd\r\n");
+    EXPECT_FALSE(edit->CanUndo());
+    EXPECT_FALSE(edit->Modified());
+}
+
+TEST_F(Hardening, AnEndOnALineBeforeTheFirstReadsAsNoSelection)
+{
+    Start(u"one\r\ntwo\r\nthree", Point(2, 1));
+    for (const TPoint anchor : {Point(0, -1), Point(3, -5), Point(-7, -2)}) {
+        edit->SetSelEnd(anchor);
+        String selected = u"?";
+        edit->GetSelected(selected);
+        EXPECT_EQ(selected, u"");
+        EXPECT_EQ(edit->SelLength(), 0);
+        Press(*edit, Qt::Key_Delete);  // the key sees an anchor, the deletion no selection
+        EXPECT_TRUE(reported.empty());
+        Render(*edit);
+    }
+    EXPECT_EQ(edit->Text(), u"one\r\ntwo\r\nthree\r\n");
+    EXPECT_EQ(Caret(), Point(2, 1));
+}
+
+TEST_F(Hardening, EndsAtExtremeColumnsAreMeasuredWithoutOverflow)
+{
+    Start(u"abc\r\ndef");
+    edit->SetSelStart(Point(-3, 0));
+    edit->SetSelEnd(Point(MaxInt - 1, 0));
+    String selected;
+    edit->GetSelected(selected);
+    EXPECT_EQ(selected, u"abc");
+    EXPECT_EQ(edit->SelLength(), MaxInt);  // the count saturates
+    edit->SetSelEnd(Point(MaxInt - 1, 1));
+    EXPECT_EQ(edit->SelLength(), MaxInt);
+    PostMessage(edit, uSxCodeEdit::WM_SX_SEARCHREPLACEDLG);  // the dialog takes its text from the selection
+    ProcessPostedMessages();
+    edit->SetSelEnd(Point(MaxInt - 1, 0));
+    String deleted;
+    edit->DeleteSelected(ctDelete, deleted);
+    EXPECT_EQ(deleted, u"abc");
+    EXPECT_EQ(edit->Text(), u"\r\ndef\r\n");
+    EXPECT_TRUE(reported.empty());
+}
+
+TEST_F(Hardening, BothEndsBehindTheLastLineSelectNothing)
+{
+    // Found by the seeded editing test: an undo record of a paste made on a
+    // longer text deleted a range wholly behind the last line.
+    Start(u"one\r\ntwo\r\nthree", Point(1, 2));
+    Type(*edit, QStringLiteral("xy"));
+    edit->Lines().Delete(2);
+    edit->Lines().Delete(1);
+    Undo();
+    Undo();
+    EXPECT_TRUE(reported.empty());
+    EXPECT_EQ(edit->Text(), u"one\r\n\r\n\r\n");  // each repair step's empty line stays
+
+    edit->SetSelStart(Point(0, 7));
+    edit->SetSelEnd(Point(2, 5));
+    String selected = u"?";
+    edit->GetSelected(selected);
+    EXPECT_EQ(selected, u"");
+    EXPECT_EQ(edit->SelLength(), 0);
+    String deleted = u"?";
+    edit->DeleteSelected(ctDelete, deleted);
+    EXPECT_EQ(deleted, u"");
+    EXPECT_EQ(Line(0), u"one");
+    EXPECT_EQ(edit->UndoList().Count(), 0);
+}
+
+TEST_F(Hardening, ARecordBehindTheLastLineRaisesTheIndexErrorAndGoes)
+{
+    Start(u"one\r\ntwo\r\nthree", Point(0, 2));
+    Press(*edit, Qt::Key_Delete);
+    edit->SetText(u"x");
+    EXPECT_THROW(Undo(), EListError);
+    EXPECT_FALSE(edit->CanUndo());
+    EXPECT_EQ(edit->Text(), u"x\r\n");
+}
+
+TEST_F(Hardening, PasteWithAnEmptyOrNonTextClipboardInsertsNothing)
+{
+    Start(u"abc", Point(1, 0));
+    Clipboard().Clear();
+    EXPECT_FALSE(edit->CanPaste());
+    SendMessage(edit, WM_PASTE);
+    auto* data = new QMimeData;
+    data->setData(QStringLiteral("application/x-binary"), QByteArray("\x01\x02", 2));
+    QApplication::clipboard()->setMimeData(data);
+    EXPECT_FALSE(edit->CanPaste());
+    EXPECT_EQ(Clipboard().AsText(), u"");
+    SendMessage(edit, WM_PASTE);
+    QApplication::clipboard()->setImage(QImage(2, 2, QImage::Format_RGB32));
+    SendMessage(edit, WM_PASTE);
+    EXPECT_EQ(edit->Text(), u"abc\r\n");
+    EXPECT_EQ(Caret(), Point(1, 0));
+    EXPECT_TRUE(reported.empty());
+}
+
+}  // namespace

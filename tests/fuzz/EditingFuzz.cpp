@@ -1,0 +1,36 @@
+// Fuzz target for the editing engine: the bytes are a starting text and a
+// sequence of at most 100 operations on a fresh control, as a user and an
+// application drive it. After every step the invariants of the control are
+// checked, and at the end, when the sequence held nothing that undo does not
+// restore, undoing every record must give back the starting text.
+#include "support/EditingSession.h"
+#include "FuzzSupport.h"
+
+#include "support/ModalAnswers.h"
+#include "support/RenderHelpers.h"
+
+#include <QApplication>
+
+using namespace sx;
+using namespace sx::fuzz;
+using namespace sx::test;
+
+extern "C" int LLVMFuzzerInitialize(int* argc, char*** argv)
+{
+    qputenv("QT_QPA_PLATFORM", "offscreen");
+    // Made once and never destroyed: libFuzzer ends the process with exit(),
+    // and Qt's own globals may be gone before static destructors would run.
+    new QApplication(*argc, *argv);
+    QApplication::setStyle(QStringLiteral("Fusion"));
+    RefuseModals();
+    return 0;
+}
+
+extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size)
+{
+    static Host* host = new Host;
+    ByteReader in(data, size);
+    EditingSession session(*host, [](const std::string& what) { Fail("editing", what); });
+    session.Run(in, 100);
+    return 0;
+}

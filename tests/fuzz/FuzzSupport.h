@@ -1,0 +1,72 @@
+// Shared pieces of the fuzz targets: lines split as the line store keeps
+// them, and a check that stops the run with a message when an invariant breaks.
+#pragma once
+
+#include "platform/SysUtils.h"
+#include "platform/Types.h"
+#include "support/ByteReader.h"
+
+#include <algorithm>
+#include <cstddef>
+#include <cstdint>
+#include <cstdio>
+#include <cstdlib>
+#include <string>
+#include <vector>
+
+namespace sx::fuzz {
+
+using test::ByteReader;
+using test::TextOf;
+
+/// Stops the run: libFuzzer keeps the input that got here as a crash.
+[[noreturn]] inline void Fail(const char* what, const std::string& detail = std::string())
+{
+    std::fprintf(stderr, "invariant broken: %s %s\n", what, detail.c_str());
+    std::abort();
+}
+
+#define SX_FUZZ_CHECK(cond, detail)         \
+    do {                                    \
+        if (!(cond))                        \
+            ::sx::fuzz::Fail(#cond, detail); \
+    } while (false)
+
+/// A string for a failure message, in UTF-8, with control characters as \xNN.
+inline std::string Show(const String& s)
+{
+    std::string out = "\"";
+    for (const Char c : s) {
+        if (c < 32) {
+            const char digits[] = "0123456789ABCDEF";
+            out += std::string("\\x") + digits[c >> 4] + digits[c & 15];
+        } else {
+            out += StrToUtf8(String(1, c));
+        }
+    }
+    return out + "\"";
+}
+
+/// The lines of a text as the line store keeps them: split at CR LF, a lone
+/// CR or a lone LF, with no line behind a final break.
+inline std::vector<String> SplitLines(const String& text)
+{
+    std::vector<String> lines;
+    String line;
+    for (std::size_t i = 0; i < text.size(); ++i) {
+        const Char c = text[i];
+        if (c != 13 && c != 10) {
+            line.push_back(c);
+            continue;
+        }
+        if (c == 13 && i + 1 < text.size() && text[i + 1] == 10)
+            ++i;
+        lines.push_back(line);
+        line.clear();
+    }
+    if (!line.empty())
+        lines.push_back(line);
+    return lines;
+}
+
+}  // namespace sx::fuzz
