@@ -11,6 +11,7 @@ packages=(
   fonts-liberation fontconfig
   # the fuzz targets: clang and its runtime, which holds libFuzzer
   clang libclang-rt-14-dev
+  libqscintilla2-qt6-dev  # the peer benchmark, bench/peers
 )
 
 missing=()

@@ -289,6 +289,9 @@ protected:
     /// The column of the hit in the range of columns that line ALine lends to
     /// the pass, or -1; AOrigin stands for the caret.
     Integer SearchLine(Integer ALine, TPoint AOrigin);
+    /// SearchBuf on the part of a line from column AFrom on, ABufLen long,
+    /// starting at ASelStart in that part; the column of the hit in the line, or -1.
+    Integer SearchInLine(TLineView AText, Integer AFrom, Integer ABufLen, Integer ASelStart) const;
     void SelectSearchHit(TPoint AHit);
     /// The replace step: asks when told to, replaces, and posts the next
     /// pass of a replace-all.

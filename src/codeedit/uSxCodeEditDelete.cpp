@@ -15,7 +15,7 @@ namespace {
 /// Where Backspace may go back to in a line: one past its leading spaces, or
 /// 0 when the line does not start with a space. The last character is never
 /// counted, so a line of three spaces gives 3 and a line of one character 0.
-Integer IndentMark(const String& line)
+Integer IndentMark(TLineView line)
 {
     std::size_t i = 0;
     while (i + 1 < line.size() && line[i] == u' ')
@@ -57,8 +57,10 @@ void TSxCodeEdit::DeleteSelected(TSxChangeType AChangeType, String& Deleted)
         Deleted = LinePart(FSelStart.Y, FSelStart.X, MaxInt) + sLineBreak;
         const String lastPiece = LinePart(FSelEnd.Y, 0, FSelEnd.X);
         for (Integer removed = 0; removed < FSelEnd.Y - FSelStart.Y; ++removed) {
-            if (removed > 0)
-                Deleted += FLines->Line(FSelStart.Y) + sLineBreak;
+            if (removed > 0) {
+                FLines->Line(FSelStart.Y).AppendTo(Deleted);
+                Deleted += sLineBreak;
+            }
             FLines->Delete(FSelStart.Y);
         }
         Deleted += lastPiece;
@@ -116,12 +118,11 @@ bool TSxCodeEdit::BackToIndent(const String& S)
 
 void TSxCodeEdit::JoinWithLineAbove(const String& S)
 {
-    const String& above = FLines->Line(FLinePos - 1);
-    const TPoint start = Point(Integer(above.size()), FLinePos - 1);
+    const TPoint start = Point(Integer(FLines->Line(FLinePos - 1).size()), FLinePos - 1);
     const TPoint caret = Point(0, FLinePos);
     FUndoList->AddUndo(ctDelete, start, caret, caret, sLineBreak);
     SetCharPos(start.X);
-    FLines->Put(FLinePos - 1, TrimRight(FLines->Line(FLinePos - 1)) + S);
+    FLines->Put(FLinePos - 1, TrimRight(FLines->Get(FLinePos - 1)) + S);
     FLines->Delete(FLinePos);
     SetLinePos(FLinePos - 1);
     Invalidate();

@@ -26,7 +26,7 @@ void TSxCodeEdit::LoadFromFile(const String& aFileName)
         // Freed at the end of this block, however the load ends.
         const auto stream = std::make_unique<TSxStringStream>(CodePages::Utf16LE, StreamCapacityHint);
         stream->LoadFromFile(aFileName, CodePages::Detect);
-        FLines->SetText(stream->GetWString());
+        stream->TakeLines(*FLines);
     }
     Invalidate();
 }

@@ -70,11 +70,10 @@ void TSxCodeEdit::IndentNewLine()
     // The model is the nearest line above that holds more than spaces; only
     // spaces count as indent, so a tab at the head ends the count.
     for (Integer line = FLinePos - 1; line >= 0; --line) {
-        const String& model = FLines->Line(line);
-        const std::size_t indent = model.find_first_not_of(u' ');
-        if (indent == String::npos)
+        const std::size_t indent = FLines->Line(line).FindFirstNot(u' ');
+        if (indent == TLineView::npos)
             continue;
-        FLines->Put(FLinePos, String(indent, u' ') + FLines->Line(FLinePos));
+        FLines->Put(FLinePos, String(indent, u' ') + FLines->Get(FLinePos));
         SetCharPos(Integer(indent));
         return;
     }
@@ -90,7 +89,7 @@ void TSxCodeEdit::InsertText(TSxChangeType AChangeType, const String& aTxt)
     FSelStart = start;
     FSelEnd = start;
     EnsureLine(FSelStart.Y);
-    if (const String& line = FLines->Line(FSelStart.Y); Integer(line.size()) < FSelStart.X)
+    if (const String line = FLines->Get(FSelStart.Y); Integer(line.size()) < FSelStart.X)
         FLines->Put(FSelStart.Y, line + String(std::size_t(FSelStart.X) - line.size(), u' '));
 
     // Any two neighbouring break characters make one break.
@@ -103,7 +102,7 @@ void TSxCodeEdit::InsertText(TSxChangeType AChangeType, const String& aTxt)
         if (idx + 1 < aTxt.size() && IsLineBreakChar(aTxt[idx + 1]))
             ++idx;
         SplitLineAtSelStart();
-        FLines->Put(FSelStart.Y - 1, FLines->Line(FSelStart.Y - 1) + aTxt.substr(segStart, segEnd - segStart));
+        FLines->Put(FSelStart.Y - 1, FLines->Get(FSelStart.Y - 1) + aTxt.substr(segStart, segEnd - segStart));
         segStart = idx + 1;
     }
     if (segStart < idx) {

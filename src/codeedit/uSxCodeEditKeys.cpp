@@ -176,7 +176,7 @@ void TSxCodeEdit::GotoNextChar(bool AForward)
         return;
     String s = FLines->Get(lineIdx);
     Integer idx = FCharPos;  // 1-based: the character left of the caret
-    const auto length = [](const String& text) { return Integer(text.size()); };
+    const auto length = [](const auto& text) { return Integer(text.size()); };
 
     // The neighbouring line in the walking direction; at the first or last
     // line a string of one character 0, the end of input.

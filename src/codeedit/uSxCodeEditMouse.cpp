@@ -72,7 +72,7 @@ void TSxCodeEdit::WMSselectWord(TMessage&)
 {
     if (FLines->Count() <= FLinePos)
         return;
-    const String& s = FLines->Line(FLinePos);
+    const TLineView s = FLines->Line(FLinePos);
     const Integer length = Integer(s.size());
     if (FCharPos >= length)
         return;

@@ -35,8 +35,17 @@ namespace {
 constexpr Integer DarkenPercent = 10;
 /// Pixels between the left edge of the text area and the first character.
 constexpr Integer TextInnerMargin = 2;
-/// Characters drawn beyond the right edge, for glyphs narrower than a cell.
-constexpr Integer VisibleSpareChars = 16;
+/// A token longer than this that runs past the right edge is drawn only up
+/// to where it has passed it.
+constexpr std::size_t LongTokenChars = 512;
+/// Characters kept beyond the edge when such a token is cut, so that the
+/// glyphs that can show are shaped with all that follows them on screen.
+constexpr std::size_t CutSlackChars = 16;
+
+bool IsPrintableAscii(const String& text)
+{
+    return std::all_of(text.begin(), text.end(), [](Char ch) { return ch >= 0x20 && ch < 0x7F; });
+}
 
 }  // namespace
 
@@ -53,6 +62,8 @@ public:
         if (Gutter)
             PaintGutter();
         PenY = 0;
+        // Ink may reach left of a glyph's origin, by less than a line's height.
+        DrawLimit = Main->Width() + E.GetLineWidth();
         TopLine = E.FVScrollBar->Position();
         if (TopLine < E.FLines->Count()) {
             PrepareParser();
@@ -153,6 +164,11 @@ private:
                 StartLine();
                 continue;
             }
+            if (PenX >= DrawLimit) {
+                // Nothing of this token or of those behind it on the line can show.
+                Column += Integer(token.size());
+                continue;
+            }
             DrawToken(c, token);
         }
     }
@@ -221,17 +237,25 @@ private:
             c.Brush().Color = back;
         }
         c.Font().SetStyle(TokenStyle);
-        c.TextOut(PenX, PenY, VisiblePart(text));
+        if (text.size() > LongTokenChars)
+            c.TextOut(PenX, PenY, VisiblePart(c, text));
+        else
+            c.TextOut(PenX, PenY, text);
         PenX = c.PenPos().X;
     }
 
-    /// The head of a part that reaches the right edge, with room to spare
-    /// for characters narrower than the cell.
-    String VisiblePart(const String& text) const
+    /// A long text of printable ASCII that runs past the right edge, cut
+    /// some characters behind the point where it has passed it: glyphs
+    /// behind that could not show, and those before it are laid out the
+    /// same, left to right with nothing that reaches back. Other texts stand.
+    String VisiblePart(TCanvas& c, const String& text) const
     {
-        const Integer cell = std::max(E.FCharWidth, 1);
-        const auto room = std::size_t(2 * (Main->Width() - PenX) / cell + VisibleSpareChars);
-        return text.size() > room ? text.substr(0, room) : text;
+        if (!IsPrintableAscii(text))
+            return text;
+        for (std::size_t keep = LongTokenChars; keep + CutSlackChars < text.size(); keep *= 2)
+            if (PenX + c.TextWidth(text.substr(0, keep)) >= DrawLimit)
+                return text.substr(0, keep + CutSlackChars);
+        return text;
     }
 
     void PaintRightMargin()
@@ -307,6 +331,8 @@ private:
     std::unique_ptr<TBitmap> Main;
     std::unique_ptr<TBitmap> Gutter;
     Integer LeftEdge = 0;
+    /// Where a token begins whose ink cannot reach into the bitmap.
+    Integer DrawLimit = 0;
     Integer TopLine = 0;
     Integer PenX = 0;
     Integer PenY = 0;
@@ -344,9 +370,10 @@ bool TSxCodeEdit::ParserGetNewBuffer(bool AReset, String& S)
     if (FParserLineNr >= FLines->Count())
         return false;
     FLines->PutObject(FParserLineNr, GetParser()->LineKind());
-    const String& line = FLines->Line(FParserLineNr);
+    const TLineView line = FLines->Line(FParserLineNr);
     S.reserve(line.size() + 2);
-    S.assign(line);
+    S.clear();
+    line.AppendTo(S);
     S += u"\r\n";
     ParserLineCollapse = IsLineCollapse(FParserLineNr, ParserLineCollapsed);
     ++FParserLineNr;

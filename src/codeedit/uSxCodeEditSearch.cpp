@@ -164,22 +164,34 @@ bool TSxCodeEdit::FindSearchHit(TPoint AResume, TPoint& AHit)
 Integer TSxCodeEdit::SearchLine(Integer ALine, TPoint AOrigin)
 {
     const TSxSearchReplaceOptions& o = FSearchOptions;
-    const String& text = FLines->Line(ALine);
+    const TLineView text = FLines->Line(ALine);
     const auto length = Integer(text.size());
     const bool atOrigin = o.Origin == SearchFromCursor && ALine == AOrigin.Y;
-    const Char* hit;
     if (o.SearchForward) {
         const Integer lower = atOrigin ? AOrigin.X : (ALine == o.StartLine ? o.StartPos : 0);
         const Integer upper = std::min(ALine == o.EndLine ? o.EndPos : length, length);
-        hit = SearchBuf(text.data(), upper, lower, 0, o.SearchString, o.Options);
-    } else {
-        const Integer upper = std::min(atOrigin ? AOrigin.X : (ALine == o.EndLine ? o.EndPos : length), length);
-        const Integer lower = std::max(ALine == o.StartLine ? o.StartPos : 0, 0);
-        if (lower >= upper)
-            return -1;
-        hit = SearchBuf(text.data() + lower, upper - lower, upper - lower, 0, o.SearchString, o.Options);
+        return SearchInLine(text, 0, upper, lower);
     }
-    return hit ? Integer(hit - text.data()) : -1;
+    const Integer upper = std::min(atOrigin ? AOrigin.X : (ALine == o.EndLine ? o.EndPos : length), length);
+    const Integer lower = std::max(ALine == o.StartLine ? o.StartPos : 0, 0);
+    if (lower >= upper)
+        return -1;
+    return SearchInLine(text, lower, upper - lower, upper - lower);
+}
+
+Integer TSxCodeEdit::SearchInLine(TLineView AText, Integer AFrom, Integer ABufLen, Integer ASelStart) const
+{
+    const TSxSearchReplaceOptions& o = FSearchOptions;
+    if (AText.empty())
+        return -1;
+    // The line's own characters, one byte or two each, with no copy.
+    if (const Byte* narrow = AText.NarrowData()) {
+        const Byte* hit = SearchBufLatin1(narrow + AFrom, ABufLen, ASelStart, 0, o.SearchString, o.Options);
+        return hit ? Integer(hit - narrow) : -1;
+    }
+    const Char* wide = AText.WideData();
+    const Char* hit = SearchBuf(wide + AFrom, ABufLen, ASelStart, 0, o.SearchString, o.Options);
+    return hit ? Integer(hit - wide) : -1;
 }
 
 void TSxCodeEdit::SelectSearchHit(TPoint AHit)

@@ -83,9 +83,7 @@ String TSxCodeEdit::LinePart(Integer ALine, Integer AFrom, Integer ACount) const
 {
     if (ALine < 0 || ALine >= FLines->Count() || ACount <= 0)
         return String();
-    const String& line = FLines->Line(ALine);
-    const auto from = std::size_t(std::max(AFrom, 0));
-    return from < line.size() ? line.substr(from, std::size_t(ACount)) : String();
+    return FLines->Line(ALine).Substr(std::size_t(std::max(AFrom, 0)), std::size_t(ACount));
 }
 
 void TSxCodeEdit::GetSelected(String& Selected)

@@ -55,7 +55,7 @@ void TSxUndoList::PutTextBack(const TSxUndoItem& Item)
     SxStringToList(line.substr(0, column) + Item.Value() + line.substr(column), sLineBreak, pieces);
     lines.Delete(at.Y);
     for (Integer i = 0; i < pieces.Count(); ++i)
-        lines.Insert(at.Y + i, pieces.Line(i));
+        lines.Insert(at.Y + i, pieces.Get(i));
     FOwner->SetLinePos(Item.CaretPos().Y);
     FOwner->SetCharPos(Item.CaretPos().X);
     if (Item.ChangeType() == ctCut) {

@@ -35,16 +35,24 @@ int BlinkIntervalMs()
     return flash > 0 ? flash / 2 : 0;  // 0 or less: the desktop wants no blinking
 }
 
-void UpdateBlock()
+/// Brings the block widget in line with the caret.
+void SyncBlock()
 {
     CaretState& c = Caret();
     if (!c.block)
         return;
+    if (!c.info.Window) {
+        c.block->hide();
+        return;
+    }
     c.block->setGeometry(c.info.Pos.X, c.info.Pos.Y, c.info.Width, c.info.Height);
-    const bool focused = c.info.Window && c.info.Window->Focused();
-    c.block->setVisible(c.info.Shown && focused);
+    c.block->setVisible(c.info.Shown && c.info.Window->Focused());
     c.block->raise();
 }
+
+/// Moving or hiding the block repaints the window under it: it goes with
+/// the window's other screen updates, which wait for posted messages.
+void UpdateBlock() { UpdateScreen(&Caret(), SyncBlock); }
 
 /// The block widget over the window, kept from one caret to the next: the
 /// caret is made anew on every move, and a widget each time would be slow.
@@ -85,9 +93,11 @@ bool CreateCaret(TWinControl* window, void*, Integer width, Integer height)
     CaretState& c = Caret();
     c.info = TCaretInfo{window, Point(0, 0), width, height, false};
     QWidget* block = BlockFor(window->Widget());
-    QPalette palette = block->palette();
-    palette.setColor(QPalette::Window, ToQColor(clWindowText));
-    block->setPalette(palette);
+    if (const QColor color = ToQColor(clWindowText); block->palette().color(QPalette::Window) != color) {
+        QPalette palette = block->palette();
+        palette.setColor(QPalette::Window, color);
+        block->setPalette(palette);
+    }
     return true;
 }
 
@@ -129,9 +139,8 @@ bool DestroyCaret()
     CaretState& c = Caret();
     if (c.timer)
         c.timer->stop();
-    if (c.block)
-        c.block->hide();
     c.info = TCaretInfo{};
+    UpdateBlock();
     return true;
 }
 

@@ -6,6 +6,7 @@
 #include "QtKeys.h"
 
 #include <QApplication>
+#include <QElapsedTimer>
 #include <QEvent>
 #include <QKeyEvent>
 #include <QMouseEvent>
@@ -14,7 +15,9 @@
 #include <QWheelEvent>
 #include <QWidget>
 
+#include <algorithm>
 #include <cstdio>
+#include <utility>
 
 namespace sx {
 
@@ -28,10 +31,47 @@ std::function<void(const std::exception&)>& ExceptionHandler()
 
 const QEvent::Type PostedMessageEventType = static_cast<QEvent::Type>(QEvent::registerEventType());
 
-/// A numbered message travelling through Qt's event queue.
+/// A screen update never waits longer than this for posted messages, so
+/// that a long chain of them still shows its progress.
+constexpr qint64 MaxScreenUpdateDelayMs = 100;
+
+/// The posted messages not yet handled or dropped, and the screen updates
+/// that wait for them, one for each key.
+struct ScreenUpdates {
+    int PendingMessages = 0;
+    /// Modal windows up: updates run at once.
+    int ModalDepth = 0;
+    std::vector<std::pair<const void*, std::function<void()>>> Waiting;
+    QElapsedTimer WaitingSince;
+};
+
+ScreenUpdates& Updates()
+{
+    static ScreenUpdates updates;
+    return updates;
+}
+
+void RunWaitingUpdates()
+{
+    for (const auto& [key, update] : std::exchange(Updates().Waiting, {}))
+        update();
+}
+
+/// A numbered message travelling through Qt's event queue. It counts as
+/// pending from its posting until Qt has delivered or dropped it.
 class PostedMessageEvent : public QEvent {
 public:
-    explicit PostedMessageEvent(const TMessage& message) : QEvent(PostedMessageEventType), Message(message) {}
+    explicit PostedMessageEvent(const TMessage& message) : QEvent(PostedMessageEventType), Message(message)
+    {
+        ++Updates().PendingMessages;
+    }
+    ~PostedMessageEvent() override
+    {
+        if (--Updates().PendingMessages == 0)
+            RunWaitingUpdates();
+    }
+    PostedMessageEvent(const PostedMessageEvent&) = delete;
+    PostedMessageEvent& operator=(const PostedMessageEvent&) = delete;
     TMessage Message;
 };
 
@@ -440,7 +480,10 @@ void TWinControl::SetFocus()
 void TWinControl::Invalidate()
 {
     if (FWidget)
-        FWidget->update();
+        UpdateScreen(FWidget, [widget = QPointer<QWidget>(FWidget)] {
+            if (widget)
+                widget->update();
+        });
 }
 
 void TWinControl::Repaint()
@@ -574,6 +617,35 @@ void TCustomControl::PaintWidget(QPainter& painter)
     }
     FCanvas.Detach();
 }
+
+void UpdateScreen(const void* Key, std::function<void()> Update)
+{
+    ScreenUpdates& u = Updates();
+    if (u.PendingMessages == 0 || u.ModalDepth > 0) {
+        Update();
+        return;
+    }
+    if (u.Waiting.empty())
+        u.WaitingSince.start();
+    const auto same = [Key](const auto& waiting) { return waiting.first == Key; };
+    if (std::find_if(u.Waiting.begin(), u.Waiting.end(), same) == u.Waiting.end())
+        u.Waiting.emplace_back(Key, std::move(Update));
+    if (u.WaitingSince.elapsed() >= MaxScreenUpdateDelayMs)
+        RunWaitingUpdates();
+}
+
+void CancelScreenUpdate(const void* Key)
+{
+    std::erase_if(Updates().Waiting, [Key](const auto& waiting) { return waiting.first == Key; });
+}
+
+TScreenUpdatesNow::TScreenUpdatesNow()
+{
+    ++Updates().ModalDepth;
+    RunWaitingUpdates();
+}
+
+TScreenUpdatesNow::~TScreenUpdatesNow() { --Updates().ModalDepth; }
 
 NativeInt SendMessage(TWinControl* target, Cardinal Msg, NativeUInt WParam, NativeInt LParam)
 {

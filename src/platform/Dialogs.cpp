@@ -1,6 +1,7 @@
 // Message boxes over QMessageBox, centred on the active window.
 #include "Dialogs.h"
 
+#include "Controls.h"
 #include "QtConvert.h"
 
 #include <QApplication>
@@ -18,6 +19,7 @@ TMsgBoxHook& MsgBoxHook()
 
 Integer ShowBox(TMsgBoxKind kind, const String& text, const String& caption)
 {
+    const TScreenUpdatesNow screenUpdates;
     if (const TMsgBoxHook hook = MsgBoxHook())
         return hook(kind, text, caption);
     QMessageBox::StandardButtons buttons = QMessageBox::Ok;

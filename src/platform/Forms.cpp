@@ -196,6 +196,7 @@ TModalResult TForm::ShowModal()
         throw EInvalidOperation(u"Cannot make a visible window modal");
     FModalResult = mrNone;
     FModal = true;
+    const TScreenUpdatesNow screenUpdates;
     try {
         PlaceOnScreen();
         Widget()->setWindowModality(Qt::ApplicationModal);

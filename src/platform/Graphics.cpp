@@ -6,12 +6,17 @@
 #include <QFont>
 #include <QFontDatabase>
 #include <QFontMetrics>
+#include <QGlyphRun>
 #include <QGuiApplication>
 #include <QImage>
 #include <QPainter>
 #include <QPalette>
+#include <QTextLayout>
 
 #include <cstdlib>
+#include <map>
+#include <tuple>
+#include <unordered_map>
 
 namespace sx {
 
@@ -61,9 +66,79 @@ TColor ColorToRGB(TColor color)
     return index < ClassicSystemColors.size() ? ClassicSystemColors[index] : clBlack;
 }
 
+/// A text as Qt's shaping laid it out for one font: its width as the font's
+/// metrics give it, and its glyphs with their positions.
+struct TShapedText {
+    Integer Width = 0;
+    QList<QGlyphRun> Runs;
+    /// From the layout's baseline to the one drawText uses (the metrics' whole-pixel ascent).
+    qreal BaselineShift = 0;
+};
+
+namespace {
+
+bool TextShortcutsEnabled = true;
+
+/// Printable ASCII only: one font covers it, with no tab, mark or bidi, so
+/// that the kept glyphs draw exactly as drawText draws the text.
+bool KeepsShape(const String& text)
+{
+    return !text.empty() && std::all_of(text.begin(), text.end(), [](Char c) { return c >= 0x20 && c < 0x7F; });
+}
+
+/// The shaped texts of one font. A paint draws mostly the tokens of the paint
+/// before it, so most of them are found here.
+class ShapeTable {
+public:
+    const TShapedText& Get(const QFont& font, const QFontMetrics& metrics, const String& text)
+    {
+        if (const auto found = FEntries.find(text); found != FEntries.end())
+            return found->second;
+        if (FEntries.size() >= MaxEntries)
+            FEntries.clear();  // a simple bound: start again
+        return FEntries.emplace(text, Shape(font, metrics, text)).first->second;
+    }
+
+private:
+    /// Enough for the tokens of several screens.
+    static constexpr std::size_t MaxEntries = 4096;
+
+    static TShapedText Shape(const QFont& font, const QFontMetrics& metrics, const String& text)
+    {
+        const QString qtext = ToQString(text);
+        QTextLayout layout(qtext, font);
+        layout.beginLayout();
+        const QTextLine line = layout.createLine();
+        layout.endLayout();
+        TShapedText shaped;
+        shaped.Width = metrics.horizontalAdvance(qtext);
+        shaped.Runs = layout.glyphRuns();
+        shaped.BaselineShift = metrics.ascent() - line.ascent();
+        return shaped;
+    }
+
+    std::unordered_map<String, TShapedText> FEntries;
+};
+
+/// One table per font description, shared by every TFont of that description:
+/// a paint's canvas is new each time, the shapes outlive it.
+std::shared_ptr<ShapeTable> SharedShapeTable(const String& name, Integer size, unsigned styleBits)
+{
+    static std::map<std::tuple<String, Integer, unsigned>, std::shared_ptr<ShapeTable>> tables;
+    auto& table = tables[{name, size, styleBits}];
+    if (!table)
+        table = std::make_shared<ShapeTable>();
+    return table;
+}
+
+}  // namespace
+
+void SetTextShortcuts(bool enabled) { TextShortcutsEnabled = enabled; }
+
 struct TFont::Cache {
     std::array<std::optional<QFont>, 16> fonts;
     std::array<std::optional<QFontMetrics>, 16> metrics;
+    std::array<std::shared_ptr<ShapeTable>, 16> shapes;
 };
 
 TFont::TFont() : FCache(std::make_unique<Cache>()) {}
@@ -168,6 +243,17 @@ const QFontMetrics& TFont::Metrics() const
     return *slot;
 }
 
+const TShapedText* TFont::Shaped(const String& text) const
+{
+    if (!TextShortcutsEnabled || !KeepsShape(text))
+        return nullptr;
+    const unsigned style = FStyle.ToBits() & 15;
+    auto& table = FCache->shapes[style];
+    if (!table)
+        table = SharedShapeTable(FName, FSize, style);
+    return &table->Get(QtFont(), Metrics(), text);
+}
+
 TCanvas::TCanvas() = default;
 
 TCanvas::~TCanvas() = default;
@@ -232,6 +318,25 @@ void TCanvas::LineTo(Integer x, Integer y)
 
 void TCanvas::TextOut(Integer x, Integer y, const String& text)
 {
+    // Ink may reach right of a text's advance, by less than a line's height.
+    if (TextShortcutsEnabled && x < 0) {
+        const Integer width = TextWidth(text);
+        if (x + width + FFont.Metrics().height() <= 0) {
+            FPenPos = Point(x + width, y);
+            return;
+        }
+    }
+    if (const TShapedText* shaped = FFont.Shaped(text)) {
+        if (FBrush.Style == TBrushStyle::bsSolid)
+            FillPixels(Rect(x, y, x + shaped->Width, y + FFont.Metrics().height()), FBrush.Color);
+        if (QPainter* p = Painter()) {
+            p->setPen(ToQColor(FFont.Color()));
+            for (const QGlyphRun& run : shaped->Runs)
+                p->drawGlyphRun(QPointF(x, y + shaped->BaselineShift), run);
+        }
+        FPenPos = Point(x + shaped->Width, y);
+        return;
+    }
     const QFontMetrics& metrics = FFont.Metrics();
     const QString qtext = ToQString(text);
     const int width = metrics.horizontalAdvance(qtext);
@@ -245,7 +350,12 @@ void TCanvas::TextOut(Integer x, Integer y, const String& text)
     FPenPos = Point(x + width, y);
 }
 
-Integer TCanvas::TextWidth(const String& text) { return FFont.Metrics().horizontalAdvance(ToQString(text)); }
+Integer TCanvas::TextWidth(const String& text)
+{
+    if (const TShapedText* shaped = FFont.Shaped(text))
+        return shaped->Width;
+    return FFont.Metrics().horizontalAdvance(ToQString(text));
+}
 
 Integer TCanvas::TextHeight(const String&) { return FFont.Metrics().height(); }
 

@@ -25,6 +25,15 @@ constexpr Integer ScreenPixelsPerInch = 96;
 /// palette); a plain colour is answered as it is.
 TColor ColorToRGB(TColor color);
 
+/// Whether TextOut takes its shortcuts (on by default): a text of printable
+/// ASCII is drawn from the shaping kept from the last time the same text was
+/// drawn in the same font, and a text whose ink would all fall left of the
+/// surface is only measured. The pixels are the same either way; tests turn
+/// them off to compare.
+void SetTextShortcuts(bool enabled);
+
+struct TShapedText;
+
 /// A font description: name, size in points, style and colour.
 class TFont : public TPersistent {
 public:
@@ -47,6 +56,9 @@ public:
     /// The Qt font for the current description; cached per style.
     const QFont& QtFont() const;
     const QFontMetrics& Metrics() const;
+    /// The text shaped in this font as it was when first drawn, or none for a
+    /// text that is not kept (empty, or not printable ASCII throughout).
+    const TShapedText* Shaped(const String& text) const;
 
     std::function<void(TObject*)> OnChange;
 

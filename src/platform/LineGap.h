@@ -3,6 +3,8 @@
 // between them. Used for the line records of a million-line text.
 #pragma once
 
+#include "BigAllocator.h"
+
 #include <cstddef>
 #include <utility>
 #include <vector>
@@ -87,7 +89,7 @@ private:
         FBody.resize(newSize);
     }
 
-    std::vector<T> FBody;
+    std::vector<T, TBigAllocator<T>> FBody;
     std::size_t FGapStart = 0;
     std::size_t FGapLength = 0;
     std::size_t FGrowSize;

@@ -18,6 +18,8 @@ TScrollBar::TScrollBar(TComponent* AOwner) : TWinControl(AOwner, new QScrollBar(
     SyncWidget();
 }
 
+TScrollBar::~TScrollBar() { CancelScreenUpdate(this); }
+
 Integer TScrollBar::DefaultThickness()
 {
     if (auto* app = qobject_cast<QApplication*>(QCoreApplication::instance()))
@@ -46,13 +48,17 @@ void TScrollBar::SetParams(Integer APosition, Integer AMin, Integer AMax)
         APosition = AMin;
     if (APosition > AMax)
         APosition = AMax;
+    const bool rangeChanged = AMin != FMin || AMax != FMax;
+    const Integer pageBefore = FPageSize;
     FMin = AMin;
     FMax = AMax;
     if (FPageSize > FMax - FMin + 1)
         FPageSize = FMax - FMin + 1;
     const bool moved = APosition != FPosition;
+    const bool changed = moved || rangeChanged || pageBefore != FPageSize;
     FPosition = APosition;
-    SyncWidget();
+    if (changed)
+        ShowState();
     if (moved)
         Change();
 }
@@ -62,19 +68,28 @@ void TScrollBar::SetPageSize(Integer value)
     if (value == FPageSize || value > FMax)
         return;
     FPageSize = value;
-    SyncWidget();
+    ShowState();
 }
 
 void TScrollBar::SetLargeChange(Integer value)
 {
+    if (value == FLargeChange)
+        return;
     FLargeChange = value;
-    SyncWidget();
+    ShowState();
 }
 
 void TScrollBar::SetSmallChange(Integer value)
 {
+    if (value == FSmallChange)
+        return;
     FSmallChange = value;
-    SyncWidget();
+    ShowState();
+}
+
+void TScrollBar::ShowState()
+{
+    UpdateScreen(this, [this] { SyncWidget(); });
 }
 
 void TScrollBar::Change()

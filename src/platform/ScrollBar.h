@@ -14,6 +14,7 @@ class TScrollBar : public TWinControl {
     SX_DECLARE_CLASS
 public:
     explicit TScrollBar(TComponent* AOwner);
+    ~TScrollBar() override;
 
     TScrollBarKind Kind() const { return FKind; }
     /// Changing the kind turns the bar: width and height swap.
@@ -45,6 +46,8 @@ protected:
 
 private:
     QScrollBar* Bar() const;
+    /// Shows the bar's state on its widget, through UpdateScreen.
+    void ShowState();
     void SyncWidget();
     void UserMoved(int value);
 

@@ -42,22 +42,23 @@ struct Needle {
     Integer Length;
 };
 
-bool StandsAsWord(const Char* buf, Integer bufLen, Integer offset, Integer length, bool firstTried)
+template <class C>
+bool StandsAsWord(const C* buf, Integer bufLen, Integer offset, Integer length, bool firstTried)
 {
     const bool startsWord = firstTried || offset == 0 || !IsWordChar(buf[offset - 1]);
     const bool endsWord = offset + length >= bufLen || !IsWordChar(buf[offset + length]);
     return startsWord && endsWord;
 }
 
-template <class Fold>
-const Char* Scan(const Char* buf, Integer bufLen, Needle needle, OffsetRange range, bool wholeWord, Fold fold)
+template <class C, class Fold>
+const C* Scan(const C* buf, Integer bufLen, Needle needle, OffsetRange range, bool wholeWord, Fold fold)
 {
     const Char head = fold(needle.Text[0]);
     for (Integer offset = range.First; range.Holds(offset); offset += range.Step) {
-        if (fold(buf[offset]) != head)
+        if (fold(Char(buf[offset])) != head)
             continue;
         Integer k = 1;
-        while (k < needle.Length && fold(buf[offset + k]) == fold(needle.Text[k]))
+        while (k < needle.Length && fold(Char(buf[offset + k])) == fold(needle.Text[k]))
             ++k;
         if (k < needle.Length)
             continue;
@@ -68,10 +69,9 @@ const Char* Scan(const Char* buf, Integer bufLen, Needle needle, OffsetRange ran
     return nullptr;
 }
 
-}  // namespace
-
-const Char* SearchBuf(const Char* Buf, Integer BufLen, Integer SelStart, Integer SelLength,
-                      const String& SearchString, TStringSearchOptions Options)
+template <class C>
+const C* SearchIn(const C* Buf, Integer BufLen, Integer SelStart, Integer SelLength, const String& SearchString,
+                  TStringSearchOptions Options)
 {
     const auto length = Integer(SearchString.size());
     if (!Buf || BufLen <= 0 || length == 0 || SelStart < 0 || SelStart > BufLen)
@@ -86,6 +86,20 @@ const Char* SearchBuf(const Char* Buf, Integer BufLen, Integer SelStart, Integer
     if (Options.Contains(TStringSearchOption::soMatchCase))
         return Scan(Buf, BufLen, needle, range, wholeWord, ExactFold{});
     return Scan(Buf, BufLen, needle, range, wholeWord, UpperFold{});
+}
+
+}  // namespace
+
+const Char* SearchBuf(const Char* Buf, Integer BufLen, Integer SelStart, Integer SelLength,
+                      const String& SearchString, TStringSearchOptions Options)
+{
+    return SearchIn(Buf, BufLen, SelStart, SelLength, SearchString, Options);
+}
+
+const Byte* SearchBufLatin1(const Byte* Buf, Integer BufLen, Integer SelStart, Integer SelLength,
+                            const String& SearchString, TStringSearchOptions Options)
+{
+    return SearchIn(Buf, BufLen, SelStart, SelLength, SearchString, Options);
 }
 
 }  // namespace sx

@@ -24,4 +24,10 @@ const Char* SearchBuf(const Char* Buf, Integer BufLen, Integer SelStart, Integer
                       const String& SearchString,
                       TStringSearchOptions Options = TStringSearchOptions{TStringSearchOption::soDown});
 
+/// SearchBuf in a buffer of Latin-1 characters, one byte each: every byte is
+/// the character of its value.
+const Byte* SearchBufLatin1(const Byte* Buf, Integer BufLen, Integer SelStart, Integer SelLength,
+                            const String& SearchString,
+                            TStringSearchOptions Options = TStringSearchOptions{TStringSearchOption::soDown});
+
 }  // namespace sx

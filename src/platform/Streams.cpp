@@ -3,6 +3,7 @@
 
 #include <algorithm>
 #include <cstring>
+#include <utility>
 
 namespace sx {
 
@@ -61,6 +62,18 @@ void TMemoryStream::Clear()
 {
     FData.clear();
     FPosition = 0;
+}
+
+void TMemoryStream::SetBytes(TByteBuffer bytes)
+{
+    FData = std::move(bytes);
+    FPosition = 0;
+}
+
+TByteBuffer TMemoryStream::TakeBytes()
+{
+    FPosition = 0;
+    return std::exchange(FData, {});
 }
 
 }  // namespace sx

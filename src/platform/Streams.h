@@ -2,6 +2,7 @@
 // settable position, and a stream over memory.
 #pragma once
 
+#include "BigAllocator.h"
 #include "Classes.h"
 
 #include <cstdint>
@@ -31,17 +32,21 @@ public:
 class TMemoryStream : public TStream {
 public:
     TMemoryStream() = default;
-    explicit TMemoryStream(std::vector<std::uint8_t> bytes) : FData(std::move(bytes)) {}
+    explicit TMemoryStream(const std::vector<std::uint8_t>& bytes) : FData(bytes.begin(), bytes.end()) {}
 
     Integer Read(void* Buffer, Integer Count) override;
     Integer Write(const void* Buffer, Integer Count) override;
     std::int64_t Seek(std::int64_t Offset, TSeekOrigin Origin) override;
 
-    const std::vector<std::uint8_t>& Bytes() const { return FData; }
+    const TByteBuffer& Bytes() const { return FData; }
     void Clear();
+    /// Replaces the bytes, position at 0.
+    void SetBytes(TByteBuffer bytes);
+    /// Takes the bytes out and leaves the stream empty.
+    TByteBuffer TakeBytes();
 
 private:
-    std::vector<std::uint8_t> FData;
+    TByteBuffer FData;
     std::int64_t FPosition = 0;
 };
 

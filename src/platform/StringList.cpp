@@ -32,19 +32,8 @@ String DecodeStreamText(const std::vector<std::uint8_t>& bytes)
 template <class Visit>
 void SplitLines(const String& Value, Visit visit)
 {
-    const std::size_t n = Value.size();
-    std::size_t start = 0;
-    while (start < n) {
-        std::size_t p = start;
-        while (p < n && Value[p] != u'\r' && Value[p] != u'\n')
-            ++p;
-        visit(Value.substr(start, p - start));
-        if (p < n && Value[p] == u'\r')
-            ++p;
-        if (p < n && Value[p] == u'\n')
-            ++p;
-        start = p;
-    }
+    ForEachLine(Value.data(), Value.data() + Value.size(),
+                [&](const Char* line, std::size_t length) { visit(String(line, length)); });
 }
 
 }  // namespace
@@ -167,6 +156,8 @@ void TStrings::EndUpdate()
         SetUpdateState(false);
 }
 
+TStringList::~TStringList() { RemoveAll(); }
+
 void TStringList::CheckIndex(Integer Index) const
 {
     if (Index < 0 || Index >= Count())
@@ -176,14 +167,17 @@ void TStringList::CheckIndex(Integer Index) const
 String TStringList::Get(Integer Index) const
 {
     CheckIndex(Index);
-    return FLines[std::size_t(Index)].Text;
+    return Line(Index).ToString();
 }
 
 void TStringList::Put(Integer Index, const String& S)
 {
     CheckIndex(Index);
     Changing();
-    FLines[std::size_t(Index)].Text = S;
+    const TLineText text = FTexts.Own(TLineView(S.data(), S.size()));
+    LineRecord& record = FLines[std::size_t(Index)];
+    FTexts.Release(record.Text);
+    record.Text = text;
     Changed();
 }
 
@@ -205,13 +199,9 @@ void TStringList::Insert(Integer Index, const String& S)
 {
     if (Index < 0 || Index > Count())
         Error(u"List index out of bounds", Index);
-    InsertRecord(Index, LineRecord{S, 0});
-}
-
-void TStringList::InsertRecord(Integer Index, LineRecord record)
-{
     Changing();
-    FLines.Insert(std::size_t(Index), std::move(record));
+    FLines.Reserve(1);  // the room first: a text made for a record that cannot be stored would leak
+    FLines.Insert(std::size_t(Index), LineRecord{FTexts.Own(TLineView(S.data(), S.size())), 0});
     Changed();
 }
 
@@ -219,6 +209,7 @@ void TStringList::Delete(Integer Index)
 {
     CheckIndex(Index);
     Changing();
+    FTexts.Release(FLines[std::size_t(Index)].Text);
     FLines.Delete(std::size_t(Index));
     Changed();
 }
@@ -228,28 +219,85 @@ void TStringList::Clear()
     if (Count() == 0)
         return;
     Changing();
-    FLines.Clear();
+    RemoveAll();
     Changed();
+}
+
+void TStringList::RemoveAll()
+{
+    for (std::size_t i = 0; i < FLines.Length(); ++i)
+        FTexts.Release(FLines[i].Text);
+    FLines.Clear();
+}
+
+void TStringList::Append(TLineText Text, NativeInt Object)
+{
+    FLines.Insert(FLines.Length(), LineRecord{Text, Object});
+}
+
+TStringList::TLoader::~TLoader()
+{
+    for (const std::uint32_t block : FAdopted)
+        FList.FTexts.DropIfUnused(block);
+}
+
+void TStringList::TLoader::Add(TLineView Text, NativeInt Object)
+{
+    FList.FLines.Reserve(1);  // the room first: a text made for a record that cannot be stored would leak
+    FList.Append(FList.FTexts.Pack(Text), Object);
+}
+
+std::uint32_t TStringList::TLoader::Adopt(TByteBuffer Bytes)
+{
+    FAdopted.reserve(FAdopted.size() + 1);
+    FAdopted.push_back(FList.FTexts.Adopt(std::move(Bytes)));
+    return FAdopted.back();
+}
+
+void TStringList::TLoader::AddInPlace(std::uint32_t Block, const Byte* Text, std::size_t Length)
+{
+    FList.FLines.Reserve(1);
+    FList.Append(FList.FTexts.InPlace(Block, Text, Length), 0);
+}
+
+String TStringList::Text() const
+{
+    std::size_t size = 0;
+    for (std::size_t i = 0; i < FLines.Length(); ++i)
+        size += FLines[i].Text.Length + sLineBreak.size();
+    String result;
+    result.reserve(size);
+    for (std::size_t i = 0; i < FLines.Length(); ++i) {
+        FLines[i].Text.View().AppendTo(result);
+        result += sLineBreak;
+    }
+    return result;
 }
 
 void TStringList::SetText(const String& Value)
 {
-    BeginUpdate();
-    FLines.Clear();
-    SplitLines(Value, [this](String line) { FLines.Insert(FLines.Length(), LineRecord{std::move(line), 0}); });
-    EndUpdate();
+    const auto breaks = std::size_t(std::count(Value.begin(), Value.end(), u'\n'));
+    Load(breaks + 1, [&](TLoader& loader) {
+        ForEachLine(Value.data(), Value.data() + Value.size(),
+                    [&](const Char* line, std::size_t length) { loader.Add(TLineView(line, length)); });
+    });
 }
 
 void TStringList::Assign(const TStrings& Source)
 {
     if (&Source == this)
         return;
-    BeginUpdate();
-    FLines.Clear();
-    FLines.Reserve(std::size_t(Source.Count()));
-    for (Integer i = 0; i < Source.Count(); ++i)
-        FLines.Insert(FLines.Length(), LineRecord{Source.Get(i), Source.GetObject(i)});
-    EndUpdate();
+    const auto* list = dynamic_cast<const TStringList*>(&Source);
+    Load(std::size_t(Source.Count()), [&](TLoader& loader) {
+        for (Integer i = 0; i < Source.Count(); ++i) {
+            if (list) {
+                loader.Add(list->Line(i), list->FLines[std::size_t(i)].Object);
+            } else {
+                const String line = Source.Get(i);
+                loader.Add(TLineView(line.data(), line.size()), Source.GetObject(i));
+            }
+        }
+    });
 }
 
 void TStringList::SetUpdateState(bool Updating)

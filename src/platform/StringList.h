@@ -1,9 +1,11 @@
 // Lists of text lines: the abstract TStrings and the TStringList line store,
-// whose lines live in a gap vector with one integer slot per line.
+// whose lines live in a gap vector with one integer slot per line and their
+// text kept compact.
 #pragma once
 
 #include "Classes.h"
 #include "LineGap.h"
+#include "LineText.h"
 
 #include <functional>
 
@@ -59,24 +61,76 @@ private:
     Integer FUpdateCount = 0;
 };
 
-/// The line store: lines in a gap vector, OnChanging before and OnChange
+/// The line store: line records in a gap vector, each with the place of its
+/// text (see LineText.h) and its integer slot; OnChanging before and OnChange
 /// after each change, both held back while an update is open.
 class TStringList : public TStrings {
 public:
-    explicit TStringList(std::size_t growSize = 64) : FLines(growSize) {}
+    /// growSize is the least growth of the gap vector and textBlockBytes the
+    /// size of a shared text block; tests make both tiny.
+    explicit TStringList(std::size_t growSize = 64, std::size_t textBlockBytes = TLineTextStore::DefaultBlockBytes)
+        : FLines(growSize), FTexts(textBlockBytes)
+    {
+    }
+    ~TStringList() override;
+    TStringList(const TStringList&) = delete;
+    TStringList& operator=(const TStringList&) = delete;
 
     Integer Count() const override { return Integer(FLines.Length()); }
     String Get(Integer Index) const override;
-    /// The line without a copy; Index must be valid.
-    const String& Line(Integer Index) const { return FLines[std::size_t(Index)].Text; }
+    /// The line's characters where they lie, without a copy; Index must be valid.
+    TLineView Line(Integer Index) const { return FLines[std::size_t(Index)].Text.View(); }
     void Put(Integer Index, const String& S) override;
     NativeInt GetObject(Integer Index) const override;
     void PutObject(Integer Index, NativeInt AObject) override;
     void Insert(Integer Index, const String& S) override;
     void Delete(Integer Index) override;
     void Clear() override;
+    String Text() const override;
     void SetText(const String& Value) override;
     void Assign(const TStrings& Source) override;
+
+    /// What the fill of Load hands the lines to, one at a time, in order.
+    class TLoader {
+    public:
+        TLoader(const TLoader&) = delete;
+        TLoader& operator=(const TLoader&) = delete;
+        ~TLoader();
+        /// A line whose text is copied, packed into a shared block.
+        void Add(TLineView Text, NativeInt Object = 0);
+        /// Takes a buffer over, for lines that lie in it as they are.
+        std::uint32_t Adopt(TByteBuffer Bytes);
+        /// A line of narrow text that lies in an adopted buffer: no copy.
+        void AddInPlace(std::uint32_t Block, const Byte* Text, std::size_t Length);
+
+    private:
+        friend class TStringList;
+        explicit TLoader(TStringList& Lines) : FList(Lines) {}
+        TStringList& FList;
+        std::vector<std::uint32_t> FAdopted;
+    };
+
+    /// Replaces the lines, in one change as SetText makes it, with the lines
+    /// that fill hands to the TLoader it is given; CountHint makes room for
+    /// that many lines at once.
+    template <class Fill>
+    void Load(std::size_t CountHint, Fill&& fill)
+    {
+        BeginUpdate();
+        try {
+            RemoveAll();
+            FLines.Reserve(CountHint);
+            TLoader loader(*this);
+            fill(loader);
+        } catch (...) {
+            EndUpdate();
+            throw;
+        }
+        EndUpdate();
+    }
+
+    /// Shared text blocks in use, for tests.
+    std::size_t TextBlocks() const { return FTexts.LiveBlocks(); }
 
     TNotifyEvent OnChange;
     TNotifyEvent OnChanging;
@@ -88,14 +142,17 @@ protected:
 
 private:
     struct LineRecord {
-        String Text;
+        TLineText Text;
         NativeInt Object = 0;
     };
 
     void CheckIndex(Integer Index) const;
-    void InsertRecord(Integer Index, LineRecord record);
+    /// Frees every line's text and empties the gap vector, with no event.
+    void RemoveAll();
+    void Append(TLineText Text, NativeInt Object);
 
     LineGap<LineRecord> FLines;
+    TLineTextStore FTexts;
 };
 
 /// Clears List and fills it with the pieces of S between occurrences of

@@ -23,8 +23,6 @@ using ByteSpan = std::span<const Byte>;
 /// Bytes per fread: large enough that the cost of a call vanishes, small
 /// enough to live beside the file's own buffer without being noticed.
 constexpr std::size_t ReadChunkBytes = 64 * 1024;
-/// The largest piece handed to the stream's Write, whose count is an Integer.
-constexpr std::size_t MaxWritePiece = std::size_t(1) << 30;
 
 constexpr Char ReplacementChar = 0xFFFD;
 
@@ -219,6 +217,110 @@ String DecodeInto(std::size_t maxUnits, Decode decode)
     return text;
 }
 
+bool IsAscii(const Byte* p, std::size_t n) { return SkipAscii(p, p + n) == p + n; }
+
+/// Whether the bytes mean the same in Windows-1252 as in Latin-1: none lies
+/// in 0x80 to 0x9F.
+bool SameInLatin1(const Byte* p, std::size_t n)
+{
+    return std::none_of(p, p + n, [](Byte b) { return b >= 0x80 && b <= 0x9F; });
+}
+
+/// Whether any of the eight bytes of a word is zero (the classic bit trick).
+bool HasZeroByte(std::uint64_t word)
+{
+    constexpr std::uint64_t Ones = 0x0101010101010101ULL;
+    constexpr std::uint64_t HighBits = 0x8080808080808080ULL;
+    return ((word - Ones) & ~word & HighBits) != 0;
+}
+
+/// The first CR or LF at or after p, or end, eight bytes at a time; ascii
+/// tells whether every byte before it is below 0x80.
+const Byte* FindLineEnd(const Byte* p, const Byte* end, bool& ascii)
+{
+    constexpr std::uint64_t Ones = 0x0101010101010101ULL;
+    constexpr std::uint64_t HighBits = 0x8080808080808080ULL;
+    std::uint64_t seen = 0;
+    while (end - p >= 8) {
+        std::uint64_t word;
+        std::memcpy(&word, p, sizeof word);
+        if (HasZeroByte(word ^ (Ones * '\r')) || HasZeroByte(word ^ (Ones * '\n')))
+            break;
+        seen |= word;
+        p += 8;
+    }
+    while (p < end && *p != '\r' && *p != '\n')
+        seen |= *p++;
+    ascii = (seen & HighBits) == 0;
+    return p;
+}
+
+/// Each line of 8-bit text, split as ForEachLine splits: where it lies in
+/// the adopted block when every byte is its character, else decoded.
+template <class Keep, class Decode>
+void AddByteLines(ByteSpan bytes, TStringList::TLoader& loader, std::uint32_t block, String& scratch,
+                  Keep keepsBytes, Decode decode)
+{
+    const Byte* start = bytes.data();
+    const Byte* const end = start + bytes.size();
+    while (start < end) {
+        bool ascii;
+        const Byte* p = FindLineEnd(start, end, ascii);
+        const auto n = std::size_t(p - start);
+        if (ascii || keepsBytes(start, n)) {
+            loader.AddInPlace(block, start, n);
+        } else {
+            scratch.resize(n);
+            const Char* last = decode(ByteSpan(start, n), scratch.data());
+            loader.Add(TLineView(scratch.data(), std::size_t(last - scratch.data())));
+        }
+        if (p < end && *p == '\r')
+            ++p;
+        if (p < end && *p == '\n')
+            ++p;
+        start = p;
+    }
+}
+
+/// How many LF bytes there are: room for the lines, made at once.
+std::size_t CountLineFeeds(ByteSpan bytes)
+{
+    std::size_t count = 0;
+    if (bytes.empty())
+        return count;
+    const Byte* p = bytes.data();
+    const Byte* const end = p + bytes.size();
+    while ((p = static_cast<const Byte*>(std::memchr(p, '\n', std::size_t(end - p)))) != nullptr) {
+        ++count;
+        ++p;
+    }
+    return count;
+}
+
+/// The lines of UTF-16 bytes, split at the code units CR and LF; an odd
+/// trailing byte is one more character, U+FFFD.
+void AddUtf16Lines(ByteSpan bytes, bool bigEndian, TStringList::TLoader& loader, String& scratch)
+{
+    const std::size_t high = bigEndian ? 0 : 1;
+    const std::size_t units = bytes.size() / 2 + bytes.size() % 2;
+    const auto unit = [&](std::size_t i) {
+        if (2 * i + 1 >= bytes.size())
+            return ReplacementChar;
+        return Char(bytes[2 * i + high] << 8 | bytes[2 * i + 1 - high]);
+    };
+    std::size_t i = 0;
+    while (i < units) {
+        scratch.clear();
+        for (Char c; i < units && (c = unit(i)) != u'\r' && c != u'\n'; ++i)
+            scratch += c;
+        loader.Add(TLineView(scratch.data(), scratch.size()));
+        if (i < units && unit(i) == u'\r')
+            ++i;
+        if (i < units && unit(i) == u'\n')
+            ++i;
+    }
+}
+
 /// The system's reason comes as UTF-8 (or ASCII) in the C library's locale.
 [[noreturn]] void RaiseOpenError(const String& fileName, const char* reason)
 {
@@ -269,50 +371,46 @@ void TSxStringStream::ReadFile(const String& aFileName)
     const std::string path = StrToUtf8(aFileName);
     const FileHandle file = OpenForReading(aFileName, path);
     Clear();
-    Preallocate(SizeHint(path));
+    // Read straight into a buffer of the told size; a file with no size (a
+    // pipe) or one that grew meanwhile goes on in chunks, which are added
+    // only when they bring something, so that a buffer of the right size
+    // never grows.
+    TByteBuffer bytes(std::size_t(SizeHint(path)));
+    bytes.resize(std::fread(bytes.data(), 1, bytes.size(), file.get()));
     std::vector<Byte> chunk(ReadChunkBytes);
-    std::size_t count;
-    do {
-        count = std::fread(chunk.data(), 1, chunk.size(), file.get());
-        WriteAll(chunk.data(), count);
-    } while (count == chunk.size());
-    if (std::ferror(file.get())) {
-        const int reason = errno;
-        Clear();
-        RaiseOpenError(aFileName, std::strerror(reason));
+    while (!std::ferror(file.get())) {
+        const std::size_t got = std::fread(chunk.data(), 1, chunk.size(), file.get());
+        if (got == 0)
+            break;
+        bytes.insert(bytes.end(), chunk.begin(), chunk.begin() + std::ptrdiff_t(got));
     }
-    KeepFirst(Position());
+    if (std::ferror(file.get()))
+        RaiseOpenError(aFileName, std::strerror(errno));
+    SetBytes(std::move(bytes));
 }
 
-void TSxStringStream::Preallocate(std::uintmax_t Count)
+void TSxStringStream::TakeLines(TStringList& Lines)
 {
-    if (Count == 0)
-        return;
-    // Writing the last byte sizes the buffer once; the reads then fill it in place.
-    Seek(std::int64_t(Count) - 1, TSeekOrigin::soBeginning);
-    const Byte last = 0;
-    WriteBuffer(&last, 1);
-    SetPosition(0);
-}
-
-void TSxStringStream::KeepFirst(std::int64_t Count)
-{
-    // Only when the file shrank while it was read, behind its told size.
-    if (Count >= Size())
-        return;
-    const std::vector<Byte> kept(Bytes().begin(), Bytes().begin() + Count);
-    Clear();
-    WriteAll(kept.data(), kept.size());
-}
-
-void TSxStringStream::WriteAll(const Byte* Data, std::size_t Count)
-{
-    while (Count > 0) {
-        const std::size_t piece = std::min(Count, MaxWritePiece);
-        WriteBuffer(Data, Integer(piece));
-        Data += piece;
-        Count -= piece;
-    }
+    TByteBuffer bytes = TakeBytes();
+    ByteSpan text(bytes);
+    const ByteSpan mark = MarkOf(FCodePage);
+    if (StartsWith(text, mark))
+        text = text.subspan(mark.size());
+    String scratch;
+    Lines.Load(CountLineFeeds(text) + 1, [&](TStringList::TLoader& loader) {
+        switch (FCodePage) {
+        case Utf16LE:
+        case Utf16BE:
+            AddUtf16Lines(text, FCodePage == Utf16BE, loader, scratch);
+            break;
+        case Utf8:
+            // The buffer moves, its bytes stay where they are: text still points at them.
+            AddByteLines(text, loader, loader.Adopt(std::move(bytes)), scratch, IsAscii, DecodeUtf8);
+            break;
+        default:
+            AddByteLines(text, loader, loader.Adopt(std::move(bytes)), scratch, SameInLatin1, DecodeWindows1252);
+        }
+    });
 }
 
 String TSxStringStream::GetWString() const

@@ -4,6 +4,7 @@
 #pragma once
 
 #include "Streams.h"
+#include "StringList.h"
 
 #include <cstddef>
 #include <cstdint>
@@ -38,17 +39,17 @@ public:
     /// Nothing is dropped: a byte that cannot be decoded becomes U+FFFD.
     String GetWString() const;
 
+    /// Lines.SetText(GetWString()) without the whole text as one string: the
+    /// bytes go over to the list, and each line of 8-bit text whose bytes
+    /// are its characters stays where it lies in them; the others are
+    /// decoded. The stream is left empty.
+    void TakeLines(TStringList& Lines);
+
     /// The encoding of the bytes held.
     Integer CodePage() const { return FCodePage; }
 
 private:
     void ReadFile(const String& aFileName);
-    /// Sizes the buffer for Count bytes at once, position at 0.
-    void Preallocate(std::uintmax_t Count);
-    /// Drops the bytes from Count on.
-    void KeepFirst(std::int64_t Count);
-    /// Appends Count bytes at the position, in pieces the stream's Write takes.
-    void WriteAll(const Byte* Data, std::size_t Count);
 
     Integer FCodePage;
 };

@@ -27,11 +27,11 @@ String UndoComparable(const String& text)
 {
     TStringList lines;
     lines.SetText(text);
-    while (lines.Count() > 0 && TrimRight(lines.Line(lines.Count() - 1)).empty())
+    while (lines.Count() > 0 && TrimRight(lines.Line(lines.Count() - 1).ToString()).empty())
         lines.Delete(lines.Count() - 1);
     String out;
     for (Integer i = 0; i < lines.Count(); ++i)
-        out += TrimRight(lines.Line(i)) + u"\r\n";
+        out += TrimRight(lines.Line(i).ToString()) + u"\r\n";
     return out;
 }
 
