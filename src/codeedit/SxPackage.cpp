@@ -34,6 +34,8 @@ bool Started = false;
 
 std::span<const TPackageUnit> GetPackageInfoTable() { return Units; }
 
+const char* LibraryVersion() { return SX_LIBRARY_VERSION; }
+
 void Initialize()
 {
     if (Started)

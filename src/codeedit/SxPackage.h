@@ -18,6 +18,9 @@ struct TPackageUnit {
 /// The units in the order of start-up.
 std::span<const TPackageUnit> GetPackageInfoTable();
 
+/// The library's version as "major.minor.patch".
+const char* LibraryVersion();
+
 /// Runs the units' start-up in order; a second call does nothing.
 void Initialize();
 /// Runs the units' shut-down in the reverse order; does nothing unless started.

@@ -81,9 +81,13 @@ bool TSxCodeEdit::StartRanOff() const { return FSelStart.Y > FSelEnd.Y; }
 
 String TSxCodeEdit::LinePart(Integer ALine, Integer AFrom, Integer ACount) const
 {
-    if (ALine < 0 || ALine >= FLines->Count() || ACount <= 0)
+    // Columns in front of 0 hold nothing: a range that starts there is cut
+    // to its part from column 0 on.
+    const std::int64_t from = std::max<std::int64_t>(AFrom, 0);
+    const std::int64_t count = std::int64_t(ACount) - (from - AFrom);
+    if (ALine < 0 || ALine >= FLines->Count() || count <= 0)
         return String();
-    return FLines->Line(ALine).Substr(std::size_t(std::max(AFrom, 0)), std::size_t(ACount));
+    return FLines->Line(ALine).Substr(std::size_t(from), std::size_t(count));
 }
 
 void TSxCodeEdit::GetSelected(String& Selected)

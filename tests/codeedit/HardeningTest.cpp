@@ -89,6 +89,24 @@ TEST_F(Hardening, EndsAtExtremeColumnsAreMeasuredWithoutOverflow)
     EXPECT_TRUE(reported.empty());
 }
 
+TEST_F(Hardening, AnEndInFrontOfColumnZeroCoversOnlyWhatLiesFromZeroOn)
+{
+    // Found by fuzzing: such a selection read and recorded the text from
+    // column 0 but deleted nothing, so its undo doubled the line.
+    Start(u"abc\r\ndef", Point(1, 0));
+    edit->SetSelEnd(Point(-3, 0));
+    String selected;
+    edit->GetSelected(selected);
+    EXPECT_EQ(selected, u"a");
+    String deleted;
+    edit->DeleteSelected(ctDelete, deleted);
+    EXPECT_EQ(deleted, u"a");
+    EXPECT_EQ(Line(0), u"bc");
+    Undo();
+    EXPECT_EQ(edit->Text(), u"abc\r\ndef\r\n");
+    EXPECT_TRUE(reported.empty());
+}
+
 TEST_F(Hardening, BothEndsBehindTheLastLineSelectNothing)
 {
     // Found by the seeded editing test: an undo record of a paste made on a

@@ -362,8 +362,8 @@ void EditingSession::PressKey()
         UndoOnce(true);
         return;
     }
-    if (key == Qt::Key_Delete || key == Qt::Key_V)
-        FMayRaiseOutOfMemory = FEdit->CharPos() > (1 << 20);
+    // Delete, a paste and every letter typed without Ctrl write at the caret.
+    FMayRaiseOutOfMemory = FEdit->CharPos() > (1 << 20);
     FLog += "key " + std::to_string(int(key)) + " modifiers " + std::to_string(int(modifiers)) + "\n";
     Press(*FEdit, key, modifiers);
 }
