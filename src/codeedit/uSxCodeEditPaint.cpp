@@ -80,9 +80,14 @@ public:
 private:
     void CreateBitmaps()
     {
+        // The bitmaps have the screen's density, so that text and rules
+        // drawn on them stay sharp where the screen has more device pixels.
+        const double ratio = E.Canvas().DevicePixelRatio();
         Main = std::make_unique<TBitmap>();
+        Main->SetDevicePixelRatio(ratio);
         if (E.GetShowGuttor()) {
             Gutter = std::make_unique<TBitmap>();
+            Gutter->SetDevicePixelRatio(ratio);
             Gutter->SetSize(E.FGuttorWidth, E.ClientHeight());
         }
         Main->SetSize(E.ClientWidth(), E.ClientHeight());
