@@ -8,6 +8,9 @@
 #include <QApplication>
 #include <QElapsedTimer>
 #include <QEvent>
+#include <QInputMethod>
+#include <QInputMethodEvent>
+#include <QInputMethodQueryEvent>
 #include <QKeyEvent>
 #include <QMouseEvent>
 #include <QPainter>
@@ -168,6 +171,66 @@ bool ButtonOf(Qt::MouseButton qtButton, TMouseButton& button)
     }
 }
 
+/// A composition step of Qt's in the framework's values. Without a cursor
+/// attribute the composition's cursor stands at the end of its text.
+TImeComposition CompositionOf(const QInputMethodEvent& event)
+{
+    TImeComposition c;
+    c.Commit = FromQString(event.commitString());
+    c.ReplaceStart = event.replacementStart();
+    c.ReplaceLength = event.replacementLength();
+    c.PreEdit = FromQString(event.preeditString());
+    const auto length = Integer(c.PreEdit.size());
+    c.PreEditCursor = length;
+    for (const QInputMethodEvent::Attribute& a : event.attributes())
+        if (a.type == QInputMethodEvent::Cursor)
+            c.PreEditCursor = std::clamp(a.start, 0, length);
+    return c;
+}
+
+/// The queries of Qt's that a control is asked, each with its question.
+constexpr std::pair<Qt::InputMethodQuery, TImeQuery> ImeQueries[] = {
+    {Qt::ImEnabled, TImeQuery::iqEnabled},
+    {Qt::ImCursorRectangle, TImeQuery::iqCursorRect},
+    {Qt::ImFont, TImeQuery::iqFont},
+    {Qt::ImSurroundingText, TImeQuery::iqSurroundingText},
+    {Qt::ImCursorPosition, TImeQuery::iqCursorPos},
+    {Qt::ImAnchorPosition, TImeQuery::iqAnchorPos},
+    {Qt::ImCurrentSelection, TImeQuery::iqSelection},
+    {Qt::ImHints, TImeQuery::iqHints},
+};
+
+constexpr std::pair<TImeHint, Qt::InputMethodHint> ImeHints[] = {
+    {TImeHint::ihMultiLine, Qt::ImhMultiLine},
+    {TImeHint::ihNoAutoUppercase, Qt::ImhNoAutoUppercase},
+    {TImeHint::ihNoPredictiveText, Qt::ImhNoPredictiveText},
+};
+
+Qt::InputMethodHints QtHintsOf(TImeHints hints)
+{
+    Qt::InputMethodHints result = Qt::ImhNone;
+    for (const auto& [hint, qtHint] : ImeHints)
+        if (hints.Contains(hint))
+            result |= qtHint;
+    return result;
+}
+
+/// The field of the answer that the query names, as Qt wants it.
+QVariant QtValueOf(TImeQuery query, const TImeAnswer& answer)
+{
+    switch (query) {
+    case TImeQuery::iqEnabled: return answer.Flag;
+    case TImeQuery::iqCursorRect: return ToQRect(answer.Rect);
+    case TImeQuery::iqFont: return answer.Font ? QVariant(answer.Font->QtFont()) : QVariant();
+    case TImeQuery::iqSurroundingText:
+    case TImeQuery::iqSelection: return ToQString(answer.Text);
+    case TImeQuery::iqCursorPos:
+    case TImeQuery::iqAnchorPos: return answer.Number;
+    case TImeQuery::iqHints: return int(QtHintsOf(answer.Hints));
+    }
+    return QVariant();
+}
+
 /// The modifier keys only, as key events report them.
 TShiftState ModifierState()
 {
@@ -221,7 +284,10 @@ public:
         if (e->type() != PostedMessageEventType)
             return QObject::event(e);
         TMessage message = static_cast<PostedMessageEvent*>(e)->Message;
+        const QPointer<QObject> alive(this);
         Guarded([&] { FControl->Dispatch(message); });
+        if (alive)
+            FControl->ImeChanged();
         return true;
     }
 
@@ -229,6 +295,20 @@ public:
     {
         if (watched != FControl->Widget())
             return false;
+        const QEvent::Type type = e->type();
+        const QPointer<QObject> alive(this);
+        const bool handled = Deliver(e);
+        // A handler may have freed the control, and this bridge with it.
+        if (alive && handled && IsUserInput(type))
+            FControl->ImeChanged();
+        return handled;
+    }
+
+private:
+    /// Hands a Qt event of the widget to the control; answers whether the
+    /// widget's own handling is to be skipped.
+    bool Deliver(QEvent* e)
+    {
         switch (e->type()) {
         case QEvent::Resize: {
             const QSize size = static_cast<QResizeEvent*>(e)->size();
@@ -242,7 +322,10 @@ public:
             Guarded([&] { SendMessage(FControl, CM_ENTER); });
             break;
         case QEvent::FocusOut:
-            Guarded([&] { SendMessage(FControl, CM_EXIT); });
+            Guarded([&] {
+                EndComposition();
+                SendMessage(FControl, CM_EXIT);
+            });
             break;
         case QEvent::Wheel: {
             TMessage message = WheelMessage(*static_cast<QWheelEvent*>(e));
@@ -261,9 +344,27 @@ public:
         }
         case QEvent::MouseButtonPress:
         case QEvent::MouseButtonDblClick:
+            // A click ends a composition as text widgets end it: the input
+            // method commits what it holds, before the caret moves away.
+            if (FComposing)
+                QGuiApplication::inputMethod()->commit();
+            Guarded([&] { DeliverMouse(*static_cast<QMouseEvent*>(e)); });
+            return true;
         case QEvent::MouseButtonRelease:
         case QEvent::MouseMove:
             Guarded([&] { DeliverMouse(*static_cast<QMouseEvent*>(e)); });
+            return true;
+        case QEvent::InputMethod:
+            if (!TakesInputMethod())
+                break;
+            Guarded([&] { DeliverComposition(CompositionOf(*static_cast<QInputMethodEvent*>(e))); });
+            e->accept();
+            return true;
+        case QEvent::InputMethodQuery:
+            if (!TakesInputMethod())
+                break;
+            Guarded([&] { AnswerQueries(*static_cast<QInputMethodQueryEvent*>(e)); });
+            e->accept();
             return true;
         case QEvent::KeyRelease:
             if (const Word key = VirtualKeyOf(*static_cast<QKeyEvent*>(e)))
@@ -275,7 +376,48 @@ public:
         return false;
     }
 
-private:
+    /// The events after which the caret or the text may have moved: the input
+    /// method is told to ask again. Moves with no button down change nothing.
+    static bool IsUserInput(QEvent::Type type)
+    {
+        switch (type) {
+        case QEvent::KeyPress:
+        case QEvent::MouseButtonPress:
+        case QEvent::MouseButtonDblClick:
+        case QEvent::MouseButtonRelease:
+        case QEvent::Wheel:
+        case QEvent::InputMethod: return true;
+        default: return false;
+        }
+    }
+
+    /// A custom-drawn control composes in its own way; a wrapped Qt widget
+    /// (an edit field of a dialog) keeps Qt's handling.
+    bool TakesInputMethod() const { return dynamic_cast<TCustomControl*>(FControl) != nullptr; }
+
+    void DeliverComposition(const TImeComposition& composition)
+    {
+        FComposing = !composition.PreEdit.empty();
+        FControl->ImeComposition(composition);
+    }
+
+    /// The focus goes while a composition shows: the control drops it.
+    void EndComposition()
+    {
+        if (FComposing && TakesInputMethod())
+            DeliverComposition(TImeComposition{});
+    }
+
+    void AnswerQueries(QInputMethodQueryEvent& event)
+    {
+        for (const auto& [qtQuery, query] : ImeQueries) {
+            if (!(event.queries() & qtQuery))
+                continue;
+            TImeAnswer answer;
+            event.setValue(qtQuery, FControl->ImeRequest(query, answer) ? QtValueOf(query, answer) : QVariant());
+        }
+    }
+
     /// A double click comes from Qt in place of the second press: it goes to
     /// the control as a press with ssDouble, then DblClick for the left button.
     void DeliverMouse(const QMouseEvent& event)
@@ -302,6 +444,8 @@ private:
     }
 
     TWinControl* FControl;
+    /// A composition shows in the control: its last step had a pre-edit text.
+    bool FComposing = false;
 };
 
 /// The widget of a custom-drawn control: paints through the control's Paint
@@ -389,6 +533,8 @@ TWinControl::TWinControl(TComponent* AOwner, QWidget* widget)
 {
     FWidget->installEventFilter(FBridge);
     FWidget->setFocusPolicy(Qt::NoFocus);
+    if (FWidget->testAttribute(Qt::WA_InputMethodEnabled))
+        FImeMode = TImeMode::imDontCare;
 }
 
 TWinControl::~TWinControl()
@@ -470,6 +616,32 @@ void TWinControl::SetCtl3D(bool value)
 }
 
 bool TWinControl::Focused() const { return FWidget && FWidget->hasFocus(); }
+
+bool TWinControl::CanFocus() const
+{
+    return FWidget && FWidget->isEnabled() && FWidget->focusPolicy() != Qt::NoFocus;
+}
+
+void TWinControl::SetImeMode(TImeMode value)
+{
+    FImeMode = value;
+    if (FWidget)
+        FWidget->setAttribute(Qt::WA_InputMethodEnabled, value != TImeMode::imDisable);
+}
+
+void TWinControl::ImeComposition(const TImeComposition& Composition)
+{
+    for (const Char c : Composition.Commit)
+        SendMessage(this, WM_CHAR, c);
+}
+
+bool TWinControl::ImeRequest(TImeQuery, TImeAnswer&) { return false; }
+
+void TWinControl::ImeChanged()
+{
+    if (FImeMode != TImeMode::imDisable && Focused())
+        QGuiApplication::inputMethod()->update(Qt::ImQueryInput);
+}
 
 void TWinControl::SetFocus()
 {
@@ -602,6 +774,7 @@ TCustomControl::TCustomControl(TComponent* AOwner) : TWinControl(AOwner, new Con
 {
     // Moves reach the control with no button down too, as the desktop sends them.
     Widget()->setMouseTracking(true);
+    SetImeMode(TImeMode::imDontCare);
 }
 
 TCustomControl::~TCustomControl() = default;
