@@ -3,6 +3,7 @@
 #include "Controls.h"
 
 #include "QtConvert.h"
+#include "QtInputMethod.h"
 #include "QtKeys.h"
 
 #include <QApplication>
@@ -169,66 +170,6 @@ bool ButtonOf(Qt::MouseButton qtButton, TMouseButton& button)
     case Qt::MiddleButton: button = TMouseButton::mbMiddle; return true;
     default: return false;
     }
-}
-
-/// A composition step of Qt's in the framework's values. Without a cursor
-/// attribute the composition's cursor stands at the end of its text.
-TImeComposition CompositionOf(const QInputMethodEvent& event)
-{
-    TImeComposition c;
-    c.Commit = FromQString(event.commitString());
-    c.ReplaceStart = event.replacementStart();
-    c.ReplaceLength = event.replacementLength();
-    c.PreEdit = FromQString(event.preeditString());
-    const auto length = Integer(c.PreEdit.size());
-    c.PreEditCursor = length;
-    for (const QInputMethodEvent::Attribute& a : event.attributes())
-        if (a.type == QInputMethodEvent::Cursor)
-            c.PreEditCursor = std::clamp(a.start, 0, length);
-    return c;
-}
-
-/// The queries of Qt's that a control is asked, each with its question.
-constexpr std::pair<Qt::InputMethodQuery, TImeQuery> ImeQueries[] = {
-    {Qt::ImEnabled, TImeQuery::iqEnabled},
-    {Qt::ImCursorRectangle, TImeQuery::iqCursorRect},
-    {Qt::ImFont, TImeQuery::iqFont},
-    {Qt::ImSurroundingText, TImeQuery::iqSurroundingText},
-    {Qt::ImCursorPosition, TImeQuery::iqCursorPos},
-    {Qt::ImAnchorPosition, TImeQuery::iqAnchorPos},
-    {Qt::ImCurrentSelection, TImeQuery::iqSelection},
-    {Qt::ImHints, TImeQuery::iqHints},
-};
-
-constexpr std::pair<TImeHint, Qt::InputMethodHint> ImeHints[] = {
-    {TImeHint::ihMultiLine, Qt::ImhMultiLine},
-    {TImeHint::ihNoAutoUppercase, Qt::ImhNoAutoUppercase},
-    {TImeHint::ihNoPredictiveText, Qt::ImhNoPredictiveText},
-};
-
-Qt::InputMethodHints QtHintsOf(TImeHints hints)
-{
-    Qt::InputMethodHints result = Qt::ImhNone;
-    for (const auto& [hint, qtHint] : ImeHints)
-        if (hints.Contains(hint))
-            result |= qtHint;
-    return result;
-}
-
-/// The field of the answer that the query names, as Qt wants it.
-QVariant QtValueOf(TImeQuery query, const TImeAnswer& answer)
-{
-    switch (query) {
-    case TImeQuery::iqEnabled: return answer.Flag;
-    case TImeQuery::iqCursorRect: return ToQRect(answer.Rect);
-    case TImeQuery::iqFont: return answer.Font ? QVariant(answer.Font->QtFont()) : QVariant();
-    case TImeQuery::iqSurroundingText:
-    case TImeQuery::iqSelection: return ToQString(answer.Text);
-    case TImeQuery::iqCursorPos:
-    case TImeQuery::iqAnchorPos: return answer.Number;
-    case TImeQuery::iqHints: return int(QtHintsOf(answer.Hints));
-    }
-    return QVariant();
 }
 
 /// The modifier keys only, as key events report them.
@@ -410,12 +351,9 @@ private:
 
     void AnswerQueries(QInputMethodQueryEvent& event)
     {
-        for (const auto& [qtQuery, query] : ImeQueries) {
-            if (!(event.queries() & qtQuery))
-                continue;
-            TImeAnswer answer;
-            event.setValue(qtQuery, FControl->ImeRequest(query, answer) ? QtValueOf(query, answer) : QVariant());
-        }
+        AnswerInputMethodQueries(event, [this](TImeQuery query, TImeAnswer& answer) {
+            return FControl->ImeRequest(query, answer);
+        });
     }
 
     /// A double click comes from Qt in place of the second press: it goes to
