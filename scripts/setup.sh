@@ -12,6 +12,8 @@ packages=(
   # the fuzz targets: clang and its runtime, which holds libFuzzer
   clang libclang-rt-14-dev
   libqscintilla2-qt6-dev  # the peer benchmark, bench/peers
+  # the real-window test and scripts/screenshots.sh: a virtual X server and key typing through it
+  xvfb xdotool
 )
 
 missing=()

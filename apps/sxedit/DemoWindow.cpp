@@ -2,6 +2,7 @@
 // so the title is brought up to date on a short timer.
 #include "DemoWindow.h"
 
+#include "AboutText.h"
 #include "DbWindow.h"
 #include "DemoFiles.h"
 
@@ -100,6 +101,9 @@ void DemoWindow::BuildMenus()
 
     QMenu* view = menuBar()->addMenu(tr("&View"));
     view->addAction(tr("Colours from &Delphi..."), this, [this] { ChooseDelphiColours(); });
+
+    QMenu* help = menuBar()->addMenu(tr("&Help"));
+    help->addAction(tr("&About sxedit..."), this, [this] { QMessageBox::about(this, AboutTitle(), AboutText()); });
 }
 
 QAction* DemoWindow::AddCommand(QMenu* menu, const QString& caption, Cardinal message, const QKeySequence& key,

@@ -1,4 +1,4 @@
-// The demo editor's main window: one TSxCodeEdit with File, Edit and View menus,
+// The demo editor's main window: one TSxCodeEdit with File, Edit, View and Help menus,
 // a popup menu on the control, and a status bar with the caret position. The
 // File menu also opens the database mode in a window of its own.
 #pragma once
