@@ -13,8 +13,11 @@
 #include "platform/StringList.h"
 
 #include <functional>
+#include <memory>
 
 namespace sx {
+
+class TSxCodeEditAccessibility;
 
 namespace uSxCodeEdit {
 
@@ -337,6 +340,21 @@ protected:
     TSxSearchReplaceOptions FSearchOptions;
 
 private:
+    /// The screen reader support reads the text model and installs itself here.
+    friend class TSxAccessibleTextModel;
+    /// Tells the screen reader support, if there is one, that the caret, the
+    /// selection or ReadOnly may have changed; costs one test without it.
+    void AccessibleStateChanged()
+    {
+        if (FAccessibility)
+            NotifyAccessibility();
+    }
+    void NotifyAccessibility();
+    std::unique_ptr<TSxCodeEditAccessibility> FAccessibility;
+    /// True from the end of construction to the start of destruction: the
+    /// only time screen reader support may be made for the control.
+    bool FAccessibilityAllowed = false;
+
     /// After a replacement in a backward replace-all, for the next pass: a
     /// hit must end at or before this point, so none starts at or behind the
     /// replaced hit's start, inside its replacement. For a hit of length L at

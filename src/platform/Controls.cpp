@@ -29,6 +29,9 @@ std::function<void(const std::exception&)>& ExceptionHandler()
     return handler;
 }
 
+/// The dynamic property by which a control's widget names its control.
+constexpr const char* ControlProperty = "sxControl";
+
 const QEvent::Type PostedMessageEventType = static_cast<QEvent::Type>(QEvent::registerEventType());
 
 /// A screen update never waits longer than this for posted messages, so
@@ -389,6 +392,7 @@ TWinControl::TWinControl(TComponent* AOwner, QWidget* widget)
 {
     FWidget->installEventFilter(FBridge);
     FWidget->setFocusPolicy(Qt::NoFocus);
+    FWidget->setProperty(ControlProperty, QVariant::fromValue(static_cast<void*>(this)));
 }
 
 TWinControl::~TWinControl()
@@ -397,6 +401,8 @@ TWinControl::~TWinControl()
     while (!FControls.empty())
         delete FControls.back();
     delete FBridge;
+    if (FWidget)
+        FWidget->setProperty(ControlProperty, QVariant());
     if (auto* own = dynamic_cast<ControlWidget*>(FWidget))
         own->Release();
     delete FWidget;
@@ -409,6 +415,7 @@ void TWinControl::WidgetDestroyed()
     while (!FControls.empty())
         delete FControls.back();
     FWidget->removeEventFilter(FBridge);
+    FWidget->setProperty(ControlProperty, QVariant());
     FWidget = nullptr;
 }
 
@@ -646,6 +653,11 @@ TScreenUpdatesNow::TScreenUpdatesNow()
 }
 
 TScreenUpdatesNow::~TScreenUpdatesNow() { --Updates().ModalDepth; }
+
+TWinControl* FindControl(const QWidget* widget)
+{
+    return widget ? static_cast<TWinControl*>(widget->property(ControlProperty).value<void*>()) : nullptr;
+}
 
 NativeInt SendMessage(TWinControl* target, Cardinal Msg, NativeUInt WParam, NativeInt LParam)
 {

@@ -214,6 +214,10 @@ private:
     TCanvas FCanvas;
 };
 
+/// The control whose window is the widget, or none: a widget of no control,
+/// or one whose control is being freed.
+TWinControl* FindControl(const QWidget* widget);
+
 /// Runs the handler of the message now and answers its result.
 NativeInt SendMessage(TWinControl* target, Cardinal Msg, NativeUInt WParam = 0, NativeInt LParam = 0);
 /// Queues the message; it runs once the running event handler has returned.

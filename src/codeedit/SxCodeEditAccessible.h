@@ -1,0 +1,62 @@
+// Screen reader support of the code edit control, as the control sees it: a
+// line store that names the lines each change touches, and the notifier the
+// control calls where its caret, selection or ReadOnly change. The Qt side,
+// the accessible interface and the events it sends, lives in the .cpp.
+#pragma once
+
+#include "platform/StringList.h"
+
+#include <cstddef>
+
+namespace sx {
+
+/// Hears of each change of a TSxCodeEditLines just before it is made, while
+/// the lines still hold their old text.
+class TSxLinesListener {
+public:
+    virtual ~TSxLinesListener() = default;
+    /// Line Index gets a text of NewLength characters.
+    virtual void LineReplacing(Integer Index, std::size_t NewLength) = 0;
+    /// A line of Length characters comes in at Index (Index may be Count).
+    virtual void LineInserting(Integer Index, std::size_t Length) = 0;
+    virtual void LineDeleting(Integer Index) = 0;
+    /// Every line is about to be replaced at once.
+    virtual void AllLinesReplacing() = 0;
+};
+
+/// The control's line store: a TStringList that names the lines of each
+/// change to its listener, if it has one. Without a listener it costs one
+/// test per change. A bulk Load passes none of these operations, so whoever
+/// calls Load calls AllLinesReplacing first.
+class TSxCodeEditLines : public TStringList {
+public:
+    using TStringList::TStringList;
+
+    void SetListener(TSxLinesListener* Listener) { FListener = Listener; }
+
+    void Put(Integer Index, const String& S) override;
+    void Insert(Integer Index, const String& S) override;
+    void Delete(Integer Index) override;
+    void Clear() override;
+    void SetText(const String& Value) override;
+    void Assign(const TStrings& Source) override;
+    void AllLinesReplacing();
+
+private:
+    TSxLinesListener* FListener = nullptr;
+};
+
+/// What a code edit control tells its accessibility support. It exists only
+/// once a screen reader (or a test) has asked for the control's interface.
+class TSxCodeEditAccessibility {
+public:
+    virtual ~TSxCodeEditAccessibility() = default;
+    /// The caret, the selection or ReadOnly may have changed.
+    virtual void StateChanged() = 0;
+};
+
+/// Installs, once, the factory through which Qt finds the accessible
+/// interface of every code edit control's widget. The first control calls it.
+void InstallCodeEditAccessibility();
+
+}  // namespace sx
