@@ -26,7 +26,7 @@ fi
 
 build=${FUZZ_BUILD_DIR:-build-fuzz}
 work=${FUZZ_WORK_DIR:-$build/work}
-cmake -S . -B "$build" -DCMAKE_C_COMPILER=clang -DCMAKE_CXX_COMPILER=clang++ -DSX_FUZZ=ON \
+cmake -S . -B "$build" -DCMAKE_C_COMPILER=clang -DCMAKE_CXX_COMPILER=clang++ -DSX_FUZZ=ON -DBUILD_SHARED_LIBS=OFF \
   -DSX_BUILD_TESTS=OFF -DSX_BUILD_BENCH=OFF -DSX_BUILD_APPS=OFF -DSX_WERROR=ON >/dev/null
 cmake --build "$build" -j"$(nproc)" --target "${targets[@]}"
 

@@ -208,6 +208,11 @@ protected:
     void CMExit(TMessage& Message) override;
     void ParentWindowChanged() override;
 
+    // Input methods (uSxCodeEditInputMethod.cpp): a commit is typed, the
+    // text still being composed shows at the caret.
+    void ImeComposition(const TImeComposition& Composition) override;
+    bool ImeRequest(TImeQuery Query, TImeAnswer& Answer) override;
+
     /// Clears the selection and puts the caret at (0, 0).
     void InitSelectionAndPosition();
     void SetSelection(bool IgnoreShift);
@@ -363,6 +368,25 @@ private:
     /// The first half of a character outside the basic plane, typed as two
     /// WM_CHAR messages; it goes into the text together with the second half.
     Char FPendingHighSurrogate = 0;
+    /// The text an input method is composing: shown at the caret, underlined,
+    /// and held in no line and no undo record. FImeCursor is the
+    /// composition's own cursor in it, where the caret block stands meanwhile.
+    String FImePreEdit;
+    Integer FImeCursor = 0;
+    /// A commit's replacement range, columns from the caret within its line:
+    /// those characters go first, as one deletion record.
+    void ImeReplace(Integer AStart, Integer ALength);
+    /// The caret's column as an input method counts it: in its line's text,
+    /// so a caret in virtual space stands at the line's end.
+    Integer ImeColumn(Integer AColumn) const;
+    /// The top left pixel of the caret's cell, in client pixels, as
+    /// ResetCaret works it out; False when the cell lies outside the text area.
+    bool CaretCell(TPoint& ACell);
+    /// The caret's rectangle in client pixels, at the composition's cursor
+    /// while a composition shows.
+    TRect ImeCaretRect();
+    /// Puts the caret block at the composition's cursor, if it shows.
+    void PlaceCaretInComposition();
     /// The parser's feed while this control paints; a type of its own so that
     /// the control can tell its feed from another control's.
     struct ParserFeed {

@@ -71,6 +71,7 @@ public:
             PaintTokens();
         }
         PaintRightMargin();
+        PaintPreEdit();
         CopyToScreen();
         PaintCorners();
         PaintFrame();
@@ -80,9 +81,14 @@ public:
 private:
     void CreateBitmaps()
     {
+        // The bitmaps have the screen's density, so that text and rules
+        // drawn on them stay sharp where the screen has more device pixels.
+        const double ratio = E.Canvas().DevicePixelRatio();
         Main = std::make_unique<TBitmap>();
+        Main->SetDevicePixelRatio(ratio);
         if (E.GetShowGuttor()) {
             Gutter = std::make_unique<TBitmap>();
+            Gutter->SetDevicePixelRatio(ratio);
             Gutter->SetSize(E.FGuttorWidth, E.ClientHeight());
         }
         Main->SetSize(E.ClientWidth(), E.ClientHeight());
@@ -269,6 +275,30 @@ private:
             c.MoveTo(LeftEdge + m, 0);
             c.LineTo(LeftEdge + m, E.ClientHeight());
         }
+    }
+
+    /// The text an input method is composing, over everything else at the
+    /// caret: in the control's font, text colour on the background, with a
+    /// line under it that marks it as not yet typed.
+    void PaintPreEdit()
+    {
+        TPoint cell;
+        if (E.FImePreEdit.empty() || !E.CaretCell(cell))
+            return;
+        TCanvas& c = Main->Canvas();
+        TColor back = clWindow;
+        DarkenColor(back, E.GetReadOnly(), DarkenPercent);
+        c.Font().SetStyle(E.Font().Style());
+        c.Font().SetColor(clWindowText);
+        c.Brush().Style = TBrushStyle::bsSolid;
+        c.Brush().Color = back;
+        const Integer x = cell.X + TextInnerMargin;
+        c.TextOut(x, cell.Y, E.FImePreEdit);
+        const Integer right = c.PenPos().X;
+        const Integer underline = cell.Y + E.GetLineWidth() - 1;
+        c.Pen().Color = clWindowText;
+        c.MoveTo(x, underline);
+        c.LineTo(right, underline);
     }
 
     void CopyToScreen()

@@ -3,11 +3,15 @@
 #include "Controls.h"
 
 #include "QtConvert.h"
+#include "QtInputMethod.h"
 #include "QtKeys.h"
 
 #include <QApplication>
 #include <QElapsedTimer>
 #include <QEvent>
+#include <QInputMethod>
+#include <QInputMethodEvent>
+#include <QInputMethodQueryEvent>
 #include <QKeyEvent>
 #include <QMouseEvent>
 #include <QPainter>
@@ -224,7 +228,10 @@ public:
         if (e->type() != PostedMessageEventType)
             return QObject::event(e);
         TMessage message = static_cast<PostedMessageEvent*>(e)->Message;
+        const QPointer<QObject> alive(this);
         Guarded([&] { FControl->Dispatch(message); });
+        if (alive)
+            FControl->ImeChanged();
         return true;
     }
 
@@ -232,6 +239,20 @@ public:
     {
         if (watched != FControl->Widget())
             return false;
+        const QEvent::Type type = e->type();
+        const QPointer<QObject> alive(this);
+        const bool handled = Deliver(e);
+        // A handler may have freed the control, and this bridge with it.
+        if (alive && handled && IsUserInput(type))
+            FControl->ImeChanged();
+        return handled;
+    }
+
+private:
+    /// Hands a Qt event of the widget to the control; answers whether the
+    /// widget's own handling is to be skipped.
+    bool Deliver(QEvent* e)
+    {
         switch (e->type()) {
         case QEvent::Resize: {
             const QSize size = static_cast<QResizeEvent*>(e)->size();
@@ -245,7 +266,10 @@ public:
             Guarded([&] { SendMessage(FControl, CM_ENTER); });
             break;
         case QEvent::FocusOut:
-            Guarded([&] { SendMessage(FControl, CM_EXIT); });
+            Guarded([&] {
+                EndComposition();
+                SendMessage(FControl, CM_EXIT);
+            });
             break;
         case QEvent::Wheel: {
             TMessage message = WheelMessage(*static_cast<QWheelEvent*>(e));
@@ -264,9 +288,27 @@ public:
         }
         case QEvent::MouseButtonPress:
         case QEvent::MouseButtonDblClick:
+            // A click ends a composition as text widgets end it: the input
+            // method commits what it holds, before the caret moves away.
+            if (FComposing)
+                QGuiApplication::inputMethod()->commit();
+            Guarded([&] { DeliverMouse(*static_cast<QMouseEvent*>(e)); });
+            return true;
         case QEvent::MouseButtonRelease:
         case QEvent::MouseMove:
             Guarded([&] { DeliverMouse(*static_cast<QMouseEvent*>(e)); });
+            return true;
+        case QEvent::InputMethod:
+            if (!TakesInputMethod())
+                break;
+            Guarded([&] { DeliverComposition(CompositionOf(*static_cast<QInputMethodEvent*>(e))); });
+            e->accept();
+            return true;
+        case QEvent::InputMethodQuery:
+            if (!TakesInputMethod())
+                break;
+            Guarded([&] { AnswerQueries(*static_cast<QInputMethodQueryEvent*>(e)); });
+            e->accept();
             return true;
         case QEvent::KeyRelease:
             if (const Word key = VirtualKeyOf(*static_cast<QKeyEvent*>(e)))
@@ -278,7 +320,45 @@ public:
         return false;
     }
 
-private:
+    /// The events after which the caret or the text may have moved: the input
+    /// method is told to ask again. Moves with no button down change nothing.
+    static bool IsUserInput(QEvent::Type type)
+    {
+        switch (type) {
+        case QEvent::KeyPress:
+        case QEvent::MouseButtonPress:
+        case QEvent::MouseButtonDblClick:
+        case QEvent::MouseButtonRelease:
+        case QEvent::Wheel:
+        case QEvent::InputMethod: return true;
+        default: return false;
+        }
+    }
+
+    /// A custom-drawn control composes in its own way; a wrapped Qt widget
+    /// (an edit field of a dialog) keeps Qt's handling.
+    bool TakesInputMethod() const { return dynamic_cast<TCustomControl*>(FControl) != nullptr; }
+
+    void DeliverComposition(const TImeComposition& composition)
+    {
+        FComposing = !composition.PreEdit.empty();
+        FControl->ImeComposition(composition);
+    }
+
+    /// The focus goes while a composition shows: the control drops it.
+    void EndComposition()
+    {
+        if (FComposing && TakesInputMethod())
+            DeliverComposition(TImeComposition{});
+    }
+
+    void AnswerQueries(QInputMethodQueryEvent& event)
+    {
+        AnswerInputMethodQueries(event, [this](TImeQuery query, TImeAnswer& answer) {
+            return FControl->ImeRequest(query, answer);
+        });
+    }
+
     /// A double click comes from Qt in place of the second press: it goes to
     /// the control as a press with ssDouble, then DblClick for the left button.
     void DeliverMouse(const QMouseEvent& event)
@@ -305,6 +385,8 @@ private:
     }
 
     TWinControl* FControl;
+    /// A composition shows in the control: its last step had a pre-edit text.
+    bool FComposing = false;
 };
 
 /// The widget of a custom-drawn control: paints through the control's Paint
@@ -392,7 +474,12 @@ TWinControl::TWinControl(TComponent* AOwner, QWidget* widget)
 {
     FWidget->installEventFilter(FBridge);
     FWidget->setFocusPolicy(Qt::NoFocus);
+<<<<<<< HEAD
     FWidget->setProperty(ControlProperty, QVariant::fromValue(static_cast<void*>(this)));
+=======
+    if (FWidget->testAttribute(Qt::WA_InputMethodEnabled))
+        FImeMode = TImeMode::imDontCare;
+>>>>>>> main
 }
 
 TWinControl::~TWinControl()
@@ -477,6 +564,32 @@ void TWinControl::SetCtl3D(bool value)
 }
 
 bool TWinControl::Focused() const { return FWidget && FWidget->hasFocus(); }
+
+bool TWinControl::CanFocus() const
+{
+    return FWidget && FWidget->isEnabled() && FWidget->focusPolicy() != Qt::NoFocus;
+}
+
+void TWinControl::SetImeMode(TImeMode value)
+{
+    FImeMode = value;
+    if (FWidget)
+        FWidget->setAttribute(Qt::WA_InputMethodEnabled, value != TImeMode::imDisable);
+}
+
+void TWinControl::ImeComposition(const TImeComposition& Composition)
+{
+    for (const Char c : Composition.Commit)
+        SendMessage(this, WM_CHAR, c);
+}
+
+bool TWinControl::ImeRequest(TImeQuery, TImeAnswer&) { return false; }
+
+void TWinControl::ImeChanged()
+{
+    if (FImeMode != TImeMode::imDisable && Focused())
+        QGuiApplication::inputMethod()->update(Qt::ImQueryInput);
+}
 
 void TWinControl::SetFocus()
 {
@@ -609,6 +722,7 @@ TCustomControl::TCustomControl(TComponent* AOwner) : TWinControl(AOwner, new Con
 {
     // Moves reach the control with no button down too, as the desktop sends them.
     Widget()->setMouseTracking(true);
+    SetImeMode(TImeMode::imDontCare);
 }
 
 TCustomControl::~TCustomControl() = default;

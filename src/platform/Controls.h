@@ -54,6 +54,53 @@ bool SystemParametersInfo(Cardinal uiAction, Cardinal uiParam, void* pvParam, Ca
 void SetApplicationExceptionHandler(std::function<void(const std::exception&)> handler);
 void HandleApplicationException(const std::exception& e);
 
+/// Whether a control takes text from the desktop's input methods (dead keys,
+/// compose sequences, CJK input): the two modes of the classic framework's
+/// ImeMode that Qt can honour.
+enum class TImeMode { imDisable, imDontCare };
+
+/// One step of a composition by an input method, as the classic desktop's
+/// WM_IME_COMPOSITION brings it: text the user has finished, which goes in as
+/// typed characters, and text still being composed, which only shows.
+struct TImeComposition {
+    /// Finished text; empty when this step finishes nothing.
+    String Commit;
+    /// Before Commit goes in, ReplaceLength characters from ReplaceStart
+    /// (counted from the caret, negative to the left) are to be replaced.
+    Integer ReplaceStart = 0;
+    Integer ReplaceLength = 0;
+    /// The text still being composed; empty when no composition is under way.
+    String PreEdit;
+    /// The composition's own cursor: an index into PreEdit, 0 to its length.
+    Integer PreEditCursor = 0;
+};
+
+/// What an input method asks of a control (the classic WM_IME_REQUEST); each
+/// question is answered in one field of TImeAnswer, named beside it.
+enum class TImeQuery {
+    iqEnabled,          ///< Flag: the control takes text from input methods now
+    iqCursorRect,       ///< Rect: the caret in client pixels; the candidate window opens by it
+    iqFont,             ///< Font: the font the composition is shown in
+    iqSurroundingText,  ///< Text: the text around the caret
+    iqCursorPos,        ///< Number: the caret's index in the surrounding text
+    iqAnchorPos,        ///< Number: the selection's other end in the surrounding text
+    iqSelection,        ///< Text: the selected text
+    iqHints             ///< Hints: what kind of text the control takes
+};
+
+enum class TImeHint { ihMultiLine, ihNoAutoUppercase, ihNoPredictiveText };
+using TImeHints = TSet<TImeHint, 8>;
+
+/// The answer to one TImeQuery: only the field that the query names counts.
+struct TImeAnswer {
+    bool Flag = false;
+    Integer Number = 0;
+    String Text;
+    TRect Rect;
+    const TFont* Font = nullptr;
+    TImeHints Hints;
+};
+
 class TWinControl;
 
 class TControl : public TComponent {
@@ -126,7 +173,12 @@ public:
     void SetTabStop(bool value);
     bool Ctl3D() const { return FCtl3D; }
     void SetCtl3D(bool value);
+    TImeMode ImeMode() const { return FImeMode; }
+    void SetImeMode(TImeMode value);
     bool Focused() const;
+    /// Whether the control can take the focus at all: its window is enabled
+    /// and takes the focus by click or by Tab.
+    bool CanFocus() const;
     virtual void SetFocus();
     void Invalidate() override;
     /// Paints now rather than at the next turn of the event loop.
@@ -171,6 +223,21 @@ protected:
     /// WM_CHAR: the character in WParam goes through KeyPress, which may change it.
     virtual void WMChar(TMessage& Message);
 
+    /// An input method composes (the classic WM_IME_COMPOSITION). The
+    /// framework's handling sends each UTF-16 unit of the commit as WM_CHAR,
+    /// as a plain control gets it, and neither replaces nor shows anything.
+    /// When the control loses the focus during a composition, it gets one
+    /// more call with nothing in it: the composition has ended.
+    virtual void ImeComposition(const TImeComposition& Composition);
+    /// An input method asks a question (the classic WM_IME_REQUEST): answer
+    /// True with the answer filled in. The framework's handling answers nothing.
+    virtual bool ImeRequest(TImeQuery Query, TImeAnswer& Answer);
+    /// Tells the input method to ask its questions again, when the control
+    /// has the focus: the caret or the text around it has changed. The
+    /// framework calls it after each key, mouse, wheel or input method event
+    /// and each posted message the control has handled.
+    void ImeChanged();
+
     /// Focus came (CM_ENTER) or went (CM_EXIT); the framework's handling fires OnEnter/OnExit.
     virtual void CMEnter(TMessage& Message);
     virtual void CMExit(TMessage& Message);
@@ -193,9 +260,12 @@ private:
     std::vector<TControl*> FControls;
     bool FTabStop = false;
     bool FCtl3D = true;
+    TImeMode FImeMode = TImeMode::imDisable;
 };
 
 /// A control that draws itself: Paint draws on Canvas inside Qt's paint event.
+/// It takes input method text (ImeMode imDontCare), as a window of the
+/// classic desktop does; what it shows and answers is its own.
 class TCustomControl : public TWinControl {
     SX_DECLARE_CLASS
 public:

@@ -9,10 +9,12 @@
 #include <QGlyphRun>
 #include <QGuiApplication>
 #include <QImage>
+#include <QPaintDevice>
 #include <QPainter>
 #include <QPalette>
 #include <QTextLayout>
 
+#include <cmath>
 #include <cstdlib>
 #include <map>
 #include <tuple>
@@ -266,6 +268,12 @@ bool TCanvas::HasPainter() const { return FAttached != nullptr; }
 
 QPainter* TCanvas::Painter() { return FAttached; }
 
+double TCanvas::DevicePixelRatio()
+{
+    const QPainter* p = Painter();
+    return p && p->device() ? p->device()->devicePixelRatioF() : 1.0;
+}
+
 void TCanvas::FillPixels(const TRect& rect, TColor color)
 {
     if (rect.IsEmpty())
@@ -407,18 +415,35 @@ TBitmap::~TBitmap()
     FCanvas.reset();
 }
 
-Integer TBitmap::Width() const { return FImage->width(); }
-
-Integer TBitmap::Height() const { return FImage->height(); }
-
 void TBitmap::SetSize(Integer width, Integer height)
 {
-    if (width == Width() && height == Height())
+    if (width == FWidth && height == FHeight)
         return;
+    FWidth = width;
+    FHeight = height;
+    MakeImage();
+}
+
+void TBitmap::SetDevicePixelRatio(double value)
+{
+    if (!(value > 0) || value == FRatio)
+        return;
+    FRatio = value;
+    MakeImage();
+}
+
+void TBitmap::MakeImage()
+{
     FCanvas->End();
-    *FImage = (width > 0 && height > 0) ? QImage(width, height, QImage::Format_RGB32) : QImage();
-    if (!FImage->isNull())
-        FImage->fill(Qt::white);
+    if (FWidth <= 0 || FHeight <= 0) {
+        *FImage = QImage();
+        return;
+    }
+    // Device pixels cover the whole logical area, also at a fractional ratio.
+    const auto device = [this](Integer pixels) { return int(std::ceil(pixels * FRatio)); };
+    *FImage = QImage(device(FWidth), device(FHeight), QImage::Format_RGB32);
+    FImage->setDevicePixelRatio(FRatio);
+    FImage->fill(Qt::white);
 }
 
 TCanvas& TBitmap::Canvas() { return *FCanvas; }

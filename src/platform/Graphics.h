@@ -116,6 +116,10 @@ public:
     void SetClipRect(const TRect& rect);
     void ResetClip();
 
+    /// Device pixels per pixel of the surface drawn on: 2 on a screen of
+    /// double density, 1 when there is no surface. Coordinates stay in pixels.
+    double DevicePixelRatio();
+
     /// Draws through an outside painter (a widget's paint event) until Detach.
     void Attach(QPainter* painter);
     void Detach();
@@ -142,17 +146,27 @@ public:
     TBitmap();
     ~TBitmap() override;
 
-    Integer Width() const;
-    Integer Height() const;
+    /// Width and height in pixels; the picture holds them times the ratio.
+    Integer Width() const { return FWidth; }
+    Integer Height() const { return FHeight; }
     void SetWidth(Integer value) { SetSize(value, Height()); }
     void SetHeight(Integer value) { SetSize(Width(), value); }
     void SetSize(Integer width, Integer height);
+    /// Device pixels per pixel, so that a bitmap drawn on a screen of double
+    /// density is as sharp as the screen. Set it before SetSize.
+    double DevicePixelRatio() const { return FRatio; }
+    void SetDevicePixelRatio(double value);
     TCanvas& Canvas();
     /// The picture; ends any drawing in progress first.
     const QImage& Image();
 
 private:
     class BitmapCanvas;
+    void MakeImage();
+
+    Integer FWidth = 0;
+    Integer FHeight = 0;
+    double FRatio = 1.0;
     std::unique_ptr<QImage> FImage;
     std::unique_ptr<BitmapCanvas> FCanvas;
 };

@@ -1,0 +1,46 @@
+#!/usr/bin/env bash
+# Installs the built libraries into a temporary prefix and builds the
+# embedding example against that prefix alone, once through the CMake
+# package and once through pkg-config, then runs it. A broken export, a
+# missing header or a wrong pkg-config file fails here.
+#
+#   scripts/install_check.sh [build dir]
+set -euo pipefail
+cd "$(dirname "$0")/.."
+build=${1:-build}
+prefix=$(mktemp -d /tmp/sxcodeedit-install.XXXXXX)
+trap 'rm -rf "$prefix"' EXIT
+
+cmake --install "$build" --prefix "$prefix/usr" >/dev/null
+echo "installed into $prefix/usr"
+
+# Every installed header compiles on its own, found where the package says.
+libdir=$(dirname "$(find "$prefix/usr" -name sxcodeedit.pc)")
+cflags=$(PKG_CONFIG_PATH="$libdir" pkg-config --cflags sxcodeedit)
+include=$(PKG_CONFIG_PATH="$libdir" pkg-config --variable=includedir sxcodeedit)
+headers=$(cd "$include" && find . -name '*.h' | sed 's|^\./||' | sort)
+[ -n "$headers" ]
+export cflags
+# shellcheck disable=SC2016
+xargs -P "$(nproc)" -I{} sh -c 'printf "#include \"%s\"\n" "$1" | g++ -fsyntax-only -x c++ - $cflags ||
+  { echo "header does not compile alone: $1"; exit 255; }' _ {} <<<"$headers"
+echo "headers: $(wc -l <<<"$headers") compile alone"
+
+# Through the CMake package.
+cmake -S examples/embed -B "$prefix/embed-cmake" -DCMAKE_PREFIX_PATH="$prefix/usr" \
+  -DCMAKE_BUILD_TYPE=Release -DCMAKE_COMPILE_WARNING_AS_ERROR=ON >/dev/null
+cmake --build "$prefix/embed-cmake" -j"$(nproc)" >/dev/null
+
+# Through pkg-config.
+flags=$(PKG_CONFIG_PATH="$libdir" pkg-config --cflags --libs sxcodeedit)
+# shellcheck disable=SC2086
+g++ -fPIC examples/embed/main.cpp -o "$prefix/embed-pkgconfig" $flags -Wl,-rpath,"$(dirname "$libdir")"
+
+export QT_QPA_PLATFORM=offscreen
+for program in "$prefix/embed-cmake/embed_example" "$prefix/embed-pkgconfig"; do
+  output=$("$program" --render "$prefix/embed.png")
+  echo "$output"
+  grep -q "3 lines, rendered" <<<"$output"
+  test -s "$prefix/embed.png"
+done
+echo "install check: passed"

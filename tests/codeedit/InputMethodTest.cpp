@@ -1,0 +1,239 @@
+// Input methods: commits go the way of typed characters, the text being
+// composed shows at the caret and nowhere in the text, and the control's
+// answers put the candidate window at the caret.
+#include "codeedit/EditorFixture.h"
+
+#include "platform/Caret.h"
+
+#include <QCoreApplication>
+#include <QFont>
+#include <QInputMethodEvent>
+#include <QInputMethodQueryEvent>
+#include <QTextCharFormat>
+
+using namespace sx;
+using namespace sx::test;
+
+namespace {
+
+void Commit(TWinControl& control, const QString& text, int replaceStart = 0, int replaceLength = 0)
+{
+    QInputMethodEvent event;
+    event.setCommitString(text, replaceStart, replaceLength);
+    QCoreApplication::sendEvent(control.Widget(), &event);
+    EXPECT_TRUE(event.isAccepted());
+}
+
+/// A composition step with its text underlined and its cursor at `cursor`.
+void Compose(TWinControl& control, const QString& preedit, int cursor)
+{
+    QTextCharFormat underlined;
+    underlined.setFontUnderline(true);
+    const QList<QInputMethodEvent::Attribute> attributes{
+        {QInputMethodEvent::TextFormat, 0, int(preedit.size()), underlined},
+        {QInputMethodEvent::Cursor, cursor, 1, QVariant()},
+    };
+    QInputMethodEvent event(preedit, attributes);
+    QCoreApplication::sendEvent(control.Widget(), &event);
+}
+
+void Cancel(TWinControl& control) { Compose(control, QString(), 0); }
+
+QVariant Query(TWinControl& control, Qt::InputMethodQuery query)
+{
+    QInputMethodQueryEvent event(query);
+    QCoreApplication::sendEvent(control.Widget(), &event);
+    return event.value(query);
+}
+
+/// The undo list as text, one record a line: type, start, end, caret, value.
+String Records(TSxCodeEdit& edit)
+{
+    const auto at = [](TPoint p) { return u"(" + IntToStr(p.X) + u"," + IntToStr(p.Y) + u")"; };
+    String dump;
+    for (Integer i = 0; i < edit.UndoList().Count(); ++i) {
+        const TSxUndoItem& r = *edit.UndoList().Items(i);
+        dump += IntToStr(Integer(r.ChangeType())) + u" " + at(r.StartPos()) + at(r.EndPos()) + at(r.CaretPos()) +
+                u" [" + r.Value() + u"]\n";
+    }
+    return dump;
+}
+
+/// Pixels of the text colour in the area, leaving out the control's caret
+/// block, which may be blinking on.
+int InkIn(TWinControl& control, const QImage& image, const TRect& area)
+{
+    const TColor ink = Drawn(clWindowText);
+    int count = CountPixels(image, area, ink);
+    const TCaretInfo caret = GetCaretInfo();
+    if (caret.Window == &control) {
+        const TRect block = Rect(std::max(area.Left, caret.Pos.X), std::max(area.Top, caret.Pos.Y),
+                                 std::min(area.Right, caret.Pos.X + caret.Width),
+                                 std::min(area.Bottom, caret.Pos.Y + caret.Height));
+        if (block.Left < block.Right && block.Top < block.Bottom)
+            count -= CountPixels(image, block, ink);
+    }
+    return count;
+}
+
+class InputMethod : public EditorTest {
+protected:
+    /// Starts a fresh text, not modified, and counts the control's Changed calls.
+    void Begin(TSxCodeEdit& e, const String& text, TPoint caret)
+    {
+        e.SetText(text);
+        e.SetLinePos(caret.Y);
+        e.SetCharPos(caret.X);
+        e.SetModified(false);
+        e.SetOnChange([this](TObject*) { ++changes; });
+    }
+    /// The caret's cell in widget pixels: where the text at the caret starts.
+    TPoint CaretTextOrigin() const
+    {
+        return Point(edit->RealGuttorWidth() + edit->CharPos() * edit->GetCharWidth() + 2,
+                     edit->LinePos() * edit->GetLineWidth());
+    }
+    int changes = 0;
+};
+
+TEST_F(InputMethod, CommitGoesTheWayOfTypedCharacters)
+{
+    // Over a selection, through OnKeyPress, with Enter's auto-indent.
+    const auto run = [this](TSxCodeEdit& e, auto input) {
+        Focus(e);  // before the selection: the focus coming collapses it
+        Begin(e, u"  begin end", Point(8, 0));
+        e.SetSelEnd(Point(6, 0));
+        e.OnKeyPress = [](TObject*, Char& key) { key = key == u'x' ? u'X' : key; };
+        changes = 0;
+        input(e);
+        return std::tuple(e.Text(), Records(e), changes, Point(e.CharPos(), e.LinePos()));
+    };
+    const auto typed = run(*edit, [](TSxCodeEdit& e) { Type(e, QStringLiteral("x\nab")); });
+    TSxCodeEdit* other = host.Add<TSxCodeEdit>(400, 300);
+    const auto committed = run(*other, [](TSxCodeEdit& e) {
+        Commit(e, QStringLiteral("x"));
+        Commit(e, QStringLiteral("\rab"));
+    });
+    EXPECT_EQ(std::get<0>(committed), u"  begiX\r\n  abend\r\n");
+    EXPECT_EQ(committed, typed);
+    EXPECT_TRUE(other->Modified());
+}
+
+TEST_F(InputMethod, DeadKeyAndCjkCommitsAreTypedOneCharacterARecord)
+{
+    Begin(*edit, u"", Point(0, 0));
+    Compose(*edit, QStringLiteral(u"´"), 1);  // a dead key shows its accent first
+    Commit(*edit, QStringLiteral(u"é"));
+    EXPECT_EQ(Line(0), u"é");
+    EXPECT_EQ(edit->UndoList().Count(), 1);
+
+    Commit(*edit, QStringLiteral(u"日本語"));
+    Commit(*edit, QString::fromUtf8("\xF0\x9F\x99\x82"));  // two halves, one character
+    EXPECT_EQ(Line(0), u"é日本語\U0001F642");
+    EXPECT_EQ(Caret(), Point(6, 0));
+    EXPECT_EQ(edit->UndoList().Count(), 5);
+    Undo();
+    Undo();
+    EXPECT_EQ(Line(0), u"é日本");
+}
+
+TEST_F(InputMethod, ReplacementGoesAsOneDeletionBeforeTheCommit)
+{
+    Begin(*edit, u"int fo;", Point(6, 0));
+    Commit(*edit, QStringLiteral("foo"), -2, 2);
+    EXPECT_EQ(Line(0), u"int foo;");
+    EXPECT_EQ(Caret(), Point(7, 0));
+    EXPECT_EQ(Records(*edit), u"3 (4,0)(6,0)(6,0) [fo]\n"
+                              u"4 (4,0)(5,0)(4,0) []\n"
+                              u"4 (5,0)(6,0)(5,0) []\n"
+                              u"4 (6,0)(7,0)(6,0) []\n");
+    for (int i = 0; i < 4; ++i)
+        Undo();
+    EXPECT_EQ(Line(0), u"int fo;");
+
+    // From virtual space the range counts from the line's end, where the
+    // input method was told the caret stands; a range past the line is cut.
+    Begin(*edit, u"ab", Point(9, 0));
+    Commit(*edit, QStringLiteral("X"), -1, 5);
+    EXPECT_EQ(Line(0), u"aX");
+}
+
+TEST_F(InputMethod, ReadOnlyControlDropsCommitsSilently)
+{
+    Begin(*edit, u"abc", Point(3, 0));
+    edit->SetReadOnly(true);
+    Commit(*edit, QStringLiteral("x"));
+    Commit(*edit, QStringLiteral("y"), -2, 2);
+    EXPECT_EQ(edit->Text(), u"abc\r\n");
+    EXPECT_EQ(edit->UndoList().Count(), 0);
+    EXPECT_FALSE(edit->Modified());
+}
+
+TEST_F(InputMethod, PreEditShowsUnderlinedAtTheCaretAndLeavesTheText)
+{
+    Begin(*edit, u"ab", Point(4, 0));
+    const TPoint origin = CaretTextOrigin();
+    const Integer width = 3 * edit->GetCharWidth(), bottom = origin.Y + edit->GetLineWidth();
+    const TRect cell = Rect(origin.X, origin.Y, origin.X + width, bottom);
+    EXPECT_EQ(InkIn(*edit, Render(*edit), cell), 0);
+
+    Compose(*edit, QStringLiteral("nih"), 1);
+    EXPECT_EQ(edit->Text(), u"ab\r\n");
+    EXPECT_EQ(edit->UndoList().Count(), 0);
+    EXPECT_FALSE(edit->Modified());
+    EXPECT_EQ(changes, 0);
+    const QImage composing = Render(*edit);
+    EXPECT_EQ(CountPixels(composing, Rect(origin.X, bottom - 1, origin.X + width, bottom), Drawn(clWindowText)), width);
+    EXPECT_GT(InkIn(*edit, composing, Rect(origin.X, origin.Y, origin.X + width, bottom - 1)), 0);
+    // The caret block stands at the composition's cursor, behind its first letter.
+    EXPECT_EQ(GetCaretInfo().Pos, Point(origin.X + edit->GetCharWidth(), origin.Y));
+
+    Cancel(*edit);
+    EXPECT_EQ(InkIn(*edit, Render(*edit), cell), 0);
+    EXPECT_EQ(GetCaretInfo().Pos, origin);
+    EXPECT_EQ(edit->Text(), u"ab\r\n");
+
+    // Losing the focus ends the composition too.
+    Compose(*edit, QStringLiteral("nih"), 3);
+    EXPECT_GT(InkIn(*edit, Render(*edit), cell), 0);
+    TSxCodeEdit* other = host.Add<TSxCodeEdit>(100, 100);
+    Focus(*other);
+    EXPECT_EQ(InkIn(*edit, Render(*edit), cell), 0);
+    EXPECT_EQ(edit->Text(), u"ab\r\n");
+}
+
+TEST_F(InputMethod, AnswersPutTheCandidateWindowAtTheCaret)
+{
+    EXPECT_TRUE(edit->Widget()->testAttribute(Qt::WA_InputMethodEnabled));
+    EXPECT_TRUE(Query(*edit, Qt::ImEnabled).toBool());
+    EXPECT_EQ(Query(*edit, Qt::ImHints).toInt(),
+              int(Qt::ImhMultiLine | Qt::ImhNoAutoUppercase | Qt::ImhNoPredictiveText));
+    const QFont font = Query(*edit, Qt::ImFont).value<QFont>();
+    EXPECT_EQ(font.family(), QStringLiteral("Courier new"));
+    EXPECT_EQ(font.pixelSize(), 13);  // 10 points at 96 pixels an inch
+
+    Begin(*edit, u"one\r\nbegin x", Point(9, 1));  // in virtual space behind the line
+    EXPECT_EQ(Query(*edit, Qt::ImSurroundingText).toString(), QStringLiteral("begin x"));
+    EXPECT_EQ(Query(*edit, Qt::ImCursorPosition).toInt(), 7);
+    EXPECT_EQ(Query(*edit, Qt::ImAnchorPosition).toInt(), 7);
+    const TCaretInfo caret = GetCaretInfo();
+    EXPECT_EQ(Query(*edit, Qt::ImCursorRectangle).toRect(), QRect(caret.Pos.X, caret.Pos.Y, caret.Width, caret.Height));
+
+    Compose(*edit, QStringLiteral("ka"), 2);
+    const QRect composing = Query(*edit, Qt::ImCursorRectangle).toRect();
+    EXPECT_EQ(composing.topLeft(), QPoint(GetCaretInfo().Pos.X, GetCaretInfo().Pos.Y));
+    EXPECT_EQ(composing.left(), caret.Pos.X + 2 * edit->GetCharWidth());
+    Cancel(*edit);
+
+    Select(Point(1, 1), Point(4, 1));
+    EXPECT_EQ(Query(*edit, Qt::ImCursorPosition).toInt(), 4);
+    EXPECT_EQ(Query(*edit, Qt::ImAnchorPosition).toInt(), 1);
+    EXPECT_EQ(Query(*edit, Qt::ImCurrentSelection).toString(), QStringLiteral("egi"));
+    Select(Point(1, 0), Point(4, 1));  // the anchor lies on another line
+    EXPECT_EQ(Query(*edit, Qt::ImAnchorPosition).toInt(), 4);
+
+    edit->Widget()->setEnabled(false);
+    EXPECT_FALSE(Query(*edit, Qt::ImEnabled).toBool());
+}
+
+}  // namespace
