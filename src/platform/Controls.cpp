@@ -474,12 +474,9 @@ TWinControl::TWinControl(TComponent* AOwner, QWidget* widget)
 {
     FWidget->installEventFilter(FBridge);
     FWidget->setFocusPolicy(Qt::NoFocus);
-<<<<<<< HEAD
     FWidget->setProperty(ControlProperty, QVariant::fromValue(static_cast<void*>(this)));
-=======
     if (FWidget->testAttribute(Qt::WA_InputMethodEnabled))
         FImeMode = TImeMode::imDontCare;
->>>>>>> main
 }
 
 TWinControl::~TWinControl()
