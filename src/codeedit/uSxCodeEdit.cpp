@@ -2,7 +2,7 @@
 // store and its events, the parser ownership rules, options and messages.
 #include "uSxCodeEdit.h"
 
-#include "SxCodeEditAccessible.h"
+#include "uSxCodeEditAccessible.h"
 
 namespace sx {
 
@@ -62,7 +62,6 @@ TSxCodeEdit::TSxCodeEdit(TComponent* AOwner) : TCustomControl(AOwner)
     ClearSelection();
     FUndoList = new TSxUndoList(this);
     FModified = false;
-    InstallCodeEditAccessibility();
     FAccessibilityAllowed = true;
 }
 
@@ -264,8 +263,6 @@ void TSxCodeEdit::SetReadOnly(bool Value)
     Invalidate();
     AccessibleStateChanged();
 }
-
-void TSxCodeEdit::NotifyAccessibility() { FAccessibility->StateChanged(); }
 
 bool TSxCodeEdit::GetReadOnly() { return FReadOnly; }
 

@@ -17,7 +17,7 @@
 
 namespace sx {
 
-class TSxCodeEditAccessibility;
+class TSxAccessibleTextModel;
 
 namespace uSxCodeEdit {
 
@@ -180,6 +180,10 @@ public:
     TScrollBar& HScrollBar() { return *FHScrollBar; }
     TScrollBar& VScrollBar() { return *FVScrollBar; }
     TSxUndoList& UndoList() { return *FUndoList; }
+
+    /// The text as screen readers read it (uSxCodeEditAccessible.cpp): made
+    /// when one first asks, so that nothing is tracked before.
+    TAccessibleText* AccessibleText() override;
 
 protected:
     void Paint() override;
@@ -355,7 +359,7 @@ private:
             NotifyAccessibility();
     }
     void NotifyAccessibility();
-    std::unique_ptr<TSxCodeEditAccessibility> FAccessibility;
+    std::unique_ptr<TSxAccessibleTextModel> FAccessibility;
     /// True from the end of construction to the start of destruction: the
     /// only time screen reader support may be made for the control.
     bool FAccessibilityAllowed = false;

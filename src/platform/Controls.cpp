@@ -2,6 +2,7 @@
 // messages sent directly or posted through Qt's event queue.
 #include "Controls.h"
 
+#include "Accessibility.h"
 #include "QtConvert.h"
 #include "QtInputMethod.h"
 #include "QtKeys.h"
@@ -477,6 +478,7 @@ TWinControl::TWinControl(TComponent* AOwner, QWidget* widget)
     FWidget->setProperty(ControlProperty, QVariant::fromValue(static_cast<void*>(this)));
     if (FWidget->testAttribute(Qt::WA_InputMethodEnabled))
         FImeMode = TImeMode::imDontCare;
+    InstallAccessibility();
 }
 
 TWinControl::~TWinControl()

@@ -102,6 +102,7 @@ struct TImeAnswer {
 };
 
 class TWinControl;
+class TAccessibleText;
 
 class TControl : public TComponent {
     SX_DECLARE_CLASS
@@ -202,6 +203,10 @@ public:
 
     /// A point in client pixels as a point on the screen.
     TPoint ClientToScreen(TPoint Point) const;
+
+    /// What the control offers a screen reader about its text, if anything
+    /// (see Accessibility.h); the framework's handling offers none.
+    virtual TAccessibleText* AccessibleText() { return nullptr; }
 
 protected:
     TWinControl(TComponent* AOwner, QWidget* widget);

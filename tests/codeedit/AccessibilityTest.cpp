@@ -1,13 +1,16 @@
 // Screen reader support: the accessible interface that Qt finds for the
 // control's widget (role, states, text in CR LF offsets, units of text, caret,
-// selection, geometry, editing) and the events a listening screen reader gets.
+// selection, geometry, editing), the events a listening screen reader gets, and
+// the framework's interface for any control that offers a text.
 #include "codeedit/EditorFixture.h"
 #include "codeedit/uSxDbCodeEdit.h"
+#include "platform/Accessibility.h"
 #include "platform/Caret.h"
 
 #include <QAccessible>
 #include <QCoreApplication>
 
+#include <algorithm>
 #include <random>
 #include <vector>
 
@@ -438,6 +441,90 @@ TEST_F(AccessibilityEvents, AControlFreedWithAReportPendingSendsNothing)
     delete other;
     Settle();
     EXPECT_TRUE(Events().empty());
+}
+
+/// A text of eight characters whose units have a width of their own per
+/// kind (a character 1, a word 2, a line 3, a sentence 4, a paragraph 5), so
+/// that an answer shows which unit was asked for.
+class FixedUnitText final : public TAccessibleText {
+public:
+    TTextOffset CharacterCount() override { return 8; }
+    String TextBetween(TTextOffset from, TTextOffset to) override
+    {
+        from = std::clamp<TTextOffset>(from, 0, 8);
+        return Text.substr(std::size_t(from), std::size_t(std::clamp<TTextOffset>(to, from, 8) - from));
+    }
+    TTextOffset CaretOffset() override { return Caret; }
+    TTextRange Selection() override { return {}; }
+    bool UnitAt(TTextOffset offset, TTextUnit unit, TTextRange& range) override
+    {
+        if (offset < 0 || offset >= 8)
+            return false;
+        const TTextOffset width = TTextOffset(unit) + 1;
+        range = {offset / width * width, std::min<TTextOffset>(offset / width * width + width, 8)};
+        return true;
+    }
+    TRect CharacterRect(TTextOffset offset) override
+    {
+        const auto left = Integer(offset) * 10;
+        return Rect(left, 0, left + 10, 20);
+    }
+    TTextOffset OffsetAtPoint(TPoint point) override { return point.X / 10; }
+    bool ReadOnly() override { return true; }
+    bool MultiLine() override { return false; }
+    void SetCaretOffset(TTextOffset offset) override { Caret = offset; }
+    void SetSelection(TTextOffset, TTextOffset caretOffset) override { Caret = caretOffset; }
+    void RemoveSelection() override {}
+    void InsertText(TTextOffset, const String&) override {}
+    void DeleteText(TTextOffset, TTextOffset) override {}
+    void ScrollToRange(TTextOffset, TTextOffset) override {}
+
+    String Text = u"abcdefgh";
+    TTextOffset Caret = 0;
+};
+
+/// A plain framework control that offers the text above.
+class TextControl : public TCustomControl {
+public:
+    using TCustomControl::TCustomControl;
+    TAccessibleText* AccessibleText() override { return &Text; }
+    FixedUnitText Text;
+};
+
+TEST(FrameworkAccessibility, AnyControlThatOffersATextGetsTheInterface)
+{
+    Host host;
+    auto* control = host.Add<TextControl>(100, 40);
+    QAccessibleInterface* iface = QAccessible::queryAccessibleInterface(control->Widget());
+    ASSERT_NE(iface, nullptr);
+    ASSERT_NE(iface->textInterface(), nullptr);
+    EXPECT_TRUE(iface->state().readOnly);
+    EXPECT_FALSE(iface->state().multiLine);
+    QAccessibleTextInterface& t = *iface->textInterface();
+
+    // Each of Qt's boundaries asks for the unit of its own kind.
+    const std::pair<QAccessible::TextBoundaryType, QString> units[] = {
+        {QAccessible::CharBoundary, QStringLiteral("f")},     {QAccessible::WordBoundary, QStringLiteral("ef")},
+        {QAccessible::LineBoundary, QStringLiteral("def")},   {QAccessible::SentenceBoundary, QStringLiteral("efgh")},
+        {QAccessible::ParagraphBoundary, QStringLiteral("fgh")}, {QAccessible::NoBoundary, QStringLiteral("abcdefgh")},
+    };
+    int start = 0, end = 0;
+    for (const auto& [type, expected] : units)
+        EXPECT_EQ(t.textAtOffset(5, type, &start, &end), expected) << int(type);
+
+    // The units before and after come from the same questions.
+    EXPECT_EQ(t.textBeforeOffset(5, QAccessible::WordBoundary, &start, &end), QStringLiteral("cd"));
+    EXPECT_EQ(t.textAfterOffset(5, QAccessible::WordBoundary, &start, &end), QStringLiteral("gh"));
+    EXPECT_EQ((std::pair{start, end}), (std::pair{6, 8}));
+    EXPECT_EQ(t.textAfterOffset(6, QAccessible::WordBoundary, &start, &end), QString());
+    EXPECT_EQ(t.textBeforeOffset(-1, QAccessible::CharBoundary, &start, &end), QStringLiteral("h"));
+
+    // Client pixels become screen pixels and back.
+    const QRect cell = t.characterRect(3);
+    EXPECT_EQ(control->Widget()->mapFromGlobal(cell.topLeft()), QPoint(30, 0));
+    EXPECT_EQ(t.offsetAtPoint(cell.center()), 3);
+    t.setCursorPosition(4);
+    EXPECT_EQ(t.cursorPosition(), 4);
 }
 
 }  // namespace

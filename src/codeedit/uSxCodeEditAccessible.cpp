@@ -1,15 +1,13 @@
-// The text model of the code edit control's screen reader support: offsets
-// over the control's lines, units of text, and the reports of changes,
-// gathered to one of each kind per turn of the event loop and built from the
-// lines that changed, never from the whole text.
-#include "SxCodeEditTextModel.h"
+// Screen reader support of the code edit control: offsets over the control's
+// lines, units of text, the control's operations a screen reader calls, and
+// the reports of changes, gathered to one of each kind per turn of the event
+// loop and built from the lines that changed, never from the whole text.
+#include "uSxCodeEditAccessible.h"
 
 #include "uSxCodeEdit.h"
 
-#include "platform/QtConvert.h"
-
-#include <QWidget>
-
+#include <algorithm>
+#include <limits>
 #include <memory>
 #include <utility>
 
@@ -28,38 +26,6 @@ void AppendLine(const TStringList& lines, Integer index, String& out)
 {
     lines.Line(index).AppendTo(out);
     out += LineBreak;
-}
-
-// ---------------------------------------------------------------------------
-// Whether a screen reader listens, and how events reach it.
-
-/// Follows QAccessible::setActive, which the platform's bridge calls when a
-/// screen reader comes or goes, and which an application may call too.
-class ActivityWatch : public QAccessible::ActivationObserver {
-public:
-    void accessibilityActiveChanged(bool active) override { Active = active; }
-    bool Active = QAccessible::isActive();
-};
-
-/// Made by the first control and kept for the life of the process, since Qt
-/// may still report to it while the application shuts down.
-ActivityWatch* Watch = nullptr;
-
-
-/// QAccessible::updateAccessibility passes events on only while the
-/// platform's bridge is active; an update handler that an application
-/// installed and switched on through QAccessible::setActive hears them
-/// without a bridge too.
-void Send(QAccessibleEvent& event)
-{
-    if (QAccessible::isActive()) {
-        QAccessible::updateAccessibility(&event);
-        return;
-    }
-    const QAccessible::UpdateHandler handler = QAccessible::installUpdateHandler(nullptr);
-    QAccessible::installUpdateHandler(handler);
-    if (handler)
-        handler(&event);
 }
 
 // ---------------------------------------------------------------------------
@@ -126,17 +92,30 @@ std::pair<std::size_t, std::size_t> CommonEnds(const String& a, const String& b)
     return {head, tail};
 }
 
-}  // namespace
+/// The caret stands this many pixels right of its column's cell edge.
+constexpr Integer CaretMargin = 2;
 
-bool AccessibilityActive() { return Watch && Watch->Active; }
-
-void WatchAccessibilityActivity()
+Integer ClampToInteger(std::int64_t v)
 {
-    if (Watch)
-        return;
-    Watch = new ActivityWatch;
-    QAccessible::installActivationObserver(Watch);
+    constexpr std::int64_t lowest = std::numeric_limits<Integer>::min();
+    constexpr std::int64_t highest = std::numeric_limits<Integer>::max();
+    return Integer(std::clamp(v, lowest, highest));
 }
+
+/// Moves the bar the least so that first and, where it fits, last show
+/// among the room cells a page holds.
+void ScrollToShow(TScrollBar& bar, Integer first, Integer last, Integer room)
+{
+    room = std::max(room, 1);
+    Integer position = bar.Position();
+    if (std::int64_t(last) >= std::int64_t(position) + room)
+        position = last - room + 1;
+    if (first < position)
+        position = first;
+    bar.SetPosition(position);
+}
+
+}  // namespace
 
 TSxAccessibleTextModel* TSxAccessibleTextModel::Of(TSxCodeEdit& edit)
 {
@@ -144,8 +123,12 @@ TSxAccessibleTextModel* TSxAccessibleTextModel::Of(TSxCodeEdit& edit)
         return nullptr;
     if (!edit.FAccessibility)
         edit.FAccessibility = std::make_unique<TSxAccessibleTextModel>(edit);
-    return static_cast<TSxAccessibleTextModel*>(edit.FAccessibility.get());
+    return edit.FAccessibility.get();
 }
+
+TAccessibleText* TSxCodeEdit::AccessibleText() { return TSxAccessibleTextModel::Of(*this); }
+
+void TSxCodeEdit::NotifyAccessibility() { FAccessibility->StateChanged(); }
 
 TSxAccessibleTextModel::TSxAccessibleTextModel(TSxCodeEdit& edit)
     : FControl(edit), FLines(static_cast<TSxCodeEditLines&>(*edit.FLines))
@@ -156,7 +139,13 @@ TSxAccessibleTextModel::TSxAccessibleTextModel(TSxCodeEdit& edit)
     FReportedReadOnly = FControl.GetReadOnly();
 }
 
-TOffset TSxAccessibleTextModel::CharacterCount()
+TSxAccessibleTextModel::~TSxAccessibleTextModel()
+{
+    FLines.SetListener(nullptr);
+    CancelAccessibilityReport(this);
+}
+
+TTextOffset TSxAccessibleTextModel::CharacterCount()
 {
     if (FCharacterCount < 0) {
         FCharacterCount = 0;
@@ -166,7 +155,7 @@ TOffset TSxAccessibleTextModel::CharacterCount()
     return FCharacterCount;
 }
 
-TOffset TSxAccessibleTextModel::LineStart(Integer line)
+TTextOffset TSxAccessibleTextModel::LineStart(Integer line)
 {
     const Integer count = FLines.Count();
     if (line >= count)
@@ -182,10 +171,10 @@ TOffset TSxAccessibleTextModel::LineStart(Integer line)
     return FAnchorStart;
 }
 
-Integer TSxAccessibleTextModel::LineAt(TOffset offset)
+Integer TSxAccessibleTextModel::LineAt(TTextOffset offset)
 {
     const Integer count = FLines.Count();
-    offset = std::max<TOffset>(offset, 0);
+    offset = std::max<TTextOffset>(offset, 0);
     CheckAnchor();
     if (offset < FAnchorStart - offset)
         MoveAnchorHome();
@@ -196,17 +185,17 @@ Integer TSxAccessibleTextModel::LineAt(TOffset offset)
     return FAnchorLine;
 }
 
-TOffset TSxAccessibleTextModel::OffsetOf(TPoint position)
+TTextOffset TSxAccessibleTextModel::OffsetOf(TPoint position)
 {
     if (position.Y < 0 || FLines.Count() == 0)
         return 0;
     if (position.Y >= FLines.Count())
         return CharacterCount();
-    const auto length = TOffset(FLines.Line(position.Y).size());
-    return LineStart(position.Y) + std::clamp<TOffset>(position.X, 0, length);
+    const auto length = TTextOffset(FLines.Line(position.Y).size());
+    return LineStart(position.Y) + std::clamp<TTextOffset>(position.X, 0, length);
 }
 
-TPoint TSxAccessibleTextModel::PositionOf(TOffset offset)
+TPoint TSxAccessibleTextModel::PositionOf(TTextOffset offset)
 {
     const Integer count = FLines.Count();
     if (count == 0)
@@ -214,13 +203,13 @@ TPoint TSxAccessibleTextModel::PositionOf(TOffset offset)
     const Integer line = LineAt(offset);
     if (line >= count)
         return Point(Integer(FLines.Line(count - 1).size()), count - 1);
-    const auto length = TOffset(FLines.Line(line).size());
-    return Point(Integer(std::clamp<TOffset>(offset - LineStart(line), 0, length)), line);
+    const auto length = TTextOffset(FLines.Line(line).size());
+    return Point(Integer(std::clamp<TTextOffset>(offset - LineStart(line), 0, length)), line);
 }
 
-TOffset TSxAccessibleTextModel::CaretOffset() { return OffsetOf(Point(FControl.CharPos(), FControl.LinePos())); }
+TTextOffset TSxAccessibleTextModel::CaretOffset() { return OffsetOf(Point(FControl.CharPos(), FControl.LinePos())); }
 
-TSxAccessibleTextModel::TRange TSxAccessibleTextModel::Selection()
+TTextRange TSxAccessibleTextModel::Selection()
 {
     if (!FControl.HasSelection())
         return {};
@@ -228,51 +217,132 @@ TSxAccessibleTextModel::TRange TSxAccessibleTextModel::Selection()
     TPoint last = FControl.SelEnd();
     if (first.Y > last.Y || (first.Y == last.Y && first.X > last.X))
         std::swap(first, last);
-    const TRange range{OffsetOf(first), OffsetOf(last)};
-    return range.Start < range.End ? range : TRange{};
+    const TTextRange range{OffsetOf(first), OffsetOf(last)};
+    return range.Start < range.End ? range : TTextRange{};
 }
 
-String TSxAccessibleTextModel::TextBetween(TOffset from, TOffset to)
+String TSxAccessibleTextModel::TextBetween(TTextOffset from, TTextOffset to)
 {
     String out;
-    from = std::max<TOffset>(from, 0);
+    from = std::max<TTextOffset>(from, 0);
     const Integer count = FLines.Count();
     Integer line = LineAt(from);
-    TOffset start = line < count ? LineStart(line) : 0;
+    TTextOffset start = line < count ? LineStart(line) : 0;
     for (; line < count && start < to; ++line) {
         const TLineView text = FLines.Line(line);
-        const auto length = TOffset(text.size());
-        const TOffset first = std::max(from, start) - start;
-        const TOffset last = std::min(to, start + length + LineBreakLength) - start;
+        const auto length = TTextOffset(text.size());
+        const TTextOffset first = std::max(from, start) - start;
+        const TTextOffset last = std::min(to, start + length + LineBreakLength) - start;
         if (first < length)
             out += text.Substr(std::size_t(first), std::size_t(std::min(last, length) - first));
-        for (TOffset at = std::max(first, length); at < last; ++at)
+        for (TTextOffset at = std::max(first, length); at < last; ++at)
             out += LineBreak[std::size_t(at - length)];
         start += length + LineBreakLength;
     }
     return out;
 }
 
-bool TSxAccessibleTextModel::UnitAt(TOffset offset, QAccessible::TextBoundaryType type, TRange& unit)
+bool TSxAccessibleTextModel::UnitAt(TTextOffset offset, TTextUnit unit, TTextRange& range)
 {
+    if (unit == TTextUnit::tuWholeText) {
+        range = {0, CharacterCount()};
+        return true;
+    }
     const Integer line = LineAt(offset);
     if (offset < 0 || line >= FLines.Count())
         return false;
-    const TOffset start = LineStart(line);
+    const TTextOffset start = LineStart(line);
     const TLineView text = FLines.Line(line);
     const auto column = std::size_t(offset - start);
     const bool inText = column < text.size();
-    if (type == QAccessible::CharBoundary || type == QAccessible::WordBoundary) {
+    if (unit == TTextUnit::tuCharacter || unit == TTextUnit::tuWord) {
         if (!inText) {
-            unit = {start + TOffset(text.size()), start + TOffset(text.size()) + LineBreakLength};
+            range = {start + TTextOffset(text.size()), start + TTextOffset(text.size()) + LineBreakLength};
             return true;
         }
-        const TColumns cols = type == QAccessible::CharBoundary ? CharacterAt(text, column) : WordAt(text, column);
-        unit = {start + TOffset(cols.First), start + TOffset(cols.Last)};
+        const TColumns cols = unit == TTextUnit::tuCharacter ? CharacterAt(text, column) : WordAt(text, column);
+        range = {start + TTextOffset(cols.First), start + TTextOffset(cols.Last)};
         return true;
     }
-    unit = {start, start + TOffset(text.size()) + LineBreakLength};
+    range = {start, start + TTextOffset(text.size()) + LineBreakLength};
     return true;
+}
+
+/// The cell of the character on the screen, as the caret stands in front of
+/// it: columns of the control's character width, rows of its line height.
+TRect TSxAccessibleTextModel::CharacterRect(TTextOffset offset)
+{
+    const TPoint at = PositionOf(offset);
+    const Integer charWidth = FControl.GetCharWidth();
+    const Integer lineHeight = FControl.GetLineWidth();
+    const std::int64_t x = FControl.RealGuttorWidth() + CaretMargin +
+                           (std::int64_t(at.X) - FControl.HScrollBar().Position()) * charWidth;
+    const std::int64_t y = (std::int64_t(at.Y) - FControl.VScrollBar().Position()) * lineHeight;
+    return Rect(ClampToInteger(x), ClampToInteger(y), ClampToInteger(x + charWidth), ClampToInteger(y + lineHeight));
+}
+
+TTextOffset TSxAccessibleTextModel::OffsetAtPoint(TPoint point)
+{
+    const Integer charWidth = FControl.GetCharWidth();
+    const Integer lineHeight = FControl.GetLineWidth();
+    if (charWidth <= 0 || lineHeight <= 0)
+        return -1;
+    const Integer textX = std::max(point.X - FControl.RealGuttorWidth() - CaretMargin, 0);
+    const Integer line = point.Y / lineHeight + FControl.VScrollBar().Position();
+    if (line >= FLines.Count())
+        return -1;
+    return OffsetOf(Point(textX / charWidth + FControl.HScrollBar().Position(), line));
+}
+
+bool TSxAccessibleTextModel::ReadOnly() { return FControl.GetReadOnly(); }
+
+void TSxAccessibleTextModel::SetCaretOffset(TTextOffset offset)
+{
+    const TPoint at = PositionOf(offset);
+    FControl.SetLinePos(at.Y);
+    FControl.SetCharPos(at.X);
+}
+
+void TSxAccessibleTextModel::SetSelection(TTextOffset anchorOffset, TTextOffset caretOffset)
+{
+    const TPoint anchor = PositionOf(anchorOffset);
+    SetCaretOffset(caretOffset);
+    FControl.SetSelEnd(anchor);
+}
+
+void TSxAccessibleTextModel::RemoveSelection()
+{
+    const TPoint caret = Point(FControl.CharPos(), FControl.LinePos());
+    FControl.SetSelStart(caret);
+    FControl.SetSelEnd(caret);
+}
+
+void TSxAccessibleTextModel::InsertText(TTextOffset offset, const String& text)
+{
+    if (FControl.GetReadOnly() || text.empty())
+        return;
+    const TPoint at = PositionOf(offset);
+    FControl.InsertCode(at.Y, at.X, text);
+}
+
+void TSxAccessibleTextModel::DeleteText(TTextOffset from, TTextOffset to)
+{
+    if (FControl.GetReadOnly() || from == to)
+        return;
+    SetSelection(std::min(from, to), std::max(from, to));
+    String deleted;
+    FControl.DeleteSelected(uSxCodeEdit::ctDelete, deleted);
+}
+
+/// Scrolls so that the start of the range shows, and its end too where both fit.
+void TSxAccessibleTextModel::ScrollToRange(TTextOffset from, TTextOffset to)
+{
+    const TPoint first = PositionOf(from);
+    const TPoint last = PositionOf(std::max(from, to));
+    TScrollBar& vertical = FControl.VScrollBar();
+    TScrollBar& horizontal = FControl.HScrollBar();
+    ScrollToShow(vertical, first.Y, last.Y, vertical.PageSize());
+    ScrollToShow(horizontal, first.X, first.Y == last.Y ? last.X : first.X, horizontal.PageSize() + 1);
 }
 
 void TSxAccessibleTextModel::StateChanged()
@@ -283,20 +353,20 @@ void TSxAccessibleTextModel::StateChanged()
 
 void TSxAccessibleTextModel::LineReplacing(Integer Index, std::size_t NewLength)
 {
-    const auto oldLength = TOffset(FLines.Line(Index).size());
+    const auto oldLength = TTextOffset(FLines.Line(Index).size());
     Record(Index, TEdit::Replace);
-    Shift(Index, 0, TOffset(NewLength) - oldLength);
+    Shift(Index, 0, TTextOffset(NewLength) - oldLength);
 }
 
 void TSxAccessibleTextModel::LineInserting(Integer Index, std::size_t Length)
 {
     Record(Index, TEdit::Insert);
-    Shift(Index, 1, TOffset(Length) + LineBreakLength);
+    Shift(Index, 1, TTextOffset(Length) + LineBreakLength);
 }
 
 void TSxAccessibleTextModel::LineDeleting(Integer Index)
 {
-    const auto oldLength = TOffset(FLines.Line(Index).size());
+    const auto oldLength = TTextOffset(FLines.Line(Index).size());
     Record(Index, TEdit::Delete);
     Shift(Index, -1, -(oldLength + LineBreakLength));
 }
@@ -329,7 +399,7 @@ void TSxAccessibleTextModel::CheckAnchor()
         MoveAnchorHome();
 }
 
-void TSxAccessibleTextModel::Shift(Integer index, Integer lineDelta, TOffset charDelta)
+void TSxAccessibleTextModel::Shift(Integer index, Integer lineDelta, TTextOffset charDelta)
 {
     if (FCharacterCount >= 0)
         FCharacterCount += charDelta;
@@ -386,46 +456,36 @@ void TSxAccessibleTextModel::QueueReport()
     if (FReportQueued)
         return;
     FReportQueued = true;
-    QMetaObject::invokeMethod(this, [this] { Report(); }, Qt::QueuedConnection);
+    QueueAccessibilityReport(this, [this] { Report(); });
 }
 
 void TSxAccessibleTextModel::Report()
 {
     FReportQueued = false;
-    QWidget* widget = FControl.Widget();
-    if (!AccessibilityActive() || !widget) {
+    if (!AccessibilityActive()) {
         FChange = {};
         return;
     }
     ReportText();
-    const TOffset caret = CaretOffset();
+    const TTextOffset caret = CaretOffset();
     if (caret != FReportedCaret) {
         FReportedCaret = caret;
-        QAccessibleTextCursorEvent event(widget, ToInt(caret));
-        Send(event);
+        NotifyCaretMoved(FControl, caret);
     }
-    if (const TRange selection = Selection(); selection != FReportedSelection) {
+    if (const TTextRange selection = Selection(); selection != FReportedSelection) {
         FReportedSelection = selection;
-        QAccessibleTextSelectionEvent event(widget, selection.Empty() ? -1 : ToInt(selection.Start),
-                                            selection.Empty() ? -1 : ToInt(selection.End));
-        event.setCursorPosition(ToInt(caret));
-        Send(event);
+        NotifySelectionChanged(FControl, selection, caret);
     }
     if (const bool readOnly = FControl.GetReadOnly(); readOnly != FReportedReadOnly) {
         FReportedReadOnly = readOnly;
-        QAccessible::State changed;
-        changed.readOnly = true;
-        changed.editable = true;
-        QAccessibleStateChangeEvent event(widget, changed);
-        Send(event);
+        NotifyReadOnlyChanged(FControl);
     }
 }
 
 void TSxAccessibleTextModel::ReportText()
 {
     const TChange change = std::exchange(FChange, TChange{});
-    QWidget* widget = FControl.Widget();
-    if (!change.Open || !widget || !AccessibilityActive())
+    if (!change.Open || !AccessibilityActive())
         return;
     const Integer last = std::min(change.ToEnd ? FLines.Count() : change.First + change.NewCount, FLines.Count());
     String newText;
@@ -434,19 +494,15 @@ void TSxAccessibleTextModel::ReportText()
     const auto [head, tail] = CommonEnds(change.OldText, newText);
     const String removed = change.OldText.substr(head, change.OldText.size() - head - tail);
     const String inserted = newText.substr(head, newText.size() - head - tail);
-    const int at = ToInt(LineStart(change.First) + TOffset(head));
     if (removed.empty() && inserted.empty())
         return;
-    if (removed.empty()) {
-        QAccessibleTextInsertEvent event(widget, at, ToQString(inserted));
-        Send(event);
-    } else if (inserted.empty()) {
-        QAccessibleTextRemoveEvent event(widget, at, ToQString(removed));
-        Send(event);
-    } else {
-        QAccessibleTextUpdateEvent event(widget, at, ToQString(removed), ToQString(inserted));
-        Send(event);
-    }
+    const TTextOffset at = LineStart(change.First) + TTextOffset(head);
+    if (removed.empty())
+        NotifyTextInserted(FControl, at, inserted);
+    else if (inserted.empty())
+        NotifyTextRemoved(FControl, at, removed);
+    else
+        NotifyTextUpdated(FControl, at, removed, inserted);
 }
 
 }  // namespace sx

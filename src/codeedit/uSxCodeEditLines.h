@@ -1,7 +1,6 @@
-// Screen reader support of the code edit control, as the control sees it: a
-// line store that names the lines each change touches, and the notifier the
-// control calls where its caret, selection or ReadOnly change. The Qt side,
-// the accessible interface and the events it sends, lives in the .cpp.
+// The code edit control's line store: a TStringList that names the lines
+// each change touches to a listener, so that the screen reader support can
+// follow the text without reading all of it.
 #pragma once
 
 #include "platform/StringList.h"
@@ -24,10 +23,10 @@ public:
     virtual void AllLinesReplacing() = 0;
 };
 
-/// The control's line store: a TStringList that names the lines of each
-/// change to its listener, if it has one. Without a listener it costs one
-/// test per change. A bulk Load passes none of these operations, so whoever
-/// calls Load calls AllLinesReplacing first.
+/// A TStringList that names the lines of each change to its listener, if it
+/// has one. Without a listener it costs one test per change. A bulk Load
+/// passes none of these operations, so whoever calls Load calls
+/// AllLinesReplacing first.
 class TSxCodeEditLines : public TStringList {
 public:
     using TStringList::TStringList;
@@ -45,18 +44,5 @@ public:
 private:
     TSxLinesListener* FListener = nullptr;
 };
-
-/// What a code edit control tells its accessibility support. It exists only
-/// once a screen reader (or a test) has asked for the control's interface.
-class TSxCodeEditAccessibility {
-public:
-    virtual ~TSxCodeEditAccessibility() = default;
-    /// The caret, the selection or ReadOnly may have changed.
-    virtual void StateChanged() = 0;
-};
-
-/// Installs, once, the factory through which Qt finds the accessible
-/// interface of every code edit control's widget. The first control calls it.
-void InstallCodeEditAccessibility();
 
 }  // namespace sx

@@ -1,35 +1,21 @@
-// The text model behind the code edit control's accessible interface: the
-// control's lines counted in the offsets screen readers use, and the reports
-// of changes to them. Private to the control's screen reader support.
+// Screen reader support of the code edit control: its lines counted in the
+// offsets screen readers use, units of text, the control's own operations
+// behind the framework's TAccessibleText, and the reports of changes.
 #pragma once
 
-#include "SxCodeEditAccessible.h"
+#include "uSxCodeEditLines.h"
 
-#include <QAccessible>
-#include <QObject>
+#include "platform/Accessibility.h"
 
-#include <algorithm>
 #include <cstdint>
-#include <limits>
 
 namespace sx {
 
 class TSxCodeEdit;
 
-/// An offset into the text as screen readers count it: the lines joined,
-/// each followed by CR LF, as the control's Text gives them.
-using TOffset = std::int64_t;
-
-constexpr TOffset LineBreakLength = 2;
-
-/// An offset for Qt, which counts in int.
-inline int ToInt(TOffset offset) { return int(std::min<TOffset>(offset, std::numeric_limits<int>::max())); }
-
-/// Whether a screen reader listens: QAccessible::setActive, as the platform's
-/// bridge or an application calls it, switches it.
-bool AccessibilityActive();
-/// Starts, once, to follow QAccessible::setActive.
-void WatchAccessibilityActivity();
+/// Offsets count the lines joined, each followed by CR LF, as the control's
+/// Text gives them.
+constexpr TTextOffset LineBreakLength = 2;
 
 /// The control's text in screen reader offsets, and the changes to report.
 /// It keeps one line with its start offset as an anchor, and the character
@@ -37,57 +23,56 @@ void WatchAccessibilityActivity();
 /// line store, so that a question near the last one, or near the last change,
 /// walks over few lines. While a screen reader listens it also keeps the old
 /// text of the lines that changed since the last report.
-class TSxAccessibleTextModel final : public QObject, public TSxCodeEditAccessibility, public TSxLinesListener {
+class TSxAccessibleTextModel final : public TAccessibleText, public TSxLinesListener {
 public:
     /// The model of the control, made on first use; none before the control
     /// is complete or once it is being freed.
     static TSxAccessibleTextModel* Of(TSxCodeEdit& edit);
 
     explicit TSxAccessibleTextModel(TSxCodeEdit& edit);
-    ~TSxAccessibleTextModel() override { FLines.SetListener(nullptr); }
+    ~TSxAccessibleTextModel() override;
+    /// Deleted: the model is the listener of one control's lines.
     TSxAccessibleTextModel(const TSxAccessibleTextModel&) = delete;
     TSxAccessibleTextModel& operator=(const TSxAccessibleTextModel&) = delete;
 
-    TSxCodeEdit& Control() const { return FControl; }
-
-    struct TRange {
-        TOffset Start = -1;
-        TOffset End = -1;
-        bool operator==(const TRange&) const = default;
-        bool Empty() const { return Start < 0; }
-    };
-
-    TOffset CharacterCount();
-
     /// The offset where the line starts; Count and beyond give the end of the text.
-    TOffset LineStart(Integer line);
+    TTextOffset LineStart(Integer line);
 
     /// The line whose characters or line break hold the offset; Count when
     /// the offset lies at or behind the end of the text.
-    Integer LineAt(TOffset offset);
+    Integer LineAt(TTextOffset offset);
 
     /// A position in the store as an offset: a column beyond its line's end
     /// counts as the line's end, a line beyond the last as the end of the text.
-    TOffset OffsetOf(TPoint position);
+    TTextOffset OffsetOf(TPoint position);
 
     /// An offset as a position: inside a line break it is the line's end, at
     /// or behind the end of the text the end of the last line.
-    TPoint PositionOf(TOffset offset);
+    TPoint PositionOf(TTextOffset offset);
 
-    TOffset CaretOffset();
+    // TAccessibleText. A character, a word, or a line with its break
+    // (sentences and paragraphs are lines too) is a unit; a line break is one
+    // unit of each kind, and there is none at the end of the text.
+    TTextOffset CharacterCount() override;
+    String TextBetween(TTextOffset from, TTextOffset to) override;
+    TTextOffset CaretOffset() override;
+    TTextRange Selection() override;
+    bool UnitAt(TTextOffset offset, TTextUnit unit, TTextRange& range) override;
+    TRect CharacterRect(TTextOffset offset) override;
+    TTextOffset OffsetAtPoint(TPoint point) override;
+    bool ReadOnly() override;
+    bool MultiLine() override { return true; }
+    void SetCaretOffset(TTextOffset offset) override;
+    void SetSelection(TTextOffset anchorOffset, TTextOffset caretOffset) override;
+    void RemoveSelection() override;
+    void InsertText(TTextOffset offset, const String& text) override;
+    void DeleteText(TTextOffset from, TTextOffset to) override;
+    void ScrollToRange(TTextOffset from, TTextOffset to) override;
 
-    /// The selection in text order, or an empty range when nothing is selected.
-    TRange Selection();
+    /// The caret, the selection or ReadOnly may have changed.
+    void StateChanged();
 
-    String TextBetween(TOffset from, TOffset to);
-
-    /// The unit of the given kind that holds the offset: a character, a
-    /// word, or a line with its break (sentences and paragraphs are lines
-    /// too). A line break is one unit of each kind. None at the end of the text.
-    bool UnitAt(TOffset offset, QAccessible::TextBoundaryType type, TRange& unit);
-
-    // TSxCodeEditAccessibility and TSxLinesListener.
-    void StateChanged() override;
+    // TSxLinesListener
     void LineReplacing(Integer Index, std::size_t NewLength) override;
     void LineInserting(Integer Index, std::size_t Length) override;
     void LineDeleting(Integer Index) override;
@@ -107,7 +92,7 @@ private:
         String OldText;
     };
 
-    TOffset LineSpan(Integer line) const { return TOffset(FLines.Line(line).size()) + LineBreakLength; }
+    TTextOffset LineSpan(Integer line) const { return TTextOffset(FLines.Line(line).size()) + LineBreakLength; }
 
     void MoveAnchorHome();
 
@@ -117,7 +102,7 @@ private:
 
     /// Moves the anchor and the count past a change at line index that
     /// changes the lines by lineDelta and the characters by charDelta.
-    void Shift(Integer index, Integer lineDelta, TOffset charDelta);
+    void Shift(Integer index, Integer lineDelta, TTextOffset charDelta);
 
     Integer ChangeEnd() const { return FChange.ToEnd ? FLines.Count() : FChange.First + FChange.NewCount; }
 
@@ -143,13 +128,13 @@ private:
     TSxCodeEdit& FControl;
     TSxCodeEditLines& FLines;
     Integer FAnchorLine = 0;
-    TOffset FAnchorStart = 0;
+    TTextOffset FAnchorStart = 0;
     /// -1 until asked for.
-    TOffset FCharacterCount = -1;
+    TTextOffset FCharacterCount = -1;
     TChange FChange;
     bool FReportQueued = false;
-    TOffset FReportedCaret = 0;
-    TRange FReportedSelection;
+    TTextOffset FReportedCaret = 0;
+    TTextRange FReportedSelection;
     bool FReportedReadOnly = false;
 };
 
