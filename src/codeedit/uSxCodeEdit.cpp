@@ -2,6 +2,8 @@
 // store and its events, the parser ownership rules, options and messages.
 #include "uSxCodeEdit.h"
 
+#include "uSxCodeEditAccessible.h"
+
 namespace sx {
 
 using namespace uSxCodeEdit;
@@ -40,7 +42,7 @@ TSxCodeEdit::TSxCodeEdit(TComponent* AOwner) : TCustomControl(AOwner)
     FRightMargin = 80;
     SetTabStop(true);
     FCaret = new TSxCaret(this);
-    FLines = new TStringList();
+    FLines = new TSxCodeEditLines();
     FLines->OnChange = [this](TObject* sender) { LinesChanged(sender); };
     FLines->OnChanging = [this](TObject* sender) { LinesChanged(sender); };
     FLines->Add(String());
@@ -60,10 +62,13 @@ TSxCodeEdit::TSxCodeEdit(TComponent* AOwner) : TCustomControl(AOwner)
     ClearSelection();
     FUndoList = new TSxUndoList(this);
     FModified = false;
+    FAccessibilityAllowed = true;
 }
 
 TSxCodeEdit::~TSxCodeEdit()
 {
+    FAccessibilityAllowed = false;
+    FAccessibility.reset();
     FreeAndNil(FSearchDlg);
     FreeAndNil(FUndoList);
     if (FParser && FParser->Owner() == this) {
@@ -256,6 +261,7 @@ void TSxCodeEdit::SetReadOnly(bool Value)
 {
     FReadOnly = Value;
     Invalidate();
+    AccessibleStateChanged();
 }
 
 bool TSxCodeEdit::GetReadOnly() { return FReadOnly; }

@@ -13,8 +13,11 @@
 #include "platform/StringList.h"
 
 #include <functional>
+#include <memory>
 
 namespace sx {
+
+class TSxAccessibleTextModel;
 
 namespace uSxCodeEdit {
 
@@ -177,6 +180,10 @@ public:
     TScrollBar& HScrollBar() { return *FHScrollBar; }
     TScrollBar& VScrollBar() { return *FVScrollBar; }
     TSxUndoList& UndoList() { return *FUndoList; }
+
+    /// The text as screen readers read it (uSxCodeEditAccessible.cpp): made
+    /// when one first asks, so that nothing is tracked before.
+    TAccessibleText* AccessibleText() override;
 
 protected:
     void Paint() override;
@@ -342,6 +349,21 @@ protected:
     TSxSearchReplaceOptions FSearchOptions;
 
 private:
+    /// The screen reader support reads the text model and installs itself here.
+    friend class TSxAccessibleTextModel;
+    /// Tells the screen reader support, if there is one, that the caret, the
+    /// selection or ReadOnly may have changed; costs one test without it.
+    void AccessibleStateChanged()
+    {
+        if (FAccessibility)
+            NotifyAccessibility();
+    }
+    void NotifyAccessibility();
+    std::unique_ptr<TSxAccessibleTextModel> FAccessibility;
+    /// True from the end of construction to the start of destruction: the
+    /// only time screen reader support may be made for the control.
+    bool FAccessibilityAllowed = false;
+
     /// After a replacement in a backward replace-all, for the next pass: a
     /// hit must end at or before this point, so none starts at or behind the
     /// replaced hit's start, inside its replacement. For a hit of length L at

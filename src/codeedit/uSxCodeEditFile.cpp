@@ -1,6 +1,7 @@
 // File load: the whole text replaced by a text file's content.
 #include "uSxCodeEdit.h"
 
+#include "uSxCodeEditLines.h"
 #include "platform/SxStringStream.h"
 
 #include <memory>
@@ -26,6 +27,8 @@ void TSxCodeEdit::LoadFromFile(const String& aFileName)
         // Freed at the end of this block, however the load ends.
         const auto stream = std::make_unique<TSxStringStream>(CodePages::Utf16LE, StreamCapacityHint);
         stream->LoadFromFile(aFileName, CodePages::Detect);
+        // TakeLines loads in bulk, past the operations the store reports.
+        static_cast<TSxCodeEditLines*>(FLines)->AllLinesReplacing();
         stream->TakeLines(*FLines);
     }
     Invalidate();

@@ -12,6 +12,7 @@ void TSxCodeEdit::SetSelStart(TPoint Value)
     if (Value != FSelStart)
         Invalidate();
     FSelStart = Value;
+    AccessibleStateChanged();
 }
 
 void TSxCodeEdit::SetSelEnd(TPoint Value)
@@ -19,6 +20,7 @@ void TSxCodeEdit::SetSelEnd(TPoint Value)
     if (Value != FSelEnd)
         Invalidate();
     FSelEnd = Value;
+    AccessibleStateChanged();
 }
 
 void TSxCodeEdit::ClearSelection()

@@ -2,6 +2,7 @@
 // messages sent directly or posted through Qt's event queue.
 #include "Controls.h"
 
+#include "Accessibility.h"
 #include "QtConvert.h"
 #include "QtInputMethod.h"
 #include "QtKeys.h"
@@ -32,6 +33,9 @@ std::function<void(const std::exception&)>& ExceptionHandler()
     static std::function<void(const std::exception&)> handler;
     return handler;
 }
+
+/// The dynamic property by which a control's widget names its control.
+constexpr const char* ControlProperty = "sxControl";
 
 const QEvent::Type PostedMessageEventType = static_cast<QEvent::Type>(QEvent::registerEventType());
 
@@ -471,8 +475,10 @@ TWinControl::TWinControl(TComponent* AOwner, QWidget* widget)
 {
     FWidget->installEventFilter(FBridge);
     FWidget->setFocusPolicy(Qt::NoFocus);
+    FWidget->setProperty(ControlProperty, QVariant::fromValue(static_cast<void*>(this)));
     if (FWidget->testAttribute(Qt::WA_InputMethodEnabled))
         FImeMode = TImeMode::imDontCare;
+    InstallAccessibility();
 }
 
 TWinControl::~TWinControl()
@@ -481,6 +487,8 @@ TWinControl::~TWinControl()
     while (!FControls.empty())
         delete FControls.back();
     delete FBridge;
+    if (FWidget)
+        FWidget->setProperty(ControlProperty, QVariant());
     if (auto* own = dynamic_cast<ControlWidget*>(FWidget))
         own->Release();
     delete FWidget;
@@ -493,6 +501,7 @@ void TWinControl::WidgetDestroyed()
     while (!FControls.empty())
         delete FControls.back();
     FWidget->removeEventFilter(FBridge);
+    FWidget->setProperty(ControlProperty, QVariant());
     FWidget = nullptr;
 }
 
@@ -757,6 +766,11 @@ TScreenUpdatesNow::TScreenUpdatesNow()
 }
 
 TScreenUpdatesNow::~TScreenUpdatesNow() { --Updates().ModalDepth; }
+
+TWinControl* FindControl(const QWidget* widget)
+{
+    return widget ? static_cast<TWinControl*>(widget->property(ControlProperty).value<void*>()) : nullptr;
+}
 
 NativeInt SendMessage(TWinControl* target, Cardinal Msg, NativeUInt WParam, NativeInt LParam)
 {

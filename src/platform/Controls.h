@@ -102,6 +102,7 @@ struct TImeAnswer {
 };
 
 class TWinControl;
+class TAccessibleText;
 
 class TControl : public TComponent {
     SX_DECLARE_CLASS
@@ -203,6 +204,10 @@ public:
     /// A point in client pixels as a point on the screen.
     TPoint ClientToScreen(TPoint Point) const;
 
+    /// What the control offers a screen reader about its text, if anything
+    /// (see Accessibility.h); the framework's handling offers none.
+    virtual TAccessibleText* AccessibleText() { return nullptr; }
+
 protected:
     TWinControl(TComponent* AOwner, QWidget* widget);
 
@@ -283,6 +288,10 @@ private:
 
     TCanvas FCanvas;
 };
+
+/// The control whose window is the widget, or none: a widget of no control,
+/// or one whose control is being freed.
+TWinControl* FindControl(const QWidget* widget);
 
 /// Runs the handler of the message now and answers its result.
 NativeInt SendMessage(TWinControl* target, Cardinal Msg, NativeUInt WParam = 0, NativeInt LParam = 0);

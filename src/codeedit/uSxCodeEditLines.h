@@ -1,0 +1,48 @@
+// The code edit control's line store: a TStringList that names the lines
+// each change touches to a listener, so that the screen reader support can
+// follow the text without reading all of it.
+#pragma once
+
+#include "platform/StringList.h"
+
+#include <cstddef>
+
+namespace sx {
+
+/// Hears of each change of a TSxCodeEditLines just before it is made, while
+/// the lines still hold their old text.
+class TSxLinesListener {
+public:
+    virtual ~TSxLinesListener() = default;
+    /// Line Index gets a text of NewLength characters.
+    virtual void LineReplacing(Integer Index, std::size_t NewLength) = 0;
+    /// A line of Length characters comes in at Index (Index may be Count).
+    virtual void LineInserting(Integer Index, std::size_t Length) = 0;
+    virtual void LineDeleting(Integer Index) = 0;
+    /// Every line is about to be replaced at once.
+    virtual void AllLinesReplacing() = 0;
+};
+
+/// A TStringList that names the lines of each change to its listener, if it
+/// has one. Without a listener it costs one test per change. A bulk Load
+/// passes none of these operations, so whoever calls Load calls
+/// AllLinesReplacing first.
+class TSxCodeEditLines : public TStringList {
+public:
+    using TStringList::TStringList;
+
+    void SetListener(TSxLinesListener* Listener) { FListener = Listener; }
+
+    void Put(Integer Index, const String& S) override;
+    void Insert(Integer Index, const String& S) override;
+    void Delete(Integer Index) override;
+    void Clear() override;
+    void SetText(const String& Value) override;
+    void Assign(const TStrings& Source) override;
+    void AllLinesReplacing();
+
+private:
+    TSxLinesListener* FListener = nullptr;
+};
+
+}  // namespace sx
