@@ -102,7 +102,6 @@ TEST_F(CaretTest, OnlyTheFocusedControlHasACaret)
     auto* other = host.Add<TSxCodeEdit>(200, 100);
     other->SetCharPos(1);  // no focus: no caret, and the focused one keeps its own
     EXPECT_EQ(GetCaretInfo().Window, edit);
-    EXPECT_EQ(GetCaretInfo().Window, edit);
     Focus(*other);
     EXPECT_EQ(GetCaretInfo().Window, other);
     EXPECT_TRUE(GetCaretInfo().Shown);

@@ -187,25 +187,6 @@ TEST_F(DbCodeEdit, AFieldThatRefusesOnExitKeepsFocusAndText)
     EXPECT_EQ(dataSet->FieldByName(u"name")->AsString(), u"bahello\r\n");
 }
 
-TEST_F(DbCodeEdit, ARefusedPostKeepsTheTypedTextAndTheEditState)
-{
-    Type(*edit, QStringLiteral("forbidden "));
-    EXPECT_THROW(dataSet->Post(), ESqliteError);
-    EXPECT_EQ(edit->Lines().Get(0), u"forbidden begin");
-    EXPECT_EQ(dataSet->State(), dsEdit);
-
-    db.Other().ExecSQL(u"BEGIN IMMEDIATE");
-    Press(*edit, Qt::Key_Home);
-    Press(*edit, Qt::Key_Delete);
-    EXPECT_THROW(dataSet->Post(), ESqliteError);
-    EXPECT_EQ(edit->Lines().Get(0), u"orbidden begin");
-    EXPECT_EQ(dataSet->State(), dsEdit);
-    db.Other().ExecSQL(u"COMMIT");
-    dataSet->Post();
-    EXPECT_EQ(Stored("source"), u"orbidden " + HelloSource);
-    EXPECT_EQ(dataSet->State(), dsBrowse);
-}
-
 TEST_F(DbCodeEdit, TheFieldsReadOnlyOverridesTheApplications)
 {
     edit->SetReadOnly(true);

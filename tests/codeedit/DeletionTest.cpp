@@ -23,11 +23,7 @@ TEST_F(Deletion, SelectionOverLinesGoesAndItsRecordKnowsTheText)
     EXPECT_EQ(Caret(), Point(1, 0));
     EXPECT_EQ(edit->SelStart(), edit->SelEnd());
     ASSERT_EQ(edit->UndoList().Count(), 1);
-    const TSxUndoItem& record = *edit->UndoList().Items(0);
-    EXPECT_EQ(record.StartPos(), Point(1, 0));
-    EXPECT_EQ(record.EndPos(), Point(2, 2));
-    EXPECT_EQ(record.CaretPos(), Point(2, 2));
-    EXPECT_EQ(record.Value(), deleted);
+    EXPECT_EQ(edit->UndoList().Items(0)->Value(), deleted);
 }
 
 TEST_F(Deletion, WithoutRecordOrWithoutSelection)
@@ -61,103 +57,63 @@ TEST_F(Deletion, CutPutsTheTextOnTheClipboard)
     EXPECT_EQ(edit->UndoList().Items(0)->ChangeType(), ctCut);
 }
 
-TEST_F(Deletion, EndBehindTheLastLineTakesTheLastBreak)
+TEST_F(Deletion, EndsBehindALineEndAddNoSpaces)
 {
     Start(u"ab\r\ncd");
     edit->SetSelStart(Point(2, 1));
-    edit->SetSelEnd(Point(0, 2));  // the Delete key at the very end builds this
+    edit->SetSelEnd(Point(0, 2));  // behind the last line: the Delete key at the very end builds this
     String deleted;
     edit->DeleteSelected(ctDelete, deleted);
     EXPECT_EQ(deleted, u"\r\n");
     EXPECT_EQ(edit->Text(), u"ab\r\ncd\r\n");
     EXPECT_EQ(edit->UndoList().Count(), 1);
-}
 
-TEST_F(Deletion, SelectionStartingBehindTheLineEndAddsNoSpaces)
-{
     Start(u"ab\r\ncdef");
     Select(Point(5, 0), Point(2, 1));
-    String deleted;
     edit->DeleteSelected(ctDelete, deleted);
     EXPECT_EQ(deleted, u"\r\ncd");
     EXPECT_EQ(edit->Text(), u"abef\r\n");
 }
 
-TEST_F(Deletion, BackspaceRemovesTheCharacterLeftOfTheCaret)
+TEST_F(Deletion, BackspaceStepsDeletesAndJoins)
 {
-    Start(u"abc", Point(2, 0));
-    Press(*edit, Qt::Key_Backspace);
-    EXPECT_EQ(Line(0), u"ac");
-    EXPECT_EQ(Caret(), Point(1, 0));
-    const TSxUndoItem& record = *edit->UndoList().Items(0);
-    EXPECT_EQ(record.ChangeType(), ctDelete);
-    EXPECT_EQ(record.StartPos(), Point(1, 0));
-    EXPECT_EQ(record.EndPos(), Point(2, 0));
-    EXPECT_EQ(record.Value(), u"b");
-
-    Start(u"abc", Point(0, 0));
-    Press(*edit, Qt::Key_Backspace);
-    EXPECT_EQ(Line(0), u"abc");
-    EXPECT_EQ(edit->UndoList().Count(), 1);  // nothing at (0, 0)
-}
-
-TEST_F(Deletion, BackspaceInLeadingSpacesStepsBackToAnIndent)
-{
-    Start(u"x\r\n  a\r\n   b\r\n      c", Point(6, 3));
-    Press(*edit, Qt::Key_Backspace);  // its own mark is 7; the line above has 4
-    EXPECT_EQ(Caret(), Point(3, 3));
-    EXPECT_EQ(Line(3), u"      c");  // only the caret moved
-    EXPECT_EQ(edit->UndoList().Count(), 0);
-    Press(*edit, Qt::Key_Backspace);  // no mark below 3 above line 0: a space goes
-    EXPECT_EQ(Caret(), Point(2, 3));
-    EXPECT_EQ(Line(3), u"     c");
-    EXPECT_EQ(edit->UndoList().Count(), 1);
-}
-
-TEST_F(Deletion, BackspaceAtColumnZeroJoinsTheLines)
-{
-    Start(u"abc  \r\ndef", Point(0, 1));
-    Press(*edit, Qt::Key_Backspace);
-    EXPECT_EQ(edit->Text(), u"abcdef\r\n");
-    EXPECT_EQ(Caret(), Point(5, 0));  // the length with the trimmed spaces
-    const TSxUndoItem& record = *edit->UndoList().Items(0);
-    EXPECT_EQ(record.StartPos(), Point(5, 0));
-    EXPECT_EQ(record.EndPos(), Point(0, 1));
-    EXPECT_EQ(record.Value(), u"\r\n");
-
-    Start(u"\r\nxyz", Point(0, 1));
-    Press(*edit, Qt::Key_Backspace);
-    EXPECT_EQ(edit->Text(), u"xyz\r\n");
-    EXPECT_EQ(Caret(), Point(0, 0));
-}
-
-TEST_F(Deletion, BackspaceFromVirtualSpace)
-{
-    Start(u"a\r\nbc", Point(6, 1));
-    Press(*edit, Qt::Key_Backspace);
-    EXPECT_EQ(Caret(), Point(2, 1));  // back to the line's end first
-    EXPECT_EQ(edit->UndoList().Count(), 0);
-
-    Start(u"ab", Point(4, 0));  // on line 0 each step is a record
-    Press(*edit, Qt::Key_Backspace);
-    Press(*edit, Qt::Key_Backspace);
-    EXPECT_EQ(Caret(), Point(2, 0));
-    EXPECT_EQ(Line(0), u"ab");
-    ASSERT_EQ(edit->UndoList().Count(), 2);
-    EXPECT_EQ(edit->UndoList().Items(1)->Value(), u"");
-}
-
-TEST_F(Deletion, BackspaceOnALinesOnlyCharacterTakesTheLine)
-{
-    Start(u"a\r\nxyz", Point(1, 0));
-    Press(*edit, Qt::Key_Backspace);
-    EXPECT_EQ(edit->Text(), u"xyz\r\n");
-    EXPECT_EQ(Caret(), Point(3, 0));
-
-    Start(u"q", Point(1, 0));
-    Press(*edit, Qt::Key_Backspace);
-    EXPECT_EQ(edit->Text(), u"\r\n");
-    EXPECT_EQ(Caret(), Point(0, 0));
+    const String indented = u"x\r\n  a\r\n   b\r\n      c";
+    const struct {
+        String text;
+        TPoint caret;
+        int presses;
+        String after;
+        TPoint caretAfter;
+        int records;  // records written; -1: not looked at
+    } cases[] = {
+        {u"abc", Point(2, 0), 1, u"ac\r\n", Point(1, 0), 1},
+        {u"abc", Point(0, 0), 1, u"abc\r\n", Point(0, 0), 0},  // nothing at (0, 0)
+        // at column 0 the lines join, the caret at the length with the trimmed spaces
+        {u"abc  \r\ndef", Point(0, 1), 1, u"abcdef\r\n", Point(5, 0), 1},
+        {u"\r\nxyz", Point(0, 1), 1, u"xyz\r\n", Point(0, 0), -1},
+        // from virtual space back to the line's end first; on line 0 each step is a record
+        {u"a\r\nbc", Point(6, 1), 1, u"a\r\nbc\r\n", Point(2, 1), 0},
+        {u"ab", Point(4, 0), 2, u"ab\r\n", Point(2, 0), 2},
+        // a line's only character takes the line
+        {u"a\r\nxyz", Point(1, 0), 1, u"xyz\r\n", Point(3, 0), -1},
+        {u"q", Point(1, 0), 1, u"\r\n", Point(0, 0), -1},
+        // in leading spaces the caret steps back to an indent of a line above (mark 4 here)
+        // and only moves; with no mark below 3 above line 0 a space goes
+        {indented, Point(6, 3), 1, indented + u"\r\n", Point(3, 3), 0},
+        {indented, Point(6, 3), 2, u"x\r\n  a\r\n   b\r\n     c\r\n", Point(2, 3), 1},
+    };
+    for (const auto& c : cases) {
+        SCOPED_TRACE(StrToUtf8(c.text) + " at " + std::to_string(c.caret.X) + "," + std::to_string(c.caret.Y));
+        Start(c.text, c.caret);
+        const Integer before = edit->UndoList().Count();  // a new text keeps the undo list
+        for (int i = 0; i < c.presses; ++i)
+            Press(*edit, Qt::Key_Backspace);
+        EXPECT_EQ(edit->Text(), c.after);
+        EXPECT_EQ(Caret(), c.caretAfter);
+        if (c.records >= 0) {
+            EXPECT_EQ(edit->UndoList().Count() - before, c.records);
+        }
+    }
 }
 
 TEST_F(Deletion, BackspaceOverASelectionDeletesItAndOneStepMore)

@@ -3,9 +3,6 @@
 // in the middle of the text.
 #include "codeedit/WordParser.h"
 #include "codeedit/uSxCodeEdit.h"
-#include "codeedit/uSxCodeJSParser.h"
-#include "codeedit/uSxCodePascalParser.h"
-#include "codeedit/uSxCodeVBParser.h"
 #include "support/RenderHelpers.h"
 
 #include <gtest/gtest.h>
@@ -193,35 +190,6 @@ TEST_F(PaintTest, PaintThatStartsInsideACommentTakesTheStoredLineKind)
     EXPECT_TRUE(CellIs(image, 0, 2, clYellow));  // "four" is not
 }
 
-TEST_F(PaintTest, PascalCommentSurvivesAPaintThatStartsInItsMiddle)
-{
-    edit->SetParser(new TSxCodePascalParser(edit));
-    String text = u"begin\r\n(* open\r\nstill inside\r\n*) x := 1;";
-    for (int i = 0; i < 40; ++i)
-        text += u"\r\nend;";
-    edit->Lines().SetText(text);
-    Render(*edit);
-    edit->VScrollBar().SetPosition(2);
-    const QImage image = Render(*edit);
-    EXPECT_TRUE(CellIs(image, 0, 0, clHighlight));   // "still inside" keeps the comment colours
-    EXPECT_TRUE(CellIs(image, 3, 1, clWhite));      // "x", an identifier, after the comment closed
-}
-
-TEST_F(PaintTest, ScriptLanguagesPaintStringsOnYellowAndCommentsInGreen)
-{
-    const auto check = [&](TSxLangParser* parser, const String& line, int stringColumn, int commentColumn) {
-        edit->SetParser(parser);
-        edit->SetText(line);
-        const QImage image = Render(*edit);
-        EXPECT_TRUE(CellIs(image, stringColumn, 0, clYellow)) << StrToUtf8(parser->GetLanguage());
-        EXPECT_GT(CountPixels(image, Cell(commentColumn, 0), Drawn(clGreen)), 0);
-        EXPECT_TRUE(CellIs(image, commentColumn, 0, clWindow));
-        EXPECT_GT(CountPixels(image, Cell(0, 0), Drawn(clBlue)), 0) << StrToUtf8(parser->GetLanguage());  // the keyword
-    };
-    check(new TSxCodeVBParser(edit), u"Dim s = \"hi\" ' note", 9, 16);
-    check(new TSxCodeJSParser(edit), u"if (a) \"hi\"; // note", 8, 17);
-}
-
 TEST_F(PaintTest, JumpToUnpaintedTextKnowsNoCommentFromAbove)
 {
     String text = u"{";
@@ -259,19 +227,15 @@ TEST_F(PaintTest, ViewPastTheEndPaintsNoLineAndCallsNoHandler)
     EXPECT_TRUE(CellIs(image, 0, 0, clWindow));
 }
 
-TEST_F(PaintTest, FrameIsDrawnOnlyWithout3DLook)
+TEST_F(PaintTest, FrameIsDrawnOnlyWithout3DLookAndTheCornerBetweenTheBarsIsFace)
 {
-    EXPECT_NE(PixelAt(Render(*edit), 30, 0), Drawn(clBlack));
+    QImage image = Render(*edit);
+    EXPECT_NE(PixelAt(image, 30, 0), Drawn(clBlack));
+    EXPECT_EQ(PixelAt(image, 399, 299), Drawn(clBtnFace));
     edit->SetCtl3D(false);
-    const QImage image = Render(*edit);
+    image = Render(*edit);
     EXPECT_EQ(PixelAt(image, 30, 0), Drawn(clBlack));
     EXPECT_EQ(PixelAt(image, 0, 30), Drawn(clBlack));
-}
-
-TEST_F(PaintTest, CornerBetweenTheBarsIsFace)
-{
-    const QImage image = Render(*edit);
-    EXPECT_EQ(PixelAt(image, 399, 299), Drawn(clBtnFace));
 }
 
 TEST_F(PaintTest, PaintingDoesNotMarkTheTextModified)

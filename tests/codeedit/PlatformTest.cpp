@@ -1,11 +1,10 @@
-// The Qt side of the framework layer: canvas geometry, colours, the scroll
-// bar's classic semantics, posted messages and the caret.
+// The Qt side of the framework layer: canvas geometry, the scroll bar's
+// classic semantics, posted messages and the caret.
 #include "platform/Caret.h"
 #include "platform/ScrollBar.h"
 #include "support/RenderHelpers.h"
 
 #include <QAbstractSlider>
-#include <QApplication>
 #include <QImage>
 
 #include <gtest/gtest.h>
@@ -87,14 +86,6 @@ TEST(Canvas, DrawingKeepsInsideTheClipRectangle)
     EXPECT_EQ(PixelAt(img, 5, 5), clWhite);
 }
 
-TEST(Colors, SystemColoursResolveToThePaletteAndPlainOnesStay)
-{
-    EXPECT_EQ(ColorToRGB(0x123456), 0x123456u);
-    const QColor base = QApplication::palette().color(QPalette::Base);
-    EXPECT_EQ(ColorToRGB(clWindow), RGB(Byte(base.red()), Byte(base.green()), Byte(base.blue())));
-    EXPECT_FALSE(IsSystemColor(ColorToRGB(clBtnFace)));
-}
-
 TEST(ScrollBar, PositionIsClampedAndEveryChangeIsReported)
 {
     TScrollBar bar(nullptr);
@@ -149,16 +140,6 @@ public:
     }
     std::vector<Cardinal> received;
 };
-
-TEST(Messages, PostedMessagesRunLaterSentOnesAtOnce)
-{
-    Recorder r(nullptr);
-    EXPECT_EQ(SendMessage(&r, 0x500), 7);
-    PostMessage(&r, 0x501);
-    EXPECT_EQ(r.received, std::vector<Cardinal>{0x500});
-    ProcessPostedMessages();
-    EXPECT_EQ(r.received, (std::vector<Cardinal>{0x500, 0x501}));
-}
 
 TEST(Messages, MessagesPostedToAFreedControlAreDropped)
 {

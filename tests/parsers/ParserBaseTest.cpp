@@ -1,11 +1,11 @@
 // The parser base: both feeds, push-back, line counting and the base tokenizer.
 #include "codeedit/uSxCodeParser.h"
-
-#include <gtest/gtest.h>
+#include "parsers/ScriptTestSupport.h"
 
 #include <deque>
 
 using namespace sx;
+using sxtest::Utf16Stream;
 
 namespace {
 
@@ -28,18 +28,6 @@ struct PieceFeed {
         return true;
     }
 };
-
-TMemoryStream* Utf16Stream(const String& text, bool oddByte = false)
-{
-    std::vector<std::uint8_t> bytes;
-    for (Char c : text) {
-        bytes.push_back(std::uint8_t(c & 0xFF));
-        bytes.push_back(std::uint8_t(c >> 8));
-    }
-    if (oddByte)
-        bytes.push_back('!');
-    return new TMemoryStream(std::move(bytes));
-}
 
 struct Token {
     String text;
@@ -108,25 +96,16 @@ TEST(ParserBase, CharacterZeroInsideTheInputEndsATokenAndReadingGoesOn)
     EXPECT_EQ(Next(p).text, u"cd");
 }
 
-TEST(ParserBase, EmptyPieceGivesZeroAndTheNextReadAsksAgain)
+TEST(ParserBase, EveryReadThatFindsNothingAsksTheCallbackAgain)
 {
     TSxLangParser p(nullptr);
     PieceFeed feed{{u"", u"x"}};
     p.SetOnGetNewBuffer(std::ref(feed));
-    EXPECT_EQ(p.ReadChar(), 0);
-    EXPECT_EQ(feed.calls, 1);
+    EXPECT_EQ(p.ReadChar(), 0);  // an empty piece
     EXPECT_EQ(p.ReadChar(), u'x');
-    EXPECT_EQ(feed.calls, 2);
-}
-
-TEST(ParserBase, ExhaustedCallbackIsAskedOnEveryRead)
-{
-    TSxLangParser p(nullptr);
-    PieceFeed feed;
-    p.SetOnGetNewBuffer(std::ref(feed));
+    EXPECT_EQ(p.ReadChar(), 0);  // exhausted
     EXPECT_EQ(p.ReadChar(), 0);
-    EXPECT_EQ(p.ReadChar(), 0);
-    EXPECT_EQ(feed.calls, 2);
+    EXPECT_EQ(feed.calls, 4);
 }
 
 TEST(ParserBase, CallbackHasPriorityOverTheStream)
@@ -139,15 +118,22 @@ TEST(ParserBase, CallbackHasPriorityOverTheStream)
     EXPECT_EQ(p.ReadChar(), u'c');
 }
 
-TEST(ParserBase, ResetBufferCallsTheCallbackOnceWithReset)
+TEST(ParserBase, ResetAsksTheCallbackOnceAndKeepsTheLineToLineState)
 {
     TSxLangParser p(nullptr);
     PieceFeed feed{{u"abc"}};
     p.SetOnGetNewBuffer(std::ref(feed));
     p.ReadChar();
+    p.SetLineKind(7);
+    p.SetRemarkEnd(u"*)");
+    p.SetInRemark(true);
+    p.SetEndLines(true);
     p.ResetBuffer();
     EXPECT_EQ(feed.resets, 1);
     EXPECT_EQ(p.LineNr(), 1);
+    EXPECT_EQ(p.LineKind(), 7);
+    EXPECT_EQ(p.RemarkEnd(), u"*)");
+    EXPECT_TRUE(p.InRemark() && p.EndLines());
 }
 
 TEST(ParserBase, ShortStreamEndsInATerminatorAndIsReadAgainAtTheEnd)
@@ -172,22 +158,14 @@ TEST(ParserBase, StreamOfExactlyOneBlockHasNoTerminatorInTheFirstLoad)
     EXPECT_EQ(p.ReadChar(), 0);
 }
 
-TEST(ParserBase, StreamDropsAnOddLastByteAndReadsLowByteFirst)
+TEST(ParserBase, StreamDropsAnOddLastByteReadsLowByteFirstAndRewindsOnReset)
 {
     TSxLangParser p(nullptr);
-    p.SetInputStream(Utf16Stream(u"\u20AC", true), true);
+    p.SetInputStream(new TMemoryStream({0xAC, 0x20, '!'}), true);
     EXPECT_EQ(p.ReadChar(), u'\u20AC');
     EXPECT_EQ(p.ReadChar(), 0);
-}
-
-TEST(ParserBase, ResetRewindsTheStream)
-{
-    TSxLangParser p(nullptr);
-    p.SetInputStream(Utf16Stream(u"ab"), true);
-    p.ReadChar();
-    p.ReadChar();
     p.ResetBuffer();
-    EXPECT_EQ(p.ReadChar(), u'a');
+    EXPECT_EQ(p.ReadChar(), u'\u20AC');
 }
 
 TEST(ParserBase, SetInputStreamFreesAnOwnedStreamAndKeepsAForeignOne)
@@ -227,29 +205,20 @@ TEST(ParserBase, LineNumberCountsLfOnReadAndPush)
     EXPECT_EQ(p.LineNr(), 0);
 }
 
-TEST(ParserBase, PushStrBeyondWhatWasConsumedGoesInFrontOfTheBuffer)
+TEST(ParserBase, PushesNeedNotBeWhatWasReadAndMayGoInFrontOfTheBuffer)
 {
     TSxLangParser p(nullptr);
     PieceFeed feed{{u"xyz"}};
     p.SetOnGetNewBuffer(std::ref(feed));
     EXPECT_EQ(p.ReadChar(), u'x');
+    p.PushChar(u'q');
+    EXPECT_EQ(p.ReadChar(), u'q');
     p.PushStr(u"abc");
     String read;
     for (int i = 0; i < 5; ++i)
         read += p.ReadChar();
     EXPECT_EQ(read, u"abcyz");
     EXPECT_EQ(p.ReadCurrChar(), u'z');
-}
-
-TEST(ParserBase, PushedCharacterNeedNotBeTheOneRead)
-{
-    TSxLangParser p(nullptr);
-    PieceFeed feed{{u"ab"}};
-    p.SetOnGetNewBuffer(std::ref(feed));
-    p.ReadChar();
-    p.PushChar(u'q');
-    EXPECT_EQ(p.ReadChar(), u'q');
-    EXPECT_EQ(p.ReadChar(), u'b');
 }
 
 TEST(ParserBase, PeekAtTheEndLeavesATerminatorToRead)
@@ -261,31 +230,6 @@ TEST(ParserBase, PeekAtTheEndLeavesATerminatorToRead)
     EXPECT_EQ(feed.calls, 1);
     EXPECT_EQ(p.ReadChar(), 0);
     EXPECT_EQ(feed.calls, 1);
-}
-
-TEST(ParserBase, ResetKeepsTheLineToLineState)
-{
-    TSxLangParser p(nullptr);
-    p.SetLineKind(7);
-    p.SetRemarkEnd(u"*)");
-    p.SetEndLines(true);
-    p.SetInRemark(true);
-    p.ResetBuffer();
-    EXPECT_EQ(p.LineKind(), 7);
-    EXPECT_EQ(p.RemarkEnd(), u"*)");
-    EXPECT_TRUE(p.EndLines());
-    EXPECT_TRUE(p.InRemark());
-}
-
-TEST(ParserBase, BaseAnswersOfTheMethodOperations)
-{
-    TSxLangParser p(nullptr);
-    String name = u"keep";
-    EXPECT_EQ(p.CreateMethod(&p, u"OnChange", name), u"");
-    EXPECT_EQ(name, u"keep");
-    EXPECT_EQ(p.GetSameMethods(&p, u"OnChange"), u"");
-    EXPECT_EQ(p.MethodLineNr(u"x"), -1);
-    EXPECT_EQ(p.GetLanguage(), u"<undefined language>");
 }
 
 TEST(ParserBase, ClassReferenceBuildsTheParserWithItsOwner)

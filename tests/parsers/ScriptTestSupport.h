@@ -1,4 +1,4 @@
-// Test helpers of the script parsers: feeds as the editor and a stream give
+// Test helpers of the language parsers: feeds as the editor and a stream give
 // them, token streams of a scanner, the restart property, and a component
 // with published events of several shapes.
 #pragma once
@@ -40,6 +40,17 @@ struct LineFeed {
     }
 };
 
+/// Hands out the text as one piece, then nothing.
+inline void FeedOnce(TSxLangParser& parser, const String& text)
+{
+    parser.SetOnGetNewBuffer([text, done = false](bool reset, String& s) mutable {
+        if (reset || done)
+            return reset;
+        s = text;
+        return done = true;
+    });
+}
+
 /// A stream of the text as raw UTF-16, low byte first.
 inline TMemoryStream* Utf16Stream(const String& text)
 {
@@ -51,9 +62,9 @@ inline TMemoryStream* Utf16Stream(const String& text)
     return new TMemoryStream(std::move(bytes));
 }
 
-/// Token streams of a script scanner. Probe opens the parser's
-/// InternalGetNextToken; the three tokens are those of its language.
-template <class Probe, auto EndOfFile, auto LineBreak, auto Unknown>
+/// Token streams of a scanner. Probe opens the parser's InternalGetNextToken;
+/// the three tokens are those of its language, Blank the kind of its blanks.
+template <class Probe, auto EndOfFile, auto LineBreak, auto Blank>
 struct ScriptScanner {
     using Token = decltype(EndOfFile);
     using Tokens = std::vector<std::pair<Token, String>>;
@@ -78,12 +89,7 @@ struct ScriptScanner {
     {
         Probe p;
         p.SetEndLines(endLines);
-        p.SetOnGetNewBuffer([text, done = false](bool reset, String& s) mutable {
-            if (reset || done)
-                return reset;
-            s = text;
-            return done = true;
-        });
+        FeedOnce(p, text);
         return Collect(p);
     }
 
@@ -102,11 +108,13 @@ struct ScriptScanner {
         return out;
     }
 
-    /// The tokens of a text with the one-character blanks left out.
+    /// The tokens of a text with the blanks left out.
     static Tokens Words(const String& text)
     {
         Tokens out = Scan(text);
-        std::erase_if(out, [](const auto& t) { return t.first == Unknown && t.second == u" "; });
+        std::erase_if(out, [](const auto& t) {
+            return t.first == Blank && t.second.find_first_not_of(u' ') == String::npos;
+        });
         return out;
     }
 

@@ -1,6 +1,7 @@
 // The SQL tokenizer: the letter tree and its building check, token streams,
 // colours, and the independence of the tokens from how the input is cut.
 #include "codeedit/uSxCodeSqlParser.h"
+#include "parsers/ScriptTestSupport.h"
 
 #include <gtest/gtest.h>
 
@@ -125,30 +126,19 @@ TEST(SqlParser, WordsKeywordsAndWhereAWordMayStart)
     EXPECT_EQ(Scan(u"x\r\nON\nON"), "{U}x{B}{K}ON{U}\n{U}O{U}N");
 }
 
-TEST(SqlParser, NumbersNeedAStartAndAnEnd)
+TEST(SqlParser, NumbersParametersAndQuotedValuesEndWhereTheyMay)
 {
+    // numbers need a start and an end; parameters end only at white space
     EXPECT_EQ(Scan(u"10 1,5 1.5 1, 1 .5"), "{N}10{U} {N}1,5{U} {N}1.5{U} {N}1,{U} {N}1{U} {U}.{N}5");
     EXPECT_EQ(Scan(u"(12) 12a x1"), "{U}({N}12{U}){U} {U}12{U}a{U} {U}x{U}1");
-}
-
-TEST(SqlParser, ParametersEndOnlyAtWhiteSpace)
-{
     EXPECT_EQ(Scan(u"(@a,@b) x@c @d\tz"), "{U}({P}@a,@b){U} {U}x{U}@{U}c{U} {P}@d{U}{U}z");
-}
-
-TEST(SqlParser, QuotedValuesEndAtTheQuoteOrTheLine)
-{
     EXPECT_EQ(Scan(u"'a b''c' \"d\"\r\n'abc\r\nx"), "{Q}'a b'{Q}'c'{U} {U}\"{U}d{U}\"{B}{Q}'abc{B}{U}x");
 }
 
-TEST(SqlParser, LineCommentsEndAtAnyControlCharacter)
+TEST(SqlParser, LineCommentsEndAtAnyControlCharacterAndBlockCommentsGoOnePieceALine)
 {
     EXPECT_EQ(Scan(u"'v'-- c -- d\tON\r\na-b 5 - 3"),
               "{Q}'v'{C}-- c -- d{U}{U}O{U}N{B}{U}a{U}-{U}b{U} {N}5{U} {U}-{U} {N}3");
-}
-
-TEST(SqlParser, BlockCommentsGoOnePieceALine)
-{
     EXPECT_EQ(Scan(u"a /* b\r\n\r\nc\r\n*/ON */ x /*/ON"),
               "{U}a{U} {C}/* b{B}{B}{C}c{B}{C}*/{U}O{U}N{U} {U}*{U}/{U} {U}x{U} {C}/*/{U}O{U}N");
     EXPECT_EQ(Scan(u"/**/ /* a*/\r\n/* 'q' -- \t@p ON\r\n"), "{C}/**/{U} {C}/* a*/{B}{C}/* 'q' -- \t@p ON{B}");
@@ -246,18 +236,12 @@ TEST(SqlParser, RestartAtAnyLineOutsideABlockCommentGivesTheSameTokens)
 
 TEST(SqlParser, UnitRegistersTheClassAndReleasesItsTables)
 {
-    Initialization();
-    EXPECT_EQ(GetClass(u"TSxCodeSqlParser"), &TSxCodeSqlParser::ClassInfo());
-    TSxLangParser* p = TSxLangParserClass(FindClass(u"TSxCodeSqlParser")).Create(nullptr);
-    EXPECT_EQ(p->GetLanguage(), u"Sql");
-    delete p;
-    Finalization();
-    EXPECT_EQ(GetClass(u"TSxCodeSqlParser"), nullptr);
-    EXPECT_TRUE(DrawInfo[2].Name.empty());
-    EXPECT_TRUE(SxSqlKeyWords[0].empty());
-    Initialization();
-    EXPECT_EQ(DrawInfo[2].Name, u"KeyWords");
-    EXPECT_EQ(SxSqlKeyWords[175], u"NEXT");
+    sxtest::ExpectUnitStartAndStop(u"TSxCodeSqlParser", u"Sql", DrawInfo, &Initialization, [] {
+        Finalization();
+        EXPECT_TRUE(SxSqlKeyWords[0].empty());
+    });
+    Initialization();  // start values again
+    EXPECT_FALSE(SxSqlKeyWords[0].empty());
 }
 
 TEST(SqlParser, PeekStringLeavesTheInputAsItWas)

@@ -1,7 +1,6 @@
 // The XML tokenizer: token streams with their kinds, colours and line breaks.
 #include "codeedit/uSxCodeXmlParser.h"
-
-#include <gtest/gtest.h>
+#include "parsers/ScriptTestSupport.h"
 
 #include <string>
 #include <vector>
@@ -31,17 +30,7 @@ struct LineFeed {
     }
 };
 
-/// Hands out one piece of raw text, then nothing.
-void FeedText(TSxLangParser& p, const String& text)
-{
-    p.SetOnGetNewBuffer([text, done = false](bool reset, String& s) mutable {
-        if (reset || done)
-            return false;
-        s = text;
-        done = true;
-        return true;
-    });
-}
+using sxtest::FeedOnce;
 
 const char* const KindNames[] = {"LineBreak", "Unknown",    "Invalid",    "EOF",        "AttrName",
                                  "AttrEqual", "AttrQuote",  "AttrValue",  "ElmName",    "ElmStart",
@@ -76,7 +65,7 @@ std::string Dump(XmlProbe& p)
 std::string DumpText(const String& text)
 {
     XmlProbe p;
-    FeedText(p, text);
+    FeedOnce(p, text);
     return Dump(p);
 }
 
@@ -124,7 +113,7 @@ TEST(XmlParser, Comments)
 TEST(XmlParser, UnclosedCommentRunsToTheEnd)
 {
     XmlProbe p;
-    FeedText(p, u"<!-- a");
+    FeedOnce(p, u"<!-- a");
     String token;
     EXPECT_EQ(p.InternalGetNextToken(token), vtElmStart);
     EXPECT_EQ(p.InternalGetNextToken(token), vtComment);
@@ -185,7 +174,7 @@ TEST(XmlParser, ResetGoesBackToTheStartState)
 TEST(XmlParser, GetNextTokenGivesColoursFromTheTable)
 {
     TSxCodeXMLParser p(nullptr);
-    FeedText(p, u"<!-- c -->\r\n");
+    FeedOnce(p, u"<!-- c -->\r\n");
     String text;
     TColor back = 0, fore = 0;
     TFontStyles style;
@@ -204,21 +193,11 @@ TEST(XmlParser, GetNextTokenGivesColoursFromTheTable)
     EXPECT_FALSE(p.GetNextToken(text, back, fore, style, lineBreak));
     EXPECT_FALSE(lineBreak);
     EXPECT_TRUE(text.empty());
-    EXPECT_EQ(p.GetLanguage(), u"XML");
 }
 
-TEST(XmlParser, RegistrationAndTheTablesNames)
+TEST(XmlParser, UnitStartAndStop)
 {
-    const auto saved = DrawInfo;
-    Initialization();
-    EXPECT_EQ(GetClass(u"TSxCodeXMLParser"), &TSxCodeXMLParser::ClassInfo());
-    Finalization();
-    EXPECT_EQ(GetClass(u"TSxCodeXMLParser"), nullptr);
-    for (const TSxXmlTokenInfo& row : DrawInfo)
-        EXPECT_TRUE(row.Name.empty());
-    EXPECT_EQ(DrawInfo[7].BckColor, clYellow);
-    DrawInfo = saved;
-    EXPECT_EQ(DrawInfo[4].Name, u"ElemenValue");
+    sxtest::ExpectUnitStartAndStop(u"TSxCodeXMLParser", u"XML", DrawInfo, &Initialization, &Finalization);
 }
 
 // The state is not kept per line: a run started at a line that opens with a

@@ -1,6 +1,7 @@
 // The line store against a plain vector of lines and slots: thousands of
 // seeded random edits through the public TStrings operations, at several
-// grow sizes, compared after every step. A failure names seed and step.
+// grow and text block sizes, compared after every step. A failure names seed
+// and step.
 #include "platform/StringList.h"
 
 #include <gtest/gtest.h>
@@ -66,20 +67,22 @@ void RandomEdit(std::mt19937& random, TStringList& store, std::vector<ModelLine>
     } else {
         // Text splits anew: every slot starts at 0 again.
         std::vector<ModelLine> fresh;
-        for (auto n = random() % 4; n > 0; --n)
+        for (auto n = random() % 20; n > 0; --n)
             fresh.push_back(ModelLine{RandomLine(random), 0});
         store.SetText(ModelText(fresh));
         model = fresh;
     }
 }
 
-class LineStoreOracle : public ::testing::TestWithParam<std::size_t> {};
+/// A grow size and a size of the text blocks that loaded lines share.
+class LineStoreOracle : public ::testing::TestWithParam<std::pair<std::size_t, std::size_t>> {};
 
 TEST_P(LineStoreOracle, RandomEditsMatchAPlainVector)
 {
-    const unsigned seed = 7919u * unsigned(GetParam()) + 11u;
+    const auto [growSize, blockBytes] = GetParam();
+    const unsigned seed = 7919u * unsigned(growSize) + 11u;
     std::mt19937 random(seed);
-    TStringList store(GetParam());
+    TStringList store(growSize, blockBytes);
     std::vector<ModelLine> model;
     for (int step = 0; step < 3000; ++step) {
         RandomEdit(random, store, model);
@@ -91,8 +94,18 @@ TEST_P(LineStoreOracle, RandomEditsMatchAPlainVector)
         ASSERT_EQ(store.GetObject(probe), model[std::size_t(probe)].Slot) << "seed " << seed << " step " << step;
     }
     EXPECT_EQ(store.Text(), ModelText(model)) << "seed " << seed;
+    TStringList copy(growSize, blockBytes);
+    copy.Assign(store);
+    EXPECT_EQ(copy.Text(), store.Text());
+    for (Integer i = 0; i < store.Count(); ++i)
+        EXPECT_EQ(copy.Objects(i), store.Objects(i)) << i;
+    store.Clear();
+    EXPECT_EQ(store.TextBlocks(), 0u);
 }
 
-INSTANTIATE_TEST_SUITE_P(GrowSizes, LineStoreOracle, ::testing::Values(1, 3, 64));
+INSTANTIATE_TEST_SUITE_P(GrowSizes, LineStoreOracle,
+                         ::testing::Values(std::pair{std::size_t(1), std::size_t(16)},
+                                           std::pair{std::size_t(3), TLineTextStore::DefaultBlockBytes},
+                                           std::pair{std::size_t(64), TLineTextStore::DefaultBlockBytes}));
 
 }  // namespace

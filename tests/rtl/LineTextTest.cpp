@@ -1,12 +1,10 @@
 // The compact text of the line store: narrow and wide lines, shared blocks
-// that go with their last line, adopted buffers read in place, and the list
-// over them against a plain vector of strings through seeded random edits.
+// that go with their last line, and adopted buffers read in place.
 #include "platform/LineText.h"
 #include "platform/StringList.h"
 
 #include <gtest/gtest.h>
 
-#include <random>
 #include <vector>
 
 using namespace sx;
@@ -84,68 +82,6 @@ TEST(LineText, AnAdoptedBufferIsReadInPlaceAndFreedWithItsLastLine)
 
     store.DropIfUnused(store.Adopt({'x'}));
     EXPECT_EQ(store.LiveBlocks(), 0u);
-}
-
-/// A text with narrow, wide and empty lines, in a list of tiny blocks and gap.
-String SomeLine(std::mt19937& random)
-{
-    static const String pieces[] = {u"", u"begin", u" ", u"Größe", u"€", u"\t", u"x", u"日本"};
-    String line;
-    for (int n = int(random() % 5); n > 0; --n)
-        line += pieces[random() % std::size(pieces)];
-    return line;
-}
-
-TEST(StringListStore, RandomEditsMatchAPlainVector)
-{
-    const unsigned seed = 20261123u;
-    std::mt19937 random(seed);
-    TStringList list(1, 16);
-    std::vector<String> plain;
-    std::vector<NativeInt> slots;
-    for (int step = 0; step < 3000; ++step) {
-        const auto size = Integer(plain.size());
-        const int action = int(random() % 20);
-        const String line = SomeLine(random);
-        if (action == 0) {
-            String text;
-            plain.clear();
-            for (int n = int(random() % 30); n > 0; --n) {
-                plain.push_back(SomeLine(random));
-                text += plain.back() + u"\r\n";
-            }
-            list.SetText(text);
-            slots.assign(plain.size(), 0);
-        } else if (action < 8 || size == 0) {
-            const auto at = Integer(random() % std::size_t(size + 1));
-            list.Insert(at, line);
-            plain.insert(plain.begin() + at, line);
-            slots.insert(slots.begin() + at, 0);
-        } else if (action < 12) {
-            const auto at = Integer(random() % std::size_t(size));
-            list.Delete(at);
-            plain.erase(plain.begin() + at);
-            slots.erase(slots.begin() + at);
-        } else if (action < 18) {
-            const auto at = Integer(random() % std::size_t(size));
-            list.Put(at, line);
-            plain[std::size_t(at)] = line;
-        } else {
-            const auto at = Integer(random() % std::size_t(size));
-            list.PutObject(at, step);
-            slots[std::size_t(at)] = step;
-        }
-        ASSERT_EQ(list.Count(), Integer(plain.size())) << "seed " << seed << " step " << step;
-        for (std::size_t i = 0; i < plain.size(); ++i) {
-            ASSERT_EQ(list.Get(Integer(i)), plain[i]) << "seed " << seed << " step " << step << " line " << i;
-            ASSERT_EQ(list.Objects(Integer(i)), slots[i]) << "seed " << seed << " step " << step;
-        }
-    }
-    TStringList copy(1, 16);
-    copy.Assign(list);
-    EXPECT_EQ(copy.Text(), list.Text());
-    list.Clear();
-    EXPECT_EQ(list.TextBlocks(), 0u);
 }
 
 TEST(StringListStore, LoadedLinesFreeTheirBlocksWhenReplacedOrDeleted)

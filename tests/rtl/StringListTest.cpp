@@ -1,5 +1,5 @@
 // The line store: change events around every change, nested updates, joined
-// text with CR LF, splitting at any line break, and the integer slot.
+// text with CR LF, splitting at any line break, and indexes out of range.
 #include "platform/StringList.h"
 
 #include <gtest/gtest.h>
@@ -67,20 +67,6 @@ TEST(StringList, TextJoinsWithCrLfAndSplitsAtAnyBreak)
     EXPECT_EQ(list.Strings(0).size(), 3u);  // a character 0 is text like any other
 }
 
-TEST(StringList, SlotsStartAtZeroAndTravelWithTheirLines)
-{
-    TStringList list;
-    list.SetText(u"a\r\nb\r\nc");
-    list.PutObject(2, 42);
-    list.Insert(1, u"new");
-    EXPECT_EQ(list.Objects(1), 0);
-    EXPECT_EQ(list.Objects(3), 42);
-    TStringList copy;
-    copy.Assign(list);
-    EXPECT_EQ(copy.Objects(3), 42);
-    EXPECT_EQ(copy.Text(), list.Text());
-}
-
 TEST(StringList, OutOfRangeIndexRaisesListError)
 {
     TStringList list;
@@ -90,16 +76,6 @@ TEST(StringList, OutOfRangeIndexRaisesListError)
     EXPECT_THROW(list.Insert(3, u"x"), EListError);
     EXPECT_THROW(list.Delete(1), EListError);
     EXPECT_NO_THROW(list.Insert(1, u"end"));
-}
-
-TEST(StringList, TinyGrowSizeStillHoldsManyLines)
-{
-    TStringList list(1);
-    for (int i = 0; i < 1000; ++i)
-        list.Insert(0, IntToStr(i));
-    EXPECT_EQ(list.Count(), 1000);
-    EXPECT_EQ(list.Strings(0), u"999");
-    EXPECT_EQ(list.Strings(999), u"0");
 }
 
 }  // namespace

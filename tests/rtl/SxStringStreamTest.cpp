@@ -63,6 +63,7 @@ TEST_F(TextStream, Utf8WithOrWithoutMarkIsDecodedAndTheMarkDropped)
     EXPECT_EQ(Load("\xEF\xBB\xBF" + text), expected);
     EXPECT_EQ(loadedCodePage, CodePages::Utf8);
     EXPECT_EQ(Load("\xEF\xBB\xBF"), u"");
+    EXPECT_EQ(Load(""), u"");
 }
 
 TEST_F(TextStream, Utf8WithMarkReplacesEachBadByte)
@@ -120,11 +121,6 @@ TEST_F(TextStream, TheWholeFileDecidesAcrossReadChunks)
     EXPECT_EQ(loadedCodePage, CodePages::Windows1252);
     EXPECT_EQ(text.size(), bytes.size());
     EXPECT_EQ(text.substr(65535, 2), u"\u00C3\u00A9");
-}
-
-TEST_F(TextStream, EmptyFileGivesEmptyText)
-{
-    EXPECT_EQ(Load(""), u"");
 }
 
 TEST_F(TextStream, AGivenCodePageIsTakenAsItStands)
