@@ -5,6 +5,7 @@
 // in a hidden window with only the passes pumped (the engine's own cost), and
 // in a shown window under the event loop, which repaints between two passes
 // as an application does.
+#include "codeedit/fSxCodeEditSearchReplaceDlg.h"
 #include "codeedit/uSxCodeEdit.h"
 #include "platform/Dialogs.h"
 

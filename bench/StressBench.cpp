@@ -3,6 +3,7 @@
 // engine on one line of a million characters, stepping hit by hit and
 // replacing all. Each reports its time per step and the peak memory of the
 // process, so that a cost that grows with the text shows in the figures.
+#include "codeedit/fSxCodeEditSearchReplaceDlg.h"
 #include "codeedit/uSxCodeEdit.h"
 #include "platform/Dialogs.h"
 

@@ -36,6 +36,24 @@ flags=$(PKG_CONFIG_PATH="$libdir" pkg-config --cflags --libs sxcodeedit)
 # shellcheck disable=SC2086
 g++ -fPIC examples/embed/main.cpp -o "$prefix/embed-pkgconfig" $flags -Wl,-rpath,"$(dirname "$libdir")"
 
+# The plain editor needs no SQLite; the data-aware one is the package's
+# component dbcodeedit.
+if ldd "$(dirname "$libdir")/libsxcodeedit.so" | grep -q sqlite; then
+  echo "libsxcodeedit needs SQLite"; exit 1
+fi
+mkdir -p "$prefix/component"
+cat >"$prefix/component/CMakeLists.txt" <<'CMAKE'
+cmake_minimum_required(VERSION 3.25)
+project(SxComponentCheck LANGUAGES CXX)
+find_package(SxCodeEdit 1.0 REQUIRED COMPONENTS dbcodeedit)
+if(NOT TARGET SxCodeEdit::sxdbcodeedit OR NOT TARGET SxCodeEdit::sxdb)
+  message(FATAL_ERROR "the component dbcodeedit brings no targets")
+endif()
+CMAKE
+cmake -S "$prefix/component" -B "$prefix/component/build" -DCMAKE_PREFIX_PATH="$prefix/usr" >/dev/null
+PKG_CONFIG_PATH="$libdir" pkg-config --exists sxdbcodeedit
+echo "components: dbcodeedit found"
+
 export QT_QPA_PLATFORM=offscreen
 for program in "$prefix/embed-cmake/embed_example" "$prefix/embed-pkgconfig"; do
   output=$("$program" --render "$prefix/embed.png")

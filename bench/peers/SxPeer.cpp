@@ -4,6 +4,7 @@
 // pumped until the control has nothing more queued.
 #include "PeerEditor.h"
 
+#include "codeedit/fSxCodeEditSearchReplaceDlg.h"
 #include "codeedit/uSxCodeEdit.h"
 #include "codeedit/uSxCodePascalParser.h"
 #include "platform/Dialogs.h"

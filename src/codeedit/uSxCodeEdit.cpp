@@ -2,6 +2,7 @@
 // store and its events, the parser ownership rules, options and messages.
 #include "uSxCodeEdit.h"
 
+#include "fSxCodeEditSearchReplaceDlg.h"
 #include "uSxCodeEditAccessible.h"
 
 namespace sx {
@@ -232,6 +233,19 @@ void TSxCodeEdit::SetLineWidth(Integer Value)
 }
 
 Integer TSxCodeEdit::RealGuttorWidth() const { return GetShowGuttor() ? FGuttorWidth : 0; }
+
+TSxTextArea TSxCodeEdit::TextArea()
+{
+    TSxTextArea area;
+    area.Left = RealGuttorWidth();
+    area.Width = ClientWidth() - area.Left - FVScrollBar->Width();
+    area.Height = ClientHeight() - FHScrollBar->Height();
+    area.CharWidth = GetCharWidth();
+    area.LineHeight = GetLineWidth();
+    area.FirstColumn = FHScrollBar->Position();
+    area.FirstLine = FVScrollBar->Position();
+    return area;
+}
 
 void TSxCodeEdit::SetGuttorWidth(Integer Value) { FGuttorWidth = Value; }
 

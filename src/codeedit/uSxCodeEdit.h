@@ -3,8 +3,9 @@
 // of a line, a selection, an undo stack, and two scroll bars of its own.
 #pragma once
 
-#include "codeedit/fSxCodeEditSearchReplaceDlg.h"
 #include "codeedit/uSxCodeEditCaret.h"
+#include "codeedit/uSxCodeEditLines.h"
+#include "codeedit/uSxCodeEditTextArea.h"
 #include "codeedit/uSxCodeEditUndo.h"
 #include "codeedit/uSxCodeParser.h"
 #include "platform/Controls.h"
@@ -18,6 +19,7 @@
 namespace sx {
 
 class TSxAccessibleTextModel;
+class TFrmCodeEditSearchReplaceDlg;
 
 namespace uSxCodeEdit {
 
@@ -176,6 +178,8 @@ public:
     Integer GetCharWidth();
     Integer GetLineWidth();
     Integer RealGuttorWidth() const;
+    /// The text area's geometry as the control stands now.
+    TSxTextArea TextArea();
 
     TScrollBar& HScrollBar() { return *FHScrollBar; }
     TScrollBar& VScrollBar() { return *FVScrollBar; }
@@ -315,7 +319,7 @@ protected:
     TBorderStyle FBorderStyle = TBorderStyle::bsSingle;
     bool FModified = false;
     TSxUndoList* FUndoList = nullptr;
-    TStringList* FLines = nullptr;
+    TSxCodeEditLines* FLines = nullptr;
     Integer FCharPos = 0;
     Integer FLinePos = 0;
     Integer FGuttorWidth = 20;
@@ -383,8 +387,8 @@ private:
     /// The caret's column as an input method counts it: in its line's text,
     /// so a caret in virtual space stands at the line's end.
     Integer ImeColumn(Integer AColumn) const;
-    /// The top left pixel of the caret's cell, in client pixels, as
-    /// ResetCaret works it out; False when the cell lies outside the text area.
+    /// The top left pixel of the caret's cell, in client pixels (clamped far
+    /// out); False when the cell lies outside the text area.
     bool CaretCell(TPoint& ACell);
     /// The caret's rectangle in client pixels, at the composition's cursor
     /// while a composition shows.

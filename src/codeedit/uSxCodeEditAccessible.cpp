@@ -92,15 +92,6 @@ std::pair<std::size_t, std::size_t> CommonEnds(const String& a, const String& b)
     return {head, tail};
 }
 
-/// The caret stands this many pixels right of its column's cell edge.
-constexpr Integer CaretMargin = 2;
-
-Integer ClampToInteger(std::int64_t v)
-{
-    constexpr std::int64_t lowest = std::numeric_limits<Integer>::min();
-    constexpr std::int64_t highest = std::numeric_limits<Integer>::max();
-    return Integer(std::clamp(v, lowest, highest));
-}
 
 /// Moves the bar the least so that first and, where it fits, last show
 /// among the room cells a page holds.
@@ -131,7 +122,7 @@ TAccessibleText* TSxCodeEdit::AccessibleText() { return TSxAccessibleTextModel::
 void TSxCodeEdit::NotifyAccessibility() { FAccessibility->StateChanged(); }
 
 TSxAccessibleTextModel::TSxAccessibleTextModel(TSxCodeEdit& edit)
-    : FControl(edit), FLines(static_cast<TSxCodeEditLines&>(*edit.FLines))
+    : FControl(edit), FLines(*edit.FLines)
 {
     FLines.SetListener(this);
     FReportedCaret = CaretOffset();
@@ -273,25 +264,22 @@ bool TSxAccessibleTextModel::UnitAt(TTextOffset offset, TTextUnit unit, TTextRan
 TRect TSxAccessibleTextModel::CharacterRect(TTextOffset offset)
 {
     const TPoint at = PositionOf(offset);
-    const Integer charWidth = FControl.GetCharWidth();
-    const Integer lineHeight = FControl.GetLineWidth();
-    const std::int64_t x = FControl.RealGuttorWidth() + CaretMargin +
-                           (std::int64_t(at.X) - FControl.HScrollBar().Position()) * charWidth;
-    const std::int64_t y = (std::int64_t(at.Y) - FControl.VScrollBar().Position()) * lineHeight;
-    return Rect(ClampToInteger(x), ClampToInteger(y), ClampToInteger(x + charWidth), ClampToInteger(y + lineHeight));
+    const TSxTextArea area = FControl.TextArea();
+    const std::int64_t x = area.TextX(at.X);
+    const std::int64_t y = area.CellY(at.Y);
+    return Rect(ClampedPixel(x), ClampedPixel(y), ClampedPixel(x + area.CharWidth),
+                ClampedPixel(y + area.LineHeight));
 }
 
 TTextOffset TSxAccessibleTextModel::OffsetAtPoint(TPoint point)
 {
-    const Integer charWidth = FControl.GetCharWidth();
-    const Integer lineHeight = FControl.GetLineWidth();
-    if (charWidth <= 0 || lineHeight <= 0)
+    const TSxTextArea area = FControl.TextArea();
+    if (area.CharWidth <= 0 || area.LineHeight <= 0)
         return -1;
-    const Integer textX = std::max(point.X - FControl.RealGuttorWidth() - CaretMargin, 0);
-    const Integer line = point.Y / lineHeight + FControl.VScrollBar().Position();
-    if (line >= FLines.Count())
+    const TPoint at = area.PositionAt(point);
+    if (at.Y >= FLines.Count())
         return -1;
-    return OffsetOf(Point(textX / charWidth + FControl.HScrollBar().Position(), line));
+    return OffsetOf(at);
 }
 
 bool TSxAccessibleTextModel::ReadOnly() { return FControl.GetReadOnly(); }

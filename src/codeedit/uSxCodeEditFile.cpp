@@ -28,7 +28,7 @@ void TSxCodeEdit::LoadFromFile(const String& aFileName)
         const auto stream = std::make_unique<TSxStringStream>(CodePages::Utf16LE, StreamCapacityHint);
         stream->LoadFromFile(aFileName, CodePages::Detect);
         // TakeLines loads in bulk, past the operations the store reports.
-        static_cast<TSxCodeEditLines*>(FLines)->AllLinesReplacing();
+        FLines->AllLinesReplacing();
         stream->TakeLines(*FLines);
     }
     Invalidate();

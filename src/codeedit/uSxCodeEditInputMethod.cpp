@@ -15,15 +15,6 @@ using namespace uSxCodeEdit;
 
 namespace {
 
-/// The caret block stands this far right of its cell, as TSxCaret::Show puts it.
-constexpr Integer CaretInnerMargin = 2;
-/// The width of the caret block, as ResetCaret makes it.
-constexpr Integer CaretWidth = 2;
-/// Pixel positions far outside the control are clamped to this, so that
-/// the sums made of them stay in range.
-constexpr std::int64_t FarAway = Integer(1) << 30;
-
-Integer ClampedPixel(std::int64_t value) { return Integer(std::clamp(value, -FarAway, FarAway)); }
 
 Integer TextWidthIn(const TFont& font, const String& text)
 {
@@ -83,21 +74,18 @@ Integer TSxCodeEdit::ImeColumn(Integer AColumn) const
 
 bool TSxCodeEdit::CaretCell(TPoint& ACell)
 {
-    // In 64 bits, as ResetCaret: a caret far out in virtual space lies far outside.
-    const std::int64_t x = (std::int64_t(FCharPos) - FHScrollBar->Position()) * GetCharWidth();
-    const std::int64_t y = (std::int64_t(FLinePos) - FVScrollBar->Position()) * GetLineWidth();
-    const Integer g = RealGuttorWidth();
-    ACell = Point(ClampedPixel(g + x), ClampedPixel(y));
-    return x >= 0 && x < ClientWidth() - g - FVScrollBar->Width() && y >= 0 &&
-           y < ClientHeight() - FHScrollBar->Height();
+    const TSxTextArea area = TextArea();
+    ACell = Point(ClampedPixel(area.CellX(FCharPos)), ClampedPixel(area.CellY(FLinePos)));
+    return area.Shows(FCharPos, FLinePos);
 }
 
 TRect TSxCodeEdit::ImeCaretRect()
 {
     TPoint cell;
     CaretCell(cell);
-    const Integer x = cell.X + CaretInnerMargin + TextWidthIn(Font(), FImePreEdit.substr(0, std::size_t(FImeCursor)));
-    return Rect(x, cell.Y, x + CaretWidth, cell.Y + GetLineWidth());
+    const Integer x =
+        cell.X + TSxTextArea::InnerMargin + TextWidthIn(Font(), FImePreEdit.substr(0, std::size_t(FImeCursor)));
+    return Rect(x, cell.Y, x + TSxTextArea::CaretWidth, cell.Y + GetLineWidth());
 }
 
 void TSxCodeEdit::PlaceCaretInComposition()

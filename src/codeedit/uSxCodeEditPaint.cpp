@@ -33,8 +33,6 @@ namespace {
 
 /// Every darkening of the paint is by this much.
 constexpr Integer DarkenPercent = 10;
-/// Pixels between the left edge of the text area and the first character.
-constexpr Integer TextInnerMargin = 2;
 /// A token longer than this that runs past the right edge is drawn only up
 /// to where it has passed it.
 constexpr std::size_t LongTokenChars = 512;
@@ -108,8 +106,8 @@ private:
         DarkenColor(BackColor, E.GetReadOnly(), DarkenPercent);
         TCanvas& c = Main->Canvas();
         c.Brush().Color = BackColor;
-        LeftEdge = E.GetShowGuttor() ? E.FGuttorWidth : 0;
-        c.FillRect(Rect(LeftEdge, 0, E.ClientWidth(), E.ClientHeight()));
+        Area = E.TextArea();
+        c.FillRect(Rect(Area.Left, 0, E.ClientWidth(), E.ClientHeight()));
     }
 
     void SortSelection()
@@ -148,7 +146,7 @@ private:
 
     void StartLine()
     {
-        PenX = LeftEdge - E.FHScrollBar->Position() * E.FCharWidth + TextInnerMargin;
+        PenX = Integer(Area.TextX(0));
         Column = 0;
     }
 
@@ -268,12 +266,13 @@ private:
     {
         if (!E.GetShowRightMargin())
             return;
-        const Integer m = (E.FRightMargin - E.FHScrollBar->Position()) * E.FCharWidth + TextInnerMargin;
-        if (m > 0 && m < E.ClientWidth() - LeftEdge) {
+        const std::int64_t m = Area.TextX(E.FRightMargin) - Area.Left;
+        if (m > 0 && m < E.ClientWidth() - Area.Left) {
             TCanvas& c = Main->Canvas();
+            const Integer x = Area.Left + Integer(m);
             c.Pen().Color = E.FRightMarginColor;
-            c.MoveTo(LeftEdge + m, 0);
-            c.LineTo(LeftEdge + m, E.ClientHeight());
+            c.MoveTo(x, 0);
+            c.LineTo(x, E.ClientHeight());
         }
     }
 
@@ -292,7 +291,7 @@ private:
         c.Font().SetColor(clWindowText);
         c.Brush().Style = TBrushStyle::bsSolid;
         c.Brush().Color = back;
-        const Integer x = cell.X + TextInnerMargin;
+        const Integer x = cell.X + TSxTextArea::InnerMargin;
         c.TextOut(x, cell.Y, E.FImePreEdit);
         const Integer right = c.PenPos().X;
         const Integer underline = cell.Y + E.GetLineWidth() - 1;
@@ -324,7 +323,7 @@ private:
         screen.Brush().Color = clBtnFace;
         screen.Brush().Style = TBrushStyle::bsSolid;
         const Integer barTop = E.ClientHeight() - E.FHScrollBar->Height() - 1;
-        screen.Rectangle(0, barTop, LeftEdge, E.ClientHeight());
+        screen.Rectangle(0, barTop, Area.Left, E.ClientHeight());
         screen.Rectangle(E.ClientWidth() - E.FVScrollBar->Width(), barTop, E.ClientWidth(), E.ClientHeight());
     }
 
@@ -351,7 +350,7 @@ private:
         const Integer v = (E.Height() - E.FHScrollBar->Height() - lineHeight) / lineHeight;
         if (E.FVScrollBar->PageSize() != v)
             E.FVScrollBar->SetPageSize(v);
-        const Integer h = (E.Width() - E.FVScrollBar->Width() - E.RealGuttorWidth()) / charWidth - 1;
+        const Integer h = (E.Width() - E.FVScrollBar->Width() - Area.Left) / charWidth - 1;
         if (E.FHScrollBar->PageSize() != h)
             E.FHScrollBar->SetPageSize(h);
     }
@@ -360,7 +359,7 @@ private:
     TSxLangParser* P = nullptr;
     std::unique_ptr<TBitmap> Main;
     std::unique_ptr<TBitmap> Gutter;
-    Integer LeftEdge = 0;
+    TSxTextArea Area;
     /// Where a token begins whose ink cannot reach into the bitmap.
     Integer DrawLimit = 0;
     Integer TopLine = 0;

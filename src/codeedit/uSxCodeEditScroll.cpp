@@ -59,15 +59,11 @@ void TSxCodeEdit::SetLinePos(Integer Value)
 
 void TSxCodeEdit::ResetCaret()
 {
-    // In 64 bits: a caret far out in virtual space lies far outside the area.
-    const std::int64_t x = (std::int64_t(FCharPos) - FHScrollBar->Position()) * GetCharWidth();
-    const std::int64_t y = (std::int64_t(FLinePos) - FVScrollBar->Position()) * GetLineWidth();
-    const Integer g = RealGuttorWidth();
-    const bool inArea = x >= 0 && x < ClientWidth() - g - FVScrollBar->Width() && y >= 0 &&
-                        y < ClientHeight() - FHScrollBar->Height();
-    if (inArea) {
+    const TSxTextArea area = TextArea();
+    if (area.Shows(FCharPos, FLinePos)) {
         FCaret->SetParent(this);
-        FCaret->Show(g + Integer(x), Integer(y), 2, GetLineWidth());
+        FCaret->Show(Integer(area.CellX(FCharPos)), Integer(area.CellY(FLinePos)), TSxTextArea::CaretWidth,
+                     area.LineHeight);
     } else {
         FCaret->Hide();
     }

@@ -5,6 +5,8 @@
 // the control paints and the user can answer between two of them.
 #include "uSxCodeEdit.h"
 
+#include "fSxCodeEditSearchReplaceDlg.h"
+
 #include "platform/Dialogs.h"
 #include "platform/StrUtils.h"
 

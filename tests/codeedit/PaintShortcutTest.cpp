@@ -3,6 +3,7 @@
 // drawn anew, tokens behind the right edge skipped or cut against a control
 // wide enough to draw them, and screen updates that wait for posted messages
 // against the state they show.
+#include "codeedit/fSxCodeEditSearchReplaceDlg.h"
 #include "codeedit/uSxCodeEdit.h"
 #include "codeedit/uSxCodePascalParser.h"
 #include "platform/Caret.h"

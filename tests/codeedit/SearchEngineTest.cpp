@@ -2,6 +2,7 @@
 // message with the dialog filled in by the test, then the posted passes,
 // with every message box answered by the test.
 #include "codeedit/EditorFixture.h"
+#include "codeedit/fSxCodeEditSearchReplaceDlg.h"
 #include "support/ModalAnswers.h"
 
 #include <optional>
