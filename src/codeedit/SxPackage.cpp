@@ -1,12 +1,12 @@
 // The package's unit table and its start and stop.
-#include "SxPackage.h"
+#include "codeedit/SxPackage.h"
 
-#include "uSxCodeEditEvents.h"
-#include "uSxCodeJSParser.h"
-#include "uSxCodePascalParser.h"
-#include "uSxCodeSqlParser.h"
-#include "uSxCodeVBParser.h"
-#include "uSxCodeXmlParser.h"
+#include "codeedit/uSxCodeEditEvents.h"
+#include "codeedit/uSxCodeJSParser.h"
+#include "codeedit/uSxCodePascalParser.h"
+#include "codeedit/uSxCodeSqlParser.h"
+#include "codeedit/uSxCodeVBParser.h"
+#include "codeedit/uSxCodeXmlParser.h"
 
 #include <array>
 

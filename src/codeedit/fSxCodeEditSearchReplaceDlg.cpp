@@ -1,6 +1,6 @@
 // The find and replace dialog: built from its form definition, switched
 // between its two types, and closed by Escape.
-#include "fSxCodeEditSearchReplaceDlg.h"
+#include "codeedit/fSxCodeEditSearchReplaceDlg.h"
 
 #include "platform/Keys.h"
 

@@ -1,9 +1,9 @@
 // The frame of the code edit control: construction and destruction, the line
 // store and its events, the parser ownership rules, options and messages.
-#include "uSxCodeEdit.h"
+#include "codeedit/uSxCodeEdit.h"
 
-#include "fSxCodeEditSearchReplaceDlg.h"
-#include "uSxCodeEditAccessible.h"
+#include "codeedit/fSxCodeEditSearchReplaceDlg.h"
+#include "codeedit/uSxCodeEditAccessible.h"
 
 namespace sx {
 

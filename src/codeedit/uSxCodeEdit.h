@@ -39,9 +39,9 @@ enum TSxSearchOrigin { SearchFromCursor, SearchEntireScope };
 constexpr Integer MaxLineLength = 1 << 28;
 
 /// Messages of the control's own.
-constexpr Cardinal WM_SX_SELECTWORD = 0x401;
-constexpr Cardinal WM_SX_SEARCHREPLACEDLG = 0x402;
-constexpr Cardinal WM_SX_SEARCHREPLACE = 0x403;
+constexpr Cardinal WM_SX_SELECTWORD = WM_USER + 1;
+constexpr Cardinal WM_SX_SEARCHREPLACEDLG = WM_USER + 2;
+constexpr Cardinal WM_SX_SEARCHREPLACE = WM_USER + 3;
 
 /// Makes a colour APercent darker when ADarken is True: each byte of its RGB
 /// value scaled by (100 - APercent) / 100, rounded down.

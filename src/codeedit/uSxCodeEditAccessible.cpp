@@ -2,9 +2,9 @@
 // lines, units of text, the control's operations a screen reader calls, and
 // the reports of changes, gathered to one of each kind per turn of the event
 // loop and built from the lines that changed, never from the whole text.
-#include "uSxCodeEditAccessible.h"
+#include "codeedit/uSxCodeEditAccessible.h"
 
-#include "uSxCodeEdit.h"
+#include "codeedit/uSxCodeEdit.h"
 
 #include <algorithm>
 #include <limits>

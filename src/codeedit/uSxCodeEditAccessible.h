@@ -3,7 +3,7 @@
 // behind the framework's TAccessibleText, and the reports of changes.
 #pragma once
 
-#include "uSxCodeEditLines.h"
+#include "codeedit/uSxCodeEditLines.h"
 
 #include "platform/Accessibility.h"
 

@@ -1,5 +1,5 @@
 // The caret wrapper.
-#include "uSxCodeEditCaret.h"
+#include "codeedit/uSxCodeEditCaret.h"
 
 #include "platform/Caret.h"
 

@@ -1,6 +1,6 @@
 // Cut, copy, paste and undo as message handlers, so that keys, menus and
 // applications reach them the same way.
-#include "uSxCodeEdit.h"
+#include "codeedit/uSxCodeEdit.h"
 
 #include "platform/Clipboard.h"
 

@@ -1,6 +1,6 @@
 // Text deletion: the selection over any number of lines, and the Backspace
 // step with its moves back to an indent.
-#include "uSxCodeEdit.h"
+#include "codeedit/uSxCodeEdit.h"
 
 #include "platform/Clipboard.h"
 

@@ -1,7 +1,7 @@
 // File load: the whole text replaced by a text file's content.
-#include "uSxCodeEdit.h"
+#include "codeedit/uSxCodeEdit.h"
 
-#include "uSxCodeEditLines.h"
+#include "codeedit/uSxCodeEditLines.h"
 #include "platform/SxStringStream.h"
 
 #include <memory>

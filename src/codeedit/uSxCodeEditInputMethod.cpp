@@ -2,7 +2,7 @@
 // characters; the text it is still composing shows at the caret and enters
 // neither the lines nor the undo list; and the answers to its questions that
 // open its candidate window at the caret.
-#include "uSxCodeEdit.h"
+#include "codeedit/uSxCodeEdit.h"
 
 #include "platform/Caret.h"
 

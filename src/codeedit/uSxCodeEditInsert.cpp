@@ -1,7 +1,7 @@
 // Text insertion: keyboard input through AddTxt (trimming, auto-indent on
 // Enter), any text through InsertText (split at line breaks, nothing
 // trimmed), and the typed characters of WM_CHAR.
-#include "uSxCodeEdit.h"
+#include "codeedit/uSxCodeEdit.h"
 
 #include <algorithm>
 #include <utility>

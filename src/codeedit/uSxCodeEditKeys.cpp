@@ -1,7 +1,7 @@
 // Keyboard commands: KeyDown moves the caret, selects all and deletes with
 // the Delete key; the command keys become posted messages; Ctrl with an
 // arrow steps word-wise; and the control claims its keys from the dialog.
-#include "uSxCodeEdit.h"
+#include "codeedit/uSxCodeEdit.h"
 
 #include "platform/Keys.h"
 
@@ -13,21 +13,11 @@ namespace {
 
 bool IsMoveKey(Word key) { return key == VK_PRIOR || key == VK_NEXT || (key >= VK_LEFT && key <= VK_DOWN); }
 
-/// The modifier keys in Shift, without the mouse buttons.
-TShiftState ModifiersOf(TShiftState shift)
-{
-    TShiftState keys;
-    for (const TShiftStateItem item : {TShiftStateItem::ssShift, TShiftStateItem::ssAlt, TShiftStateItem::ssCtrl})
-        if (shift.Contains(item))
-            keys.Include(item);
-    return keys;
-}
-
 enum class ShiftTest { ExactlyCtrl, ExactlyShift, NotExactlyCtrl };
 
 /// A key that KeyCommand turns into a posted message. Each letter has a
 /// second code, its lower-case character, which as a key code is another
-/// key: 0x63 and 0x66 are keypad 3 and 6, 0x76 F7, 0x78 F9, 0x7A F11, 0x72 F3.
+/// key: 'c' is keypad 3, 'v' F7, 'x' F9, 'z' F11, 'f' keypad 6 and 'r' F3.
 struct CommandKey {
     Word Key;
     ShiftTest Test;
@@ -38,24 +28,24 @@ struct CommandKey {
 constexpr CommandKey CommandKeys[] = {
     {VK_INSERT, ShiftTest::ExactlyCtrl, WM_COPY, 0},
     {VK_INSERT, ShiftTest::ExactlyShift, WM_PASTE, 0},
-    {0x43, ShiftTest::ExactlyCtrl, WM_COPY, 0},
-    {0x63, ShiftTest::ExactlyCtrl, WM_COPY, 0},
-    {0x56, ShiftTest::ExactlyCtrl, WM_PASTE, 0},
-    {0x76, ShiftTest::ExactlyCtrl, WM_PASTE, 0},
-    {0x58, ShiftTest::ExactlyCtrl, WM_CUT, 0},
-    {0x78, ShiftTest::ExactlyCtrl, WM_CUT, 0},
-    {0x5A, ShiftTest::ExactlyCtrl, WM_UNDO, 0},
-    {0x7A, ShiftTest::ExactlyCtrl, WM_UNDO, 0},
-    {0x46, ShiftTest::ExactlyCtrl, WM_SX_SEARCHREPLACEDLG, 0},
-    {0x66, ShiftTest::ExactlyCtrl, WM_SX_SEARCHREPLACEDLG, 0},
-    {0x52, ShiftTest::ExactlyCtrl, WM_SX_SEARCHREPLACEDLG, 1},
-    {0x72, ShiftTest::ExactlyCtrl, WM_SX_SEARCHREPLACEDLG, 1},
-    {0x72, ShiftTest::NotExactlyCtrl, WM_SX_SEARCHREPLACE, 0},
+    {Word('C'), ShiftTest::ExactlyCtrl, WM_COPY, 0},
+    {VK_NUMPAD3, ShiftTest::ExactlyCtrl, WM_COPY, 0},
+    {Word('V'), ShiftTest::ExactlyCtrl, WM_PASTE, 0},
+    {VK_F7, ShiftTest::ExactlyCtrl, WM_PASTE, 0},
+    {Word('X'), ShiftTest::ExactlyCtrl, WM_CUT, 0},
+    {VK_F9, ShiftTest::ExactlyCtrl, WM_CUT, 0},
+    {Word('Z'), ShiftTest::ExactlyCtrl, WM_UNDO, 0},
+    {VK_F11, ShiftTest::ExactlyCtrl, WM_UNDO, 0},
+    {Word('F'), ShiftTest::ExactlyCtrl, WM_SX_SEARCHREPLACEDLG, 0},
+    {VK_NUMPAD6, ShiftTest::ExactlyCtrl, WM_SX_SEARCHREPLACEDLG, 0},
+    {Word('R'), ShiftTest::ExactlyCtrl, WM_SX_SEARCHREPLACEDLG, 1},
+    {VK_F3, ShiftTest::ExactlyCtrl, WM_SX_SEARCHREPLACEDLG, 1},
+    {VK_F3, ShiftTest::NotExactlyCtrl, WM_SX_SEARCHREPLACE, 0},
 };
 
 bool Passes(ShiftTest test, TShiftState shift)
 {
-    const TShiftState keys = ModifiersOf(shift);
+    const TShiftState keys = ModifierKeysOf(shift);
     const bool exactlyCtrl = keys == TShiftState{TShiftStateItem::ssCtrl};
     switch (test) {
     case ShiftTest::ExactlyCtrl: return exactlyCtrl;

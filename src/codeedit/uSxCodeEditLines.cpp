@@ -1,6 +1,6 @@
 // The code edit control's line store: each change is named to the listener
 // before the store makes it.
-#include "uSxCodeEditLines.h"
+#include "codeedit/uSxCodeEditLines.h"
 
 namespace sx {
 

@@ -1,7 +1,7 @@
 // The mouse: a press puts the caret, a drag selects, a double click selects
 // a word, and a right press opens the popup menu. Pixels map to positions
 // through the fixed grid of one character cell by one line.
-#include "uSxCodeEdit.h"
+#include "codeedit/uSxCodeEdit.h"
 
 namespace sx {
 

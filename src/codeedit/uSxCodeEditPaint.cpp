@@ -1,9 +1,9 @@
 // Painting: the whole control in one pass, from nothing, every time. Only the
 // visible lines are tokenized; the parser is restarted at the top visible line
 // with the state stored in that line's slot, and fed one line at a time.
-#include "uSxCodeEdit.h"
+#include "codeedit/uSxCodeEdit.h"
 
-#include "uSxPaintHelpers.h"
+#include "codeedit/uSxPaintHelpers.h"
 
 #include <algorithm>
 #include <memory>

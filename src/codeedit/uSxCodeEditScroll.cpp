@@ -1,7 +1,7 @@
 // Caret and scrolling: every caret move goes through SetCharPos and
 // SetLinePos, which keep the caret in view; the two scroll bars are laid out
 // here, and the wheel and the focus reach the view through this file.
-#include "uSxCodeEdit.h"
+#include "codeedit/uSxCodeEdit.h"
 
 #include "platform/Caret.h"
 

@@ -3,9 +3,9 @@
 // or from the region's far end, selects the first hit and, in replace mode,
 // replaces it. A replace-all is a chain of posted passes, one per hit, so
 // the control paints and the user can answer between two of them.
-#include "uSxCodeEdit.h"
+#include "codeedit/uSxCodeEdit.h"
 
-#include "fSxCodeEditSearchReplaceDlg.h"
+#include "codeedit/fSxCodeEditSearchReplaceDlg.h"
 
 #include "platform/Dialogs.h"
 #include "platform/StrUtils.h"

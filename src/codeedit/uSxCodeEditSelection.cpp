@@ -1,6 +1,6 @@
 // The selection that runs beside the caret: setting its two ends, collapsing
 // it onto the caret or letting it grow, and clearing it.
-#include "uSxCodeEdit.h"
+#include "codeedit/uSxCodeEdit.h"
 
 #include <algorithm>
 #include <cstdint>

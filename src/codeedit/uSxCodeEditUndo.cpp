@@ -1,7 +1,7 @@
 // The bounded undo stack.
-#include "uSxCodeEditUndo.h"
+#include "codeedit/uSxCodeEditUndo.h"
 
-#include "uSxCodeEdit.h"
+#include "codeedit/uSxCodeEdit.h"
 
 #include <algorithm>
 

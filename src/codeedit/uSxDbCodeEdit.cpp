@@ -1,7 +1,7 @@
 // The data-aware code edit: the text comes in from the field on each data
 // change, the data set goes to edit state ahead of each change of the text,
 // and the whole text goes out when the data link collects pending values.
-#include "uSxDbCodeEdit.h"
+#include "codeedit/uSxDbCodeEdit.h"
 
 #include "platform/Keys.h"
 #include "platform/Streams.h"

@@ -1,5 +1,5 @@
 // The tree button of the gutter.
-#include "uSxPaintHelpers.h"
+#include "codeedit/uSxPaintHelpers.h"
 
 namespace sx {
 

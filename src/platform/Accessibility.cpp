@@ -2,10 +2,10 @@
 // over a control's TAccessibleText, the factory through which Qt finds it,
 // whether a screen reader listens, the events a control sends, and the
 // deferral of its reports to the end of the event loop's turn.
-#include "Accessibility.h"
+#include "platform/Accessibility.h"
 
-#include "Controls.h"
-#include "QtConvert.h"
+#include "platform/Controls.h"
+#include "platform/QtConvert.h"
 
 #include <QAccessibleWidget>
 #include <QCoreApplication>

@@ -3,7 +3,7 @@
 // gathers one turn's changes into one report. The Qt side lives in the .cpp.
 #pragma once
 
-#include "Types.h"
+#include "platform/Types.h"
 
 #include <cstdint>
 #include <functional>

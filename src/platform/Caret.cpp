@@ -1,10 +1,10 @@
 // The caret as a small child widget over the control's widget, made visible
 // and hidden by a timer while it is shown and its window has the focus.
-#include "Caret.h"
+#include "platform/Caret.h"
 
-#include "Controls.h"
-#include "Graphics.h"
-#include "QtConvert.h"
+#include "platform/Controls.h"
+#include "platform/Graphics.h"
+#include "platform/QtConvert.h"
 
 #include <QApplication>
 #include <QPointer>

@@ -2,7 +2,7 @@
 // control that holds it, blinking at the desktop's cursor flash time.
 #pragma once
 
-#include "Types.h"
+#include "platform/Types.h"
 
 namespace sx {
 

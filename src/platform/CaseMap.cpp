@@ -1,5 +1,5 @@
 // The upper-case table beyond ASCII, built from runs of the Unicode database.
-#include "CaseMap.h"
+#include "platform/CaseMap.h"
 
 #include <array>
 #include <cstdint>

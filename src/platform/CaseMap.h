@@ -2,7 +2,7 @@
 // case-blind comparisons of the search.
 #pragma once
 
-#include "Types.h"
+#include "platform/Types.h"
 
 namespace sx {
 
@@ -10,13 +10,5 @@ namespace sx {
 /// Plane: 65,536 entries, built once on first use. Surrogates map to themselves,
 /// so characters outside the plane compare as they stand.
 const Char* WideUpperTable();
-
-/// Upper case of any code unit: ASCII by arithmetic, the rest through the table.
-inline Char WideUpCase(Char c)
-{
-    if (c < 0x80)
-        return (c >= u'a' && c <= u'z') ? Char(c - 32) : c;
-    return WideUpperTable()[c];
-}
 
 }  // namespace sx

@@ -1,5 +1,5 @@
 // Class references, the class registry, components and the object list.
-#include "Classes.h"
+#include "platform/Classes.h"
 
 #include <algorithm>
 

@@ -3,7 +3,7 @@
 // notification, and the owning object list.
 #pragma once
 
-#include "SysUtils.h"
+#include "platform/SysUtils.h"
 
 #include <functional>
 #include <type_traits>

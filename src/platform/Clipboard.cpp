@@ -1,8 +1,8 @@
 // The clipboard over Qt's: text goes in and out as UTF-16 without change.
-#include "Clipboard.h"
+#include "platform/Clipboard.h"
 
-#include "QtConvert.h"
-#include "SysUtils.h"
+#include "platform/QtConvert.h"
+#include "platform/SysUtils.h"
 
 #include <QClipboard>
 #include <QGuiApplication>

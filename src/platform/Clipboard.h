@@ -1,7 +1,7 @@
 // The desktop clipboard as plain text.
 #pragma once
 
-#include "Types.h"
+#include "platform/Types.h"
 
 namespace sx {
 

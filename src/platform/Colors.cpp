@@ -1,8 +1,8 @@
 // The framework's colour identifiers: the names under which colours are
 // written into settings, such as the highlight colours of an IDE.
-#include "Colors.h"
+#include "platform/Colors.h"
 
-#include "SysUtils.h"
+#include "platform/SysUtils.h"
 
 #include <string_view>
 

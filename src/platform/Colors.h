@@ -2,8 +2,8 @@
 // parsers use these in their colour tables without any GUI library.
 #pragma once
 
-#include "Sets.h"
-#include "Types.h"
+#include "platform/Sets.h"
+#include "platform/Types.h"
 
 namespace sx {
 

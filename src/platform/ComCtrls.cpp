@@ -1,8 +1,8 @@
 // The page control over a QTabBar and a QFrame: the pages are child
 // controls of their own, of which the active one is shown.
-#include "ComCtrls.h"
+#include "platform/ComCtrls.h"
 
-#include "QtConvert.h"
+#include "platform/QtConvert.h"
 
 #include <QFrame>
 #include <QTabBar>

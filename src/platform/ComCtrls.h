@@ -2,7 +2,7 @@
 // strip whose tabs can be hidden one by one.
 #pragma once
 
-#include "WidgetControl.h"
+#include "platform/WidgetControl.h"
 
 class QFrame;
 class QTabBar;

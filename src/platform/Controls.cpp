@@ -1,9 +1,9 @@
 // Controls over QWidget: bounds, parents, focus, visibility, painting, and
 // the framework's handling of keys, mouse and focus messages.
-#include "Controls.h"
+#include "platform/Controls.h"
 
-#include "Accessibility.h"
-#include "QtEvents.h"
+#include "platform/Accessibility.h"
+#include "platform/QtEvents.h"
 
 #include <QApplication>
 #include <QInputMethod>
@@ -26,18 +26,16 @@ std::function<void(const std::exception&)>& ExceptionHandler()
 /// The dynamic property by which a control's widget names its control.
 constexpr const char* ControlProperty = "sxControl";
 
-/// The modifier keys only, as key events report them.
-TShiftState ModifierState()
+}  // namespace
+
+TShiftState ModifierKeysOf(TShiftState Shift)
 {
-    const TShiftState all = KeyboardStateToShiftState();
     TShiftState keys;
     for (const TShiftStateItem item : {TShiftStateItem::ssShift, TShiftStateItem::ssAlt, TShiftStateItem::ssCtrl})
-        if (all.Contains(item))
+        if (Shift.Contains(item))
             keys.Include(item);
     return keys;
 }
-
-}  // namespace
 
 bool SystemParametersInfo(Cardinal uiAction, Cardinal, void* pvParam, Cardinal)
 {
@@ -341,14 +339,14 @@ TPoint TWinControl::ClientToScreen(TPoint Point) const
 void TWinControl::WMKeyDown(TMessage& Message)
 {
     Word key = LoWord(Message.WParam);
-    KeyDown(key, ModifierState());
+    KeyDown(key, ModifierKeysOf(KeyboardStateToShiftState()));
     Message.WParam = key;
 }
 
 void TWinControl::WMKeyUp(TMessage& Message)
 {
     Word key = LoWord(Message.WParam);
-    KeyUp(key, ModifierState());
+    KeyUp(key, ModifierKeysOf(KeyboardStateToShiftState()));
     Message.WParam = key;
 }
 

@@ -3,10 +3,10 @@
 // canvas. Sending and posting messages stands in PostedMessages.h.
 #pragma once
 
-#include "Classes.h"
-#include "Graphics.h"
-#include "Messages.h"
-#include "PostedMessages.h"
+#include "platform/Classes.h"
+#include "platform/Graphics.h"
+#include "platform/Messages.h"
+#include "platform/PostedMessages.h"
 
 #include <exception>
 #include <functional>
@@ -45,6 +45,8 @@ using TDragDropEvent = std::function<void(TObject* Sender, TObject* Source, Inte
 
 /// The modifier keys and mouse buttons held down at the moment of the call.
 TShiftState KeyboardStateToShiftState();
+/// The modifier keys of Shift (Shift, Alt, Ctrl), without the mouse buttons.
+TShiftState ModifierKeysOf(TShiftState Shift);
 
 /// Answers desktop settings; SPI_GETWHEELSCROLLLINES is the one known here.
 bool SystemParametersInfo(Cardinal uiAction, Cardinal uiParam, void* pvParam, Cardinal fWinIni);

@@ -1,9 +1,9 @@
 // The data set's states, navigation and editing, its fields' conversions,
 // and the data source that passes the data set's events on to the links.
-#include "Db.h"
+#include "platform/Db.h"
 
-#include "DbLinks.h"
-#include "Streams.h"
+#include "platform/DbLinks.h"
+#include "platform/Streams.h"
 
 #include <algorithm>
 #include <charconv>

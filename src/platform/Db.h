@@ -3,8 +3,8 @@
 // that carries its notifications to the data links of controls.
 #pragma once
 
-#include "Classes.h"
-#include "Streams.h"
+#include "platform/Classes.h"
+#include "platform/Streams.h"
 
 #include <functional>
 #include <memory>

@@ -1,6 +1,6 @@
 // Data links: how a link follows its source's state and events, and how the
 // field link turns them into the calls its control answers.
-#include "DbLinks.h"
+#include "platform/DbLinks.h"
 
 namespace sx {
 

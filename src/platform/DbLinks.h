@@ -3,7 +3,7 @@
 // changes to the control and the control's pending value back.
 #pragma once
 
-#include "Db.h"
+#include "platform/Db.h"
 
 namespace sx {
 

@@ -1,8 +1,8 @@
 // Message boxes over QMessageBox, centred on the active window.
-#include "Dialogs.h"
+#include "platform/Dialogs.h"
 
-#include "Controls.h"
-#include "QtConvert.h"
+#include "platform/Controls.h"
+#include "platform/QtConvert.h"
 
 #include <QApplication>
 #include <QMessageBox>

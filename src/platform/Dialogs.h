@@ -2,7 +2,7 @@
 // Qt's message box, and the seam that lets a program answer them.
 #pragma once
 
-#include "Types.h"
+#include "platform/Types.h"
 
 #include <functional>
 

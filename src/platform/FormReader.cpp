@@ -3,12 +3,12 @@
 // properties and attributes, and values of the kinds rect, string, number,
 // bool, enum, set, cstring, stringlist and font. Layouts and connections
 // are not read.
-#include "FormReader.h"
+#include "platform/FormReader.h"
 
-#include "ComCtrls.h"
-#include "Forms.h"
-#include "QtConvert.h"
-#include "StdCtrls.h"
+#include "platform/ComCtrls.h"
+#include "platform/Forms.h"
+#include "platform/QtConvert.h"
+#include "platform/StdCtrls.h"
 
 #include <QFile>
 #include <QXmlStreamReader>

@@ -2,7 +2,7 @@
 // the library, whose widgets name the framework's control classes.
 #pragma once
 
-#include "Types.h"
+#include "platform/Types.h"
 
 class QIODevice;
 

@@ -1,11 +1,11 @@
 // Forms over QDialog: the modal loop, the key preview, Enter for the
 // default button, placement on the screen and the test seam for modal forms.
-#include "Forms.h"
+#include "platform/Forms.h"
 
-#include "FormReader.h"
-#include "Keys.h"
-#include "QtConvert.h"
-#include "QtKeys.h"
+#include "platform/FormReader.h"
+#include "platform/Keys.h"
+#include "platform/QtConvert.h"
+#include "platform/QtKeys.h"
 
 #include <QApplication>
 #include <QCloseEvent>

@@ -3,7 +3,7 @@
 // and the reading of its form definition.
 #pragma once
 
-#include "StdCtrls.h"
+#include "platform/StdCtrls.h"
 
 #include <functional>
 

@@ -1,7 +1,7 @@
 // Colours, fonts and the canvas, mapped one to one onto QPainter.
-#include "Graphics.h"
+#include "platform/Graphics.h"
 
-#include "QtConvert.h"
+#include "platform/QtConvert.h"
 
 #include <QFont>
 #include <QFontDatabase>

@@ -2,8 +2,8 @@
 // canvas over a Qt paint device and an off-screen bitmap.
 #pragma once
 
-#include "Classes.h"
-#include "Colors.h"
+#include "platform/Classes.h"
+#include "platform/Colors.h"
 
 #include <array>
 #include <functional>

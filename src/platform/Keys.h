@@ -2,7 +2,7 @@
 // as KeyDown receives them. Letters and digits are their upper-case ASCII codes.
 #pragma once
 
-#include "Types.h"
+#include "platform/Types.h"
 
 namespace sx {
 
@@ -28,6 +28,8 @@ constexpr Word VK_INSERT = 0x2D;
 constexpr Word VK_DELETE = 0x2E;
 constexpr Word VK_APPS = 0x5D;
 constexpr Word VK_NUMPAD0 = 0x60;
+constexpr Word VK_NUMPAD3 = 0x63;
+constexpr Word VK_NUMPAD6 = 0x66;
 constexpr Word VK_MULTIPLY = 0x6A;
 constexpr Word VK_ADD = 0x6B;
 constexpr Word VK_SUBTRACT = 0x6D;
@@ -35,6 +37,9 @@ constexpr Word VK_DECIMAL = 0x6E;
 constexpr Word VK_DIVIDE = 0x6F;
 constexpr Word VK_F1 = 0x70;
 constexpr Word VK_F3 = 0x72;
+constexpr Word VK_F7 = 0x76;
+constexpr Word VK_F9 = 0x78;
+constexpr Word VK_F11 = 0x7A;
 constexpr Word VK_F12 = 0x7B;
 constexpr Word VK_NUMLOCK = 0x90;
 constexpr Word VK_SCROLL = 0x91;

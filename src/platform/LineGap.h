@@ -3,7 +3,7 @@
 // between them. Used for the line records of a million-line text.
 #pragma once
 
-#include "BigAllocator.h"
+#include "platform/BigAllocator.h"
 
 #include <cstddef>
 #include <utility>

@@ -1,6 +1,6 @@
 // Compact line text: narrow or wide views, heap blocks of single lines, and
 // shared blocks that lines are packed into and that go with their last line.
-#include "LineText.h"
+#include "platform/LineText.h"
 
 #include <algorithm>
 #include <cstring>

@@ -4,8 +4,8 @@
 // per line.
 #pragma once
 
-#include "BigAllocator.h"
-#include "Types.h"
+#include "platform/BigAllocator.h"
+#include "platform/Types.h"
 
 #include <cstddef>
 #include <cstdint>

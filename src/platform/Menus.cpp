@@ -1,8 +1,8 @@
 // Menus over QMenu: the Qt menu is built anew from the items at each popup,
 // so items may change between popups without any bookkeeping.
-#include "Menus.h"
+#include "platform/Menus.h"
 
-#include "QtConvert.h"
+#include "platform/QtConvert.h"
 
 #include <QAction>
 #include <QMenu>

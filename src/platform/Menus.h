@@ -3,7 +3,7 @@
 // control hears of its removal through the owner's notification.
 #pragma once
 
-#include "Classes.h"
+#include "platform/Classes.h"
 
 #include <vector>
 

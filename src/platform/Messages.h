@@ -2,7 +2,7 @@
 // answers, and dispatch of a number to a handler through a table.
 #pragma once
 
-#include "Types.h"
+#include "platform/Types.h"
 
 #include <cstddef>
 

@@ -1,9 +1,9 @@
 // Posted messages travel through Qt's event queue; screen updates wait while
 // any of them is queued, so that a chain of messages runs without a paint
 // between its links.
-#include "PostedMessages.h"
+#include "platform/PostedMessages.h"
 
-#include "Controls.h"
+#include "platform/Controls.h"
 
 #include <QCoreApplication>
 #include <QElapsedTimer>

@@ -2,7 +2,7 @@
 // wait while posted messages are queued.
 #pragma once
 
-#include "Messages.h"
+#include "platform/Messages.h"
 
 #include <functional>
 

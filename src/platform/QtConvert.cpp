@@ -1,7 +1,7 @@
 // Colour conversion to Qt.
-#include "QtConvert.h"
+#include "platform/QtConvert.h"
 
-#include "Graphics.h"
+#include "platform/Graphics.h"
 
 namespace sx {
 

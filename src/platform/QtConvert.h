@@ -2,8 +2,8 @@
 // src/platform/: the system's units never include this header.
 #pragma once
 
-#include "Colors.h"
-#include "Types.h"
+#include "platform/Colors.h"
+#include "platform/Types.h"
 
 #include <QColor>
 #include <QRect>
@@ -25,7 +25,5 @@ inline String FromQString(const QString& s)
 QColor ToQColor(TColor color);
 
 inline QRect ToQRect(const TRect& r) { return QRect(r.Left, r.Top, r.Right - r.Left, r.Bottom - r.Top); }
-
-inline TRect FromQRect(const QRect& r) { return Rect(r.left(), r.top(), r.left() + r.width(), r.top() + r.height()); }
 
 }  // namespace sx

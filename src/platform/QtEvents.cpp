@@ -1,11 +1,11 @@
 // Qt's events of a control's widget translated into the framework's
 // messages and handler calls: keys with the dialog's share of them, the
 // mouse, the wheel, focus, size, input methods and painting.
-#include "QtEvents.h"
+#include "platform/QtEvents.h"
 
-#include "Controls.h"
-#include "QtInputMethod.h"
-#include "QtKeys.h"
+#include "platform/Controls.h"
+#include "platform/QtInputMethod.h"
+#include "platform/QtKeys.h"
 
 #include <QApplication>
 #include <QEvent>

@@ -1,7 +1,7 @@
 // Qt's input method events and queries in the framework's values.
-#include "QtInputMethod.h"
+#include "platform/QtInputMethod.h"
 
-#include "QtConvert.h"
+#include "platform/QtConvert.h"
 
 #include <QFont>
 #include <QInputMethodEvent>

@@ -2,7 +2,7 @@
 // the framework's values, and the answers to Qt's queries.
 #pragma once
 
-#include "Controls.h"
+#include "platform/Controls.h"
 
 #include <functional>
 

@@ -1,8 +1,8 @@
 // Qt's key numbers mapped onto the desktop's virtual key codes.
-#include "QtKeys.h"
+#include "platform/QtKeys.h"
 
-#include "Keys.h"
-#include "QtConvert.h"
+#include "platform/Keys.h"
+#include "platform/QtConvert.h"
 
 #include <QKeyEvent>
 

@@ -2,7 +2,7 @@
 // KeyDown and KeyUp, and the characters it types for WM_CHAR.
 #pragma once
 
-#include "Types.h"
+#include "platform/Types.h"
 
 class QKeyEvent;
 

@@ -1,9 +1,9 @@
 // The registry readers and the store behind them: the Windows registry on
 // Windows, elsewhere a registry file in the Windows registry editor's export
 // format, read into a key tree when a registry object is created.
-#include "Registry.h"
+#include "platform/Registry.h"
 
-#include "SxStringStream.h"
+#include "platform/SxStringStream.h"
 
 #include <cstdlib>
 #include <cstring>

@@ -3,9 +3,9 @@
 // Windows registry editor exports stands in for it (see RegistryFileName).
 #pragma once
 
-#include "Classes.h"
-#include "SysUtils.h"
-#include "Types.h"
+#include "platform/Classes.h"
+#include "platform/SysUtils.h"
+#include "platform/Types.h"
 
 #include <memory>
 #include <optional>

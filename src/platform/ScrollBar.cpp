@@ -1,6 +1,6 @@
 // The scroll bar over QScrollBar. The bar keeps its own Position: the program
 // may set it up to Max, while the user can drag only to Max - PageSize + 1.
-#include "ScrollBar.h"
+#include "platform/ScrollBar.h"
 
 #include <QApplication>
 #include <QScrollBar>

@@ -2,7 +2,7 @@
 // OnChange fires on every change of it, whether the user or the program made it.
 #pragma once
 
-#include "Controls.h"
+#include "platform/Controls.h"
 
 class QScrollBar;
 

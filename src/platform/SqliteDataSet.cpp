@@ -1,8 +1,8 @@
 // The SQLite data set: fields from the declared column types, records read
 // in one pass, and each post or delete written in a transaction.
-#include "SqliteDataSet.h"
+#include "platform/SqliteDataSet.h"
 
-#include "Streams.h"
+#include "platform/Streams.h"
 
 namespace sx {
 

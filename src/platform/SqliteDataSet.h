@@ -2,8 +2,8 @@
 // over a query whose records carry a key, writing each post to that table.
 #pragma once
 
-#include "Db.h"
-#include "SqliteDatabase.h"
+#include "platform/Db.h"
+#include "platform/SqliteDatabase.h"
 
 namespace sx {
 
@@ -59,7 +59,6 @@ private:
     int FirstFieldColumn() const { return IsQuery() ? 0 : 1; }
     void DefineFields(const TSqliteStatement& Statement);
     TDbRecord ReadRecord(const TSqliteStatement& Statement) const;
-    void ReadRecords(std::vector<TDbRecord>& Records);
     void WriteUpdate(const TDbRecord& Record, const TDbRecord& Old);
     void WriteInsert(TDbRecord& Record);
     /// Replaces Record with the stored row of its key, where there is one.

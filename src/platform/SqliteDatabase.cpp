@@ -1,6 +1,6 @@
 // The SQLite connection and statements over SQLite's C interface. Text goes
 // in and out as UTF-8; every refusal becomes an ESqliteError with SQLite's message.
-#include "SqliteDatabase.h"
+#include "platform/SqliteDatabase.h"
 
 #include <sqlite3.h>
 

@@ -2,7 +2,7 @@
 // SQLite's own messages raised as exceptions.
 #pragma once
 
-#include "Db.h"
+#include "platform/Db.h"
 
 #include <cstdint>
 #include <string>

@@ -1,9 +1,9 @@
 // The standard controls over QLabel, QLineEdit, QPushButton, QCheckBox and
 // QGroupBox; the radio group lays its buttons out as the classic one does.
-#include "StdCtrls.h"
+#include "platform/StdCtrls.h"
 
-#include "Forms.h"
-#include "QtConvert.h"
+#include "platform/Forms.h"
+#include "platform/QtConvert.h"
 
 #include <QButtonGroup>
 #include <QCheckBox>

@@ -2,8 +2,8 @@
 // edit, push button, check box, group box and radio group.
 #pragma once
 
-#include "StringList.h"
-#include "WidgetControl.h"
+#include "platform/StringList.h"
+#include "platform/WidgetControl.h"
 
 class QButtonGroup;
 class QCheckBox;

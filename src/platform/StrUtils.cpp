@@ -1,8 +1,8 @@
 // SearchBuf: a scan over the offsets of one direction, with the character
 // comparison chosen once per call so that the case-sensitive path folds nothing.
-#include "StrUtils.h"
+#include "platform/StrUtils.h"
 
-#include "CaseMap.h"
+#include "platform/CaseMap.h"
 
 namespace sx {
 

@@ -2,7 +2,7 @@
 // and replace dialog: direction, case and whole words.
 #pragma once
 
-#include "SysUtils.h"
+#include "platform/SysUtils.h"
 
 namespace sx {
 

@@ -1,5 +1,5 @@
 // Streams: the shared helpers of TStream and the memory stream.
-#include "Streams.h"
+#include "platform/Streams.h"
 
 #include <algorithm>
 #include <cstring>

@@ -2,8 +2,8 @@
 // settable position, and a stream over memory.
 #pragma once
 
-#include "BigAllocator.h"
-#include "Classes.h"
+#include "platform/BigAllocator.h"
+#include "platform/Classes.h"
 
 #include <cstdint>
 #include <vector>

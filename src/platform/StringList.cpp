@@ -1,7 +1,7 @@
 // TStrings in terms of its virtual accessors, and the gap-vector line store.
-#include "StringList.h"
+#include "platform/StringList.h"
 
-#include "Streams.h"
+#include "platform/Streams.h"
 
 #include <algorithm>
 #include <vector>

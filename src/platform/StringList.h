@@ -3,9 +3,9 @@
 // text kept compact.
 #pragma once
 
-#include "Classes.h"
-#include "LineGap.h"
-#include "LineText.h"
+#include "platform/Classes.h"
+#include "platform/LineGap.h"
+#include "platform/LineText.h"
 
 #include <functional>
 

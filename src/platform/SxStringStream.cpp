@@ -1,6 +1,6 @@
 // The text stream: reading a file into memory in one piece, telling its
 // encoding, and decoding it straight into one UTF-16 string.
-#include "SxStringStream.h"
+#include "platform/SxStringStream.h"
 
 #include <algorithm>
 #include <array>

@@ -3,8 +3,8 @@
 // byte-order mark or, without one, from the bytes themselves.
 #pragma once
 
-#include "Streams.h"
-#include "StringList.h"
+#include "platform/Streams.h"
+#include "platform/StringList.h"
 
 #include <cstddef>
 #include <cstdint>

@@ -1,5 +1,5 @@
 // Exceptions, string conversion and the classic string helpers.
-#include "SysUtils.h"
+#include "platform/SysUtils.h"
 
 #include <algorithm>
 #include <cmath>

@@ -2,8 +2,8 @@
 // semantics the system relies on (ASCII-only case mapping, CR LF line breaks).
 #pragma once
 
-#include "Sets.h"
-#include "Types.h"
+#include "platform/Sets.h"
+#include "platform/Types.h"
 
 #include <exception>
 #include <string>

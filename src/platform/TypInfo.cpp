@@ -1,5 +1,5 @@
 // The published-property tables of the registered classes and their lookup.
-#include "TypInfo.h"
+#include "platform/TypInfo.h"
 
 #include <unordered_map>
 

@@ -2,7 +2,7 @@
 // property names and their types, with the signatures of method (event) types.
 #pragma once
 
-#include "Classes.h"
+#include "platform/Classes.h"
 
 #include <initializer_list>
 #include <memory>

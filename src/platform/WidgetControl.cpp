@@ -1,6 +1,6 @@
 // Controls over stock Qt widgets: captions, tab stops, anchors and the
 // properties common to every control of a form definition.
-#include "WidgetControl.h"
+#include "platform/WidgetControl.h"
 
 #include <QWidget>
 

@@ -4,7 +4,7 @@
 // sets on it.
 #pragma once
 
-#include "Controls.h"
+#include "platform/Controls.h"
 
 #include <vector>
 
