@@ -1,7 +1,8 @@
-// The line store against a plain vector of lines and slots: thousands of
-// seeded random edits through the public TStrings operations, at several
-// grow and text block sizes, compared after every step. A failure names seed
-// and step.
+// The line store and the gap vector that holds its lines, each against a
+// plain vector: thousands of seeded random edits at several grow (and text
+// block) sizes, 1 included, compared after every step; indexes out of range
+// raise. A failure names seed and step.
+#include "platform/LineGap.h"
 #include "platform/StringList.h"
 
 #include <gtest/gtest.h>
@@ -13,6 +14,19 @@
 using namespace sx;
 
 namespace {
+
+TEST(LineGap, EditsNearTheLastOneMoveOnlyTheGap)
+{
+    LineGap<int> gap(1);
+    for (int i = 0; i < 1000; ++i)
+        gap.Insert(gap.Length(), i);
+    gap.Insert(500, -1);
+    EXPECT_EQ(gap.GapStart(), 501u);
+    gap.Delete(501);
+    EXPECT_EQ(gap.GapStart(), 501u);
+    EXPECT_EQ(gap[500], -1);
+    EXPECT_EQ(gap[501], 501);
+}
 
 struct ModelLine {
     String Text;
@@ -37,40 +51,44 @@ String ModelText(const std::vector<ModelLine>& model)
     return text;
 }
 
-/// One random edit on the store and the same on the model.
-void RandomEdit(std::mt19937& random, TStringList& store, std::vector<ModelLine>& model)
+/// One random edit on the store, the same on its gap vector alone and on the model.
+void RandomEdit(std::mt19937& random, TStringList& store, LineGap<ModelLine>& gap, std::vector<ModelLine>& model)
 {
-    const auto size = Integer(model.size());
-    const Integer at = Integer(random() % unsigned(std::max(size, 1)));
+    const std::size_t size = model.size(), at = random() % std::max<std::size_t>(size, 1);
     const String line = RandomLine(random);
     const auto action = unsigned(random() % 20);
-    if (action < 6 || size == 0) {
-        const Integer where = Integer(random() % unsigned(size + 1));
-        store.Insert(where, line);
-        model.insert(model.begin() + where, ModelLine{line, 0});
-    } else if (action < 10) {
-        store.Delete(at);
-        model.erase(model.begin() + at);
-    } else if (action < 14) {
-        store.Put(at, line);
-        model[std::size_t(at)].Text = line;  // the slot stays with its line
-    } else if (action < 17) {
-        const auto slot = NativeInt(random() % 5);
-        store.PutObject(at, slot);
-        model[std::size_t(at)].Slot = slot;
+    if (action < 7 || size == 0) {
+        const std::size_t where = action < 6 ? random() % (size + 1) : size;
+        action < 6 ? store.Insert(Integer(where), line) : void(store.Add(line));  // Add inserts at the end
+        gap.Insert(where, ModelLine{line});
+        model.insert(model.begin() + std::ptrdiff_t(where), ModelLine{line});
+    } else if (action < 11) {
+        store.Delete(Integer(at));
+        gap.Delete(at);
+        model.erase(model.begin() + std::ptrdiff_t(at));
+    } else if (action < 15) {
+        store.Put(Integer(at), line);
+        gap[at].Text = model[at].Text = line;  // the slot stays with its line
     } else if (action < 18) {
-        store.Add(line);
-        model.push_back(ModelLine{line, 0});
+        const auto slot = NativeInt(random() % 5);
+        store.PutObject(Integer(at), slot);
+        gap[at].Slot = model[at].Slot = slot;
     } else if (action < 19) {
-        EXPECT_THROW(store.Get(size), EListError);
+        const auto count = Integer(size);
+        EXPECT_THROW(store.Get(count), EListError);
+        EXPECT_THROW(store.Get(-1), EListError);
+        EXPECT_THROW(store.Delete(count), EListError);
         EXPECT_THROW(store.Delete(-1), EListError);
+        EXPECT_THROW(store.Insert(count + 1, line), EListError);
     } else {
         // Text splits anew: every slot starts at 0 again.
-        std::vector<ModelLine> fresh;
+        model.clear();
         for (auto n = random() % 20; n > 0; --n)
-            fresh.push_back(ModelLine{RandomLine(random), 0});
-        store.SetText(ModelText(fresh));
-        model = fresh;
+            model.push_back(ModelLine{RandomLine(random)});
+        store.SetText(ModelText(model));
+        gap.Clear();
+        for (const ModelLine& fresh : model)
+            gap.Insert(gap.Length(), fresh);
     }
 }
 
@@ -83,29 +101,37 @@ TEST_P(LineStoreOracle, RandomEditsMatchAPlainVector)
     const unsigned seed = 7919u * unsigned(growSize) + 11u;
     std::mt19937 random(seed);
     TStringList store(growSize, blockBytes);
+    LineGap<ModelLine> gap(growSize);
     std::vector<ModelLine> model;
-    for (int step = 0; step < 3000; ++step) {
-        RandomEdit(random, store, model);
-        ASSERT_EQ(store.Count(), Integer(model.size())) << "seed " << seed << " step " << step;
+    for (int step = 0; step < 4000; ++step) {
+        RandomEdit(random, store, gap, model);
+        const std::string where = "seed " + std::to_string(seed) + " step " + std::to_string(step);
+        ASSERT_EQ(store.Count(), Integer(model.size())) << where;
+        ASSERT_EQ(gap.Length(), model.size()) << where;
+        for (std::size_t i = 0; i < model.size(); ++i)
+            ASSERT_TRUE(gap[i].Text == model[i].Text && gap[i].Slot == model[i].Slot) << where << " line " << i;
         if (model.empty())
             continue;
-        const auto probe = Integer(random() % model.size());
-        ASSERT_EQ(store.Get(probe), model[std::size_t(probe)].Text) << "seed " << seed << " step " << step;
-        ASSERT_EQ(store.GetObject(probe), model[std::size_t(probe)].Slot) << "seed " << seed << " step " << step;
+        const std::size_t probe = random() % model.size();
+        ASSERT_EQ(store.Get(Integer(probe)), model[probe].Text) << where;
+        ASSERT_EQ(store.GetObject(Integer(probe)), model[probe].Slot) << where;
     }
     EXPECT_EQ(store.Text(), ModelText(model)) << "seed " << seed;
     TStringList copy(growSize, blockBytes);
     copy.Assign(store);
-    EXPECT_EQ(copy.Text(), store.Text());
-    for (Integer i = 0; i < store.Count(); ++i)
+    ASSERT_EQ(copy.Count(), store.Count());
+    for (Integer i = 0; i < store.Count(); ++i) {
+        EXPECT_EQ(copy.Get(i), store.Get(i)) << i;
         EXPECT_EQ(copy.Objects(i), store.Objects(i)) << i;
+    }
     store.Clear();
     EXPECT_EQ(store.TextBlocks(), 0u);
 }
 
 INSTANTIATE_TEST_SUITE_P(GrowSizes, LineStoreOracle,
                          ::testing::Values(std::pair{std::size_t(1), std::size_t(16)},
-                                           std::pair{std::size_t(3), TLineTextStore::DefaultBlockBytes},
+                                           std::pair{std::size_t(2), TLineTextStore::DefaultBlockBytes},
+                                           std::pair{std::size_t(7), std::size_t(16)},
                                            std::pair{std::size_t(64), TLineTextStore::DefaultBlockBytes}));
 
 }  // namespace

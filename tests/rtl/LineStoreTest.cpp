@@ -1,10 +1,13 @@
-// The compact text of the line store: narrow and wide lines, shared blocks
-// that go with their last line, and adopted buffers read in place.
+// The line store: its compact text (narrow and wide lines, shared blocks that
+// go with their last line, adopted buffers read in place), change events
+// around every change and nested updates, joined text with CR LF and
+// splitting at any line break.
 #include "platform/LineText.h"
 #include "platform/StringList.h"
 
 #include <gtest/gtest.h>
 
+#include <string>
 #include <vector>
 
 using namespace sx;
@@ -16,17 +19,13 @@ TLineView ViewOf(const String& s) { return TLineView(s.data(), s.size()); }
 TEST(LineText, LatinOneTextIsKeptNarrowAndOtherTextWide)
 {
     TLineTextStore store;
-    const String latin = u"Größe ÿ ½";
-    const String greek = u"λόγος";
-    for (const TLineText text : {store.Own(ViewOf(latin)), store.Pack(ViewOf(latin))}) {
-        EXPECT_NE(text.View().NarrowData(), nullptr);
-        EXPECT_EQ(text.View().ToString(), latin);
-        store.Release(text);
-    }
-    for (const TLineText text : {store.Own(ViewOf(greek)), store.Pack(ViewOf(greek))}) {
-        EXPECT_NE(text.View().WideData(), nullptr);
-        EXPECT_EQ(text.View().ToString(), greek);
-        store.Release(text);
+    for (const auto& [text, narrow] : {std::pair{String(u"Größe ÿ ½"), true}, std::pair{String(u"λόγος"), false}}) {
+        for (const TLineText line : {store.Own(ViewOf(text)), store.Pack(ViewOf(text))}) {
+            EXPECT_EQ(line.View().NarrowData() != nullptr, narrow);
+            EXPECT_EQ(line.View().WideData() != nullptr, !narrow);
+            EXPECT_EQ(line.View().ToString(), text);
+            store.Release(line);
+        }
     }
 }
 
@@ -55,8 +54,7 @@ TEST(LineText, ASharedBlockGoesWithItsLastLine)
     std::vector<TLineText> lines;
     for (int i = 0; i < 40; ++i)
         lines.push_back(store.Pack(ViewOf(i % 3 ? u"narrow line" : u"wide line \u20AC")));
-    const std::size_t blocks = store.LiveBlocks();
-    EXPECT_GT(blocks, 4u);
+    EXPECT_GT(store.LiveBlocks(), 4u);
     for (std::size_t i = 0; i + 1 < lines.size(); ++i)
         store.Release(lines[i]);
     EXPECT_EQ(store.LiveBlocks(), 1u);
@@ -79,12 +77,11 @@ TEST(LineText, AnAdoptedBufferIsReadInPlaceAndFreedWithItsLastLine)
     EXPECT_EQ(store.LiveBlocks(), 1u);
     store.Release(c);
     EXPECT_EQ(store.LiveBlocks(), 0u);
-
     store.DropIfUnused(store.Adopt({'x'}));
     EXPECT_EQ(store.LiveBlocks(), 0u);
 }
 
-TEST(StringListStore, LoadedLinesFreeTheirBlocksWhenReplacedOrDeleted)
+TEST(StringList, LoadedLinesFreeTheirBlocksWhenReplacedOrDeleted)
 {
     TStringList list(64, 32);
     String text;
@@ -94,10 +91,59 @@ TEST(StringListStore, LoadedLinesFreeTheirBlocksWhenReplacedOrDeleted)
     EXPECT_GT(list.TextBlocks(), 5u);
     for (Integer i = 0; i < 10; ++i)
         list.Put(i, u"edited");
-    while (list.Count() > 10)
-        list.Delete(10);
+    for (Integer i = 19; i >= 10; --i)
+        list.Delete(i);
+    EXPECT_EQ(list.Count(), 10);
     EXPECT_EQ(list.TextBlocks(), 0u);
     EXPECT_EQ(list.Get(9), u"edited");
+}
+
+TEST(StringList, EachChangeIsFramedByEventsAndNestedUpdatesReportOnceAtTheOutermostEnds)
+{
+    TStringList list;
+    std::string log;
+    list.OnChanging = [&](TObject*) { log += "<"; };
+    list.OnChange = [&](TObject*) { log += ">"; };
+    list.Add(u"a");
+    list.Put(0, u"b");
+    list.PutObject(0, 5);
+    list.Insert(0, u"c");
+    list.Delete(1);
+    list.Clear();
+    list.Clear();  // nothing to clear: no events
+    EXPECT_EQ(log, "<><><><><><>");
+    log.clear();
+    list.BeginUpdate();
+    list.BeginUpdate();
+    list.Add(u"a");
+    list.Add(u"b");
+    list.EndUpdate();
+    EXPECT_EQ(log, "<");
+    list.EndUpdate();
+    EXPECT_EQ(log, "<>");
+    list.SetText(u"x\r\ny");
+    EXPECT_EQ(log, "<><>");
+}
+
+TEST(StringList, TextJoinsWithCrLfAndSplitsAtAnyBreak)
+{
+    const std::pair<String, std::vector<String>> cases[] = {
+        {u"a\r\nb\nc\rd\r\n", {u"a", u"b", u"c", u"d"}},
+        {u"a\n\nb", {u"a", u"", u"b"}},
+        {u"", {}},
+        {String(u"a") + Char(0) + u"b", {String(u"a") + Char(0) + u"b"}},  // a character 0 is text like any other
+    };
+    TStringList list;
+    for (const auto& [text, lines] : cases) {
+        list.SetText(text);
+        ASSERT_EQ(list.Count(), Integer(lines.size())) << StrToUtf8(text);
+        String joined;
+        for (Integer i = 0; i < list.Count(); ++i) {
+            EXPECT_EQ(list.Strings(i), lines[std::size_t(i)]);
+            joined += lines[std::size_t(i)] + u"\r\n";
+        }
+        EXPECT_EQ(list.Text(), joined);
+    }
 }
 
 }  // namespace
