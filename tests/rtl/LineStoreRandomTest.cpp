@@ -1,12 +1,14 @@
 // The line store and the gap vector that holds its lines, each against a
 // plain vector: thousands of seeded random edits at several grow (and text
-// block) sizes, 1 included, compared after every step; indexes out of range
-// raise. A failure names seed and step.
+// block) sizes, 1 included, compared after every step, lines read through
+// their views in both widths; indexes out of range raise. A failure names
+// seed and step.
 #include "platform/LineGap.h"
 #include "platform/StringList.h"
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <random>
 #include <string>
 #include <vector>
@@ -112,9 +114,19 @@ TEST_P(LineStoreOracle, RandomEditsMatchAPlainVector)
             ASSERT_TRUE(gap[i].Text == model[i].Text && gap[i].Slot == model[i].Slot) << where << " line " << i;
         if (model.empty())
             continue;
-        const std::size_t probe = random() % model.size();
-        ASSERT_EQ(store.Get(Integer(probe)), model[probe].Text) << where;
+        const std::size_t probe = random() % model.size(), from = random() % 8;
+        const String& text = model[probe].Text;
+        ASSERT_EQ(store.Get(Integer(probe)), text) << where;
         ASSERT_EQ(store.GetObject(Integer(probe)), model[probe].Slot) << where;
+        // The view reads the same whether the line is kept in one byte a character or in two.
+        const TLineView view = store.Line(Integer(probe));
+        const bool latin1 = std::all_of(text.begin(), text.end(), [](Char c) { return c <= 0xFF; });
+        ASSERT_EQ(view.WideData() == nullptr, latin1) << where;
+        ASSERT_EQ(view.Substr(from, 3), text.substr(std::min(from, text.size()), 3)) << where;
+        ASSERT_EQ(view.FindFirstNot(u' '), text.find_first_not_of(u' ')) << where;
+        String appended = u">";
+        view.AppendTo(appended);
+        ASSERT_EQ(appended, u">" + text) << where;
     }
     EXPECT_EQ(store.Text(), ModelText(model)) << "seed " << seed;
     TStringList copy(growSize, blockBytes);

@@ -1,7 +1,7 @@
-// The line store: its compact text (narrow and wide lines, shared blocks that
-// go with their last line, adopted buffers read in place), change events
-// around every change and nested updates, joined text with CR LF and
-// splitting at any line break.
+// The line store: text blocks that loaded lines share and that go with their
+// last line, adopted buffers read in place, change events around every change and nested
+// updates, joined text with CR LF and splitting at any line break. Narrow
+// and wide lines are read in LineStoreRandomTest.
 #include "platform/LineText.h"
 #include "platform/StringList.h"
 
@@ -13,55 +13,6 @@
 using namespace sx;
 
 namespace {
-
-TLineView ViewOf(const String& s) { return TLineView(s.data(), s.size()); }
-
-TEST(LineText, LatinOneTextIsKeptNarrowAndOtherTextWide)
-{
-    TLineTextStore store;
-    for (const auto& [text, narrow] : {std::pair{String(u"Größe ÿ ½"), true}, std::pair{String(u"λόγος"), false}}) {
-        for (const TLineText line : {store.Own(ViewOf(text)), store.Pack(ViewOf(text))}) {
-            EXPECT_EQ(line.View().NarrowData() != nullptr, narrow);
-            EXPECT_EQ(line.View().WideData() != nullptr, !narrow);
-            EXPECT_EQ(line.View().ToString(), text);
-            store.Release(line);
-        }
-    }
-}
-
-TEST(LineText, ViewsReadTheSameEitherWidth)
-{
-    TLineTextStore store;
-    const TLineText narrow = store.Own(ViewOf(u"  ab cd"));
-    const TLineText wide = store.Own(ViewOf(u"  ab c\u0100"));
-    EXPECT_EQ(narrow.View().Substr(2, 4), u"ab c");
-    EXPECT_EQ(wide.View().Substr(2, 4), u"ab c");
-    EXPECT_EQ(narrow.View().Substr(5), u"cd");
-    EXPECT_EQ(narrow.View().Substr(9), u"");
-    EXPECT_EQ(wide.View().FindFirstNot(u' '), 2u);
-    EXPECT_EQ(TLineView().FindFirstNot(u' '), TLineView::npos);
-    String joined = u">";
-    narrow.View().AppendTo(joined);
-    wide.View().AppendTo(joined);
-    EXPECT_EQ(joined, u">  ab cd  ab c\u0100");
-    store.Release(narrow);
-    store.Release(wide);
-}
-
-TEST(LineText, ASharedBlockGoesWithItsLastLine)
-{
-    TLineTextStore store(64);
-    std::vector<TLineText> lines;
-    for (int i = 0; i < 40; ++i)
-        lines.push_back(store.Pack(ViewOf(i % 3 ? u"narrow line" : u"wide line \u20AC")));
-    EXPECT_GT(store.LiveBlocks(), 4u);
-    for (std::size_t i = 0; i + 1 < lines.size(); ++i)
-        store.Release(lines[i]);
-    EXPECT_EQ(store.LiveBlocks(), 1u);
-    EXPECT_EQ(lines.back().View().ToString(), u"wide line \u20AC");  // line 39
-    store.Release(lines.back());
-    EXPECT_EQ(store.LiveBlocks(), 0u);
-}
 
 TEST(LineText, AnAdoptedBufferIsReadInPlaceAndFreedWithItsLastLine)
 {
@@ -81,19 +32,22 @@ TEST(LineText, AnAdoptedBufferIsReadInPlaceAndFreedWithItsLastLine)
     EXPECT_EQ(store.LiveBlocks(), 0u);
 }
 
-TEST(StringList, LoadedLinesFreeTheirBlocksWhenReplacedOrDeleted)
+TEST(StringList, LoadedLinesShareBlocksThatGoWithTheirLastLine)
 {
     TStringList list(64, 32);
     String text;
     for (int i = 0; i < 20; ++i)
-        text += u"line number " + IntToStr(i) + u"\r\n";
+        text += (i % 3 ? u"line " : u"wide line \u20AC ") + IntToStr(i) + u"\r\n";
     list.SetText(text);
     EXPECT_GT(list.TextBlocks(), 5u);
+    EXPECT_LT(list.TextBlocks(), 20u);  // fewer than lines: they share
     for (Integer i = 0; i < 10; ++i)
         list.Put(i, u"edited");
-    for (Integer i = 19; i >= 10; --i)
+    for (Integer i = 18; i >= 10; --i)
         list.Delete(i);
-    EXPECT_EQ(list.Count(), 10);
+    EXPECT_EQ(list.TextBlocks(), 1u);
+    EXPECT_EQ(list.Get(10), u"line 19");
+    list.Delete(10);
     EXPECT_EQ(list.TextBlocks(), 0u);
     EXPECT_EQ(list.Get(9), u"edited");
 }
