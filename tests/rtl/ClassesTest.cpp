@@ -88,14 +88,10 @@ TEST(Component, RegisteredClassesAreFoundByNameAndBuilt)
 struct TypInfo : testing::Test {
     TypInfo()
     {
-        RegisterPublishedProps(Probe::ClassInfo(), {
-            {u"OnClick", NotifyEventType()},
-            {u"Caption", PlainType(tkUString, u"string")},
-        });
-        RegisterPublishedProps(TLeaf::ClassInfo(), {
-            {u"OnDone", MethodType(u"TDoneEvent", mkProcedure, {})},
-            {u"Caption", NotifyEventType()},  // the leaf's Caption is an event
-        });
+        RegisterPublishedProps(Probe::ClassInfo(),
+                               {{u"OnClick", NotifyEventType()}, {u"Caption", PlainType(tkUString, u"string")}});
+        // The leaf's Caption is an event.
+        RegisterPublishedProps(TLeaf::ClassInfo(), {{u"OnDone", NotifyEventType()}, {u"Caption", NotifyEventType()}});
     }
     ~TypInfo() override
     {

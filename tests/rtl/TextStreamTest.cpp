@@ -50,7 +50,7 @@ TEST_F(TextStream, DecodesEachEncodingAndHandsOverTheSameLinesAsSetText)
         {"\xEF\xBB\xBF", Detect, u"", Utf8},
         {"", Detect, u"", Utf8},
         {"a\r\nb\nc\rd\n\re\r\r\n\n", Detect, u"a\r\nb\nc\rd\n\re\r\r\n\n", Utf8},
-        {"\xEF\xBB\xBF" "m\r\nGr\xC3\xB6\xC3\x9F" "e\r\n\xF0\x9F\x98\x80\r\nlast", Detect, u"m\r\nGröße\r\n\U0001F600\r\nlast", Utf8},
+        {"\xEF\xBB\xBF" "m\r\nGr\xC3\xB6\xC3\x9F" "e\r\n\xF0\x9F\x98\x80\r\nz", Detect, u"m\r\nGröße\r\n\U0001F600\r\nz", Utf8},
         {std::string(5000, 'x') + "\r\n\n\n\n", Detect, String(5000, u'x') + u"\r\n\n\n\n", Utf8},
         // With a mark or when told, UTF-8 replaces each bad byte.
         {"\xEF\xBB\xBF" "a\xFF\xC0\xAF" "b\xE2\x82", Detect, u"a\uFFFD\uFFFD\uFFFDb\uFFFD\uFFFD", Utf8},
@@ -63,7 +63,7 @@ TEST_F(TextStream, DecodesEachEncodingAndHandsOverTheSameLinesAsSetText)
         {"\xFF\xFE" "a\0\n\0z"s, Detect, u"a\n\uFFFD", Utf16LE},
         {"\xFE\xFF" "\0a\0"s, Detect, u"a\uFFFD", Utf16BE},
         // Bytes that are not UTF-8 are Windows-1252, and no byte is lost.
-        {"\x80\x81\x8D\x8F\x90\x9D\x9F caf\xE9 \xFF", Detect, u"\u20AC\u0081\u008D\u008F\u0090\u009D\u0178 caf\u00E9 \u00FF", Windows1252},
+        {"\x80\x81\x8D\x8F\x90\x9D\x9F \xE9\xFF", Detect, u"\u20AC\u0081\u008D\u008F\u0090\u009D\u0178 \u00E9\u00FF", Windows1252},
         {broken, Detect, u"ok\r\nbad \u00E2\u201A\r\n\u00C3\r\nlone \u20AC \u0178 \u00FF\r\n", Windows1252},
         {"ab\xC3", Detect, u"ab\u00C3", Windows1252},                            // cut short at the end
         {"\xC3\xA9\xE2\x82", Detect, u"\u00C3\u00A9\u00E2\u201A", Windows1252},  // a good sequence, then one cut short

@@ -113,8 +113,7 @@ std::vector<bool> ColumnsWith(const QImage& shot, int top, int height, QRgb colo
 
 /// Where the text lines stand in the shot.
 struct LineRows {
-    int Top = 0;  ///< first row of line 0
-    int Height = 0;
+    int Top = 0, Height = 0;  ///< the first row of line 0, and the rows of each line
     int TopOf(std::size_t line) const { return Top + int(line) * Height; }
 };
 
