@@ -14,8 +14,7 @@ using namespace sx;
 namespace {
 
 class Probe : public TComponent {
-    SX_DECLARE_CLASS
-public:
+    SX_DECLARE_CLASS  // opens a public section
     explicit Probe(TComponent* AOwner) : TComponent(AOwner) {}
     ~Probe() override { ++destroyed; }
     void Notification(TComponent* AComponent, TOperation Operation) override
@@ -30,13 +29,11 @@ public:
 
 class TMiddle : public Probe {
     SX_DECLARE_CLASS
-public:
     using Probe::Probe;
 };
 
 class TLeaf : public TMiddle {
     SX_DECLARE_CLASS
-public:
     using TMiddle::TMiddle;
 };
 
@@ -104,7 +101,7 @@ struct TypInfo : testing::Test {
 
 // GetMethodDescription's tests look events up by name, case-blind, through
 // the class tree and with the method kind filter; here what they do not meet.
-TEST_F(TypInfo, LookupGoesUpThroughClassesWithoutATableAndNeverDown)
+TEST_F(TypInfo, LookupGoesUpThroughClassesWithoutATableNeverDownAndStopsAtTheNearest)
 {
     const PPropInfo click = GetPropInfo(&leaf, u"OnClick");
     ASSERT_NE(click, nullptr);
@@ -115,10 +112,7 @@ TEST_F(TypInfo, LookupGoesUpThroughClassesWithoutATableAndNeverDown)
     TComponent unregistered(nullptr);
     EXPECT_EQ(GetPropInfo(&unregistered, u"OnClick"), nullptr);
     EXPECT_EQ(GetTypeData(nullptr), nullptr);
-}
-
-TEST_F(TypInfo, TheKindFilterLooksAtTheNearestDeclaration)
-{
+    // The kind filter looks at the nearest declaration.
     EXPECT_NE(GetPropInfo(&middle, u"Caption", {tkUString, tkString}), nullptr);
     EXPECT_EQ(GetPropInfo(&middle, u"Caption", {tkMethod}), nullptr);
     // the leaf's own Caption hides the ancestor's, kind and all

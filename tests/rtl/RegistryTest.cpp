@@ -1,13 +1,12 @@
 // The registry readers over a registry file: the export format, TRegistry's
 // keys, TRegIniFile's conversions, and the colour identifiers.
+#ifndef _WIN32  // the registry file stands in for the system's registry elsewhere
+
 #include "platform/Colors.h"
 #include "platform/Registry.h"
+#include "support/TempRegistryFile.h"
 
 #include <gtest/gtest.h>
-
-#ifndef _WIN32
-
-#include "support/TempRegistryFile.h"
 
 using namespace sx;
 using sxtest::ScopedEnv;

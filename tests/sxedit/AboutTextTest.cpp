@@ -1,8 +1,7 @@
 // The demo editor's About box names the library's version, which is the
 // project's, and the Qt versions the editor runs on and was built with.
-#include "AboutText.h"
-
 #include "codeedit/SxPackage.h"
+#include "sxedit/AboutText.h"
 
 #include <gtest/gtest.h>
 
