@@ -1,8 +1,8 @@
 // The line store and the gap vector that holds its lines, each against a
 // plain vector: thousands of seeded random edits at several grow (and text
 // block) sizes, 1 included, compared after every step, lines read through
-// their views in both widths; indexes out of range raise. A failure names
-// seed and step.
+// their views in both widths, each change framed by the change events;
+// indexes out of range raise. A failure names seed and step.
 #include "platform/LineGap.h"
 #include "platform/StringList.h"
 
@@ -53,8 +53,9 @@ String ModelText(const std::vector<ModelLine>& model)
     return text;
 }
 
-/// One random edit on the store, the same on its gap vector alone and on the model.
-void RandomEdit(std::mt19937& random, TStringList& store, LineGap<ModelLine>& gap, std::vector<ModelLine>& model)
+/// One random edit on the store, the same on its gap vector alone and on the
+/// model; false when the edit was a refused one, which changes nothing.
+bool RandomEdit(std::mt19937& random, TStringList& store, LineGap<ModelLine>& gap, std::vector<ModelLine>& model)
 {
     const std::size_t size = model.size(), at = random() % std::max<std::size_t>(size, 1);
     const String line = RandomLine(random);
@@ -82,6 +83,7 @@ void RandomEdit(std::mt19937& random, TStringList& store, LineGap<ModelLine>& ga
         EXPECT_THROW(store.Delete(count), EListError);
         EXPECT_THROW(store.Delete(-1), EListError);
         EXPECT_THROW(store.Insert(count + 1, line), EListError);
+        return false;
     } else {
         // Text splits anew: every slot starts at 0 again.
         model.clear();
@@ -92,6 +94,7 @@ void RandomEdit(std::mt19937& random, TStringList& store, LineGap<ModelLine>& ga
         for (const ModelLine& fresh : model)
             gap.Insert(gap.Length(), fresh);
     }
+    return true;
 }
 
 /// A grow size and a size of the text blocks that loaded lines share.
@@ -105,9 +108,14 @@ TEST_P(LineStoreOracle, RandomEditsMatchAPlainVector)
     TStringList store(growSize, blockBytes);
     LineGap<ModelLine> gap(growSize);
     std::vector<ModelLine> model;
+    std::string events;
+    store.OnChanging = [&](TObject*) { events += "<"; };
+    store.OnChange = [&](TObject*) { events += ">"; };
     for (int step = 0; step < 4000; ++step) {
-        RandomEdit(random, store, gap, model);
+        events.clear();
+        const bool changed = RandomEdit(random, store, gap, model);
         const std::string where = "seed " + std::to_string(seed) + " step " + std::to_string(step);
+        ASSERT_EQ(events, changed ? "<>" : "") << where;  // each change framed once, a refusal not at all
         ASSERT_EQ(store.Count(), Integer(model.size())) << where;
         ASSERT_EQ(gap.Length(), model.size()) << where;
         for (std::size_t i = 0; i < model.size(); ++i)
@@ -136,7 +144,10 @@ TEST_P(LineStoreOracle, RandomEditsMatchAPlainVector)
         EXPECT_EQ(copy.Get(i), store.Get(i)) << i;
         EXPECT_EQ(copy.Objects(i), store.Objects(i)) << i;
     }
+    events.clear();
     store.Clear();
+    store.Clear();  // nothing left to clear: no events
+    EXPECT_EQ(events, model.empty() ? "" : "<>");
     EXPECT_EQ(store.TextBlocks(), 0u);
 }
 
