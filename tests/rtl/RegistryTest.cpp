@@ -77,6 +77,7 @@ TEST(RegistryFile, ReadsTheExportFormatInUtf16AndUtf8)
         EXPECT_FALSE(registry.OpenKey(u"Software\\Gone", false));
         EXPECT_FALSE(registry.OpenKey(u"Software\\Broken", false));
         ASSERT_TRUE(registry.OpenKey(u"Software\\Sx\\Demo", false));
+        EXPECT_TRUE(registry.ValueExists(u"path"));  // so that the misses below can fail
         for (const String name : {u"Orphan", u"Unterminated", u"BadDword", u"LongDword", u"Trailing", u"Removed"})
             EXPECT_FALSE(registry.ValueExists(name)) << StrToUtf8(name);
     }
