@@ -1,17 +1,16 @@
 // The registry readers over a registry file: the export format, TRegistry's
 // keys, TRegIniFile's conversions, and the colour identifiers.
+#ifndef _WIN32  // the registry file stands in for the system's registry elsewhere
+
 #include "platform/Colors.h"
 #include "platform/Registry.h"
+#include "support/TempRegistryFile.h"
 
 #include <gtest/gtest.h>
 
-#ifndef _WIN32
-
-#include "support/TempRegistryFile.h"
-
 using namespace sx;
 using sxtest::ScopedEnv;
-using sxtest::TempRegistryFile;
+using sxtest::TempRegistryFile;  // the registry helpers keep a namespace of their own
 
 namespace {
 
@@ -63,8 +62,6 @@ String IniString(const String& key, const String& section, const String& name)
     return TRegIniFile(key, KEY_READ).ReadString(section, name, u"<default>");
 }
 
-}  // namespace
-
 TEST(RegistryFile, ReadsTheExportFormatInUtf16AndUtf8)
 {
     for (const std::string& bytes : {Utf16(StrFromUtf8(SampleFile)), std::string(SampleFile)}) {
@@ -80,6 +77,7 @@ TEST(RegistryFile, ReadsTheExportFormatInUtf16AndUtf8)
         EXPECT_FALSE(registry.OpenKey(u"Software\\Gone", false));
         EXPECT_FALSE(registry.OpenKey(u"Software\\Broken", false));
         ASSERT_TRUE(registry.OpenKey(u"Software\\Sx\\Demo", false));
+        EXPECT_TRUE(registry.ValueExists(u"path"));  // so that the misses below can fail
         for (const String name : {u"Orphan", u"Unterminated", u"BadDword", u"LongDword", u"Trailing", u"Removed"})
             EXPECT_FALSE(registry.ValueExists(name)) << StrToUtf8(name);
     }
@@ -115,7 +113,6 @@ TEST(Registry, OpensExistingKeysOnlyAndReadsIntegers)
     TRegistry registry(KEY_READ);
     EXPECT_EQ(registry.RootKey(), HKEY_CURRENT_USER);
     ASSERT_TRUE(registry.OpenKey(u"\\Software\\Sx\\Demo\\", true));
-    EXPECT_EQ(registry.CurrentPath(), u"Software\\Sx\\Demo");
     EXPECT_EQ(registry.ReadInteger(u"Minus"), -1);
     EXPECT_THROW(registry.ReadInteger(u"Twelve"), ERegistryException);  // a string, not an integer
     EXPECT_THROW(registry.ReadInteger(u"Missing"), ERegistryException);
@@ -127,11 +124,6 @@ TEST(Registry, OpensExistingKeysOnlyAndReadsIntegers)
     registry.CloseKey();
     EXPECT_FALSE(registry.ValueExists(u"Deep"));
     EXPECT_FALSE(registry.OpenKey(u"Inner", false));  // from the root now
-    ASSERT_TRUE(registry.OpenKey(u"Software\\Sx", false));
-    registry.SetRootKey(HKEY_LOCAL_MACHINE);  // closes the key
-    EXPECT_TRUE(registry.CurrentPath().empty());
-    ASSERT_TRUE(registry.OpenKey(u"Software\\Sx", false));
-    EXPECT_TRUE(registry.ValueExists(u"Machine"));
 }
 
 TEST(RegIniFile, IntegersAndFlagsConvertStringsWhenTheyCan)
@@ -163,5 +155,7 @@ TEST(IdentToColor, KnowsTheFrameworkNamesCaseBlind)
         EXPECT_EQ(color, value) << StrToUtf8(name);
     }
 }
+
+}  // namespace
 
 #endif

@@ -1,8 +1,12 @@
 // SearchBuf: the offsets each direction tries, the bounds of the buffer,
-// case-blind comparison beyond ASCII and the whole-word rule.
+// case-blind comparison beyond ASCII and the whole-word rule; and its
+// one-byte Latin-1 twin, which must answer as the wide search does.
 #include "platform/StrUtils.h"
 
 #include <gtest/gtest.h>
+
+#include <random>
+#include <vector>
 
 using namespace sx;
 
@@ -12,69 +16,96 @@ using Opt = TStringSearchOption;
 
 constexpr int WholeBuffer = -1000;
 
-/// The offset of the hit in Buf, or -1.
-int Find(const String& buf, int selStart, const String& what, TStringSearchOptions options,
-         int bufLen = WholeBuffer, int selLength = 0)
-{
-    const Integer length = bufLen == WholeBuffer ? Integer(buf.size()) : bufLen;
-    const Char* hit = SearchBuf(buf.data(), length, selStart, selLength, what, options);
-    return hit ? int(hit - buf.data()) : -1;
-}
-
 const TStringSearchOptions Down{Opt::soDown};
 const TStringSearchOptions Up{};
+const TStringSearchOptions DownCase = Down + TStringSearchOptions{Opt::soMatchCase};
+const TStringSearchOptions DownWord = Down + TStringSearchOptions{Opt::soWholeWord};
+const TStringSearchOptions UpWord{Opt::soWholeWord};
 
-TEST(SearchBuf, ForwardStartsBehindTheSelectionAndStaysInsideTheBuffer)
+TEST(SearchBuf, FindsWhereEachRuleSays)
 {
-    EXPECT_EQ(Find(u"abcabc", 0, u"abc", Down), 0);
-    EXPECT_EQ(Find(u"abcabc", 1, u"abc", Down), 3);
-    EXPECT_EQ(Find(u"abcabc", 0, u"abc", Down, WholeBuffer, 1), 3);  // SelStart + SelLength
-    EXPECT_EQ(Find(u"abcabc", 3, u"abc", Down, 5), -1);     // would end behind BufLen
-    EXPECT_EQ(Find(u"abcabc", 4, u"abc", Down), -1);
-}
-
-TEST(SearchBuf, BackwardFindsTheLastHitThatEndsAtOrBeforeTheStart)
-{
-    EXPECT_EQ(Find(u"abcabc", 6, u"abc", Up), 3);
-    EXPECT_EQ(Find(u"abcabc", 5, u"abc", Up), 0);
-    EXPECT_EQ(Find(u"abcabc", 3, u"abc", Up), 0);
-    EXPECT_EQ(Find(u"abcabc", 2, u"abc", Up), -1);
-}
-
-TEST(SearchBuf, NothingIsFoundOutsideTheBufferOrForAnEmptyText)
-{
-    EXPECT_EQ(Find(u"abc", 0, u"a", Down, 0), -1);
-    EXPECT_EQ(Find(u"abc", 0, u"a", Down, -3), -1);
-    EXPECT_EQ(Find(u"abc", -1, u"a", Down), -1);
-    EXPECT_EQ(Find(u"abc", 4, u"c", Up), -1);
-    EXPECT_EQ(Find(u"abc", 0, u"", Down), -1);
-    EXPECT_EQ(Find(u"abc", 0, u"abcd", Down), -1);
+    const struct {
+        String buf;
+        int selStart;
+        String what;
+        TStringSearchOptions options;
+        int expected;  ///< the offset of the hit, or -1
+        int bufLen = WholeBuffer;
+        int selLength = 0;
+    } cases[] = {
+        // Forward starts behind the selection and stays inside the buffer.
+        {u"abcabc", 0, u"abc", Down, 0},
+        {u"abcabc", 1, u"abc", Down, 3},
+        {u"abcabc", 0, u"abc", Down, 3, WholeBuffer, 1},  // SelStart + SelLength
+        {u"abcabc", 3, u"abc", Down, -1, 5},              // would end behind BufLen
+        {u"abcabc", 4, u"abc", Down, -1},
+        // Backward finds the last hit that ends at or before the start.
+        {u"abcabc", 6, u"abc", Up, 3},
+        {u"abcabc", 5, u"abc", Up, 0},
+        {u"abcabc", 3, u"abc", Up, 0},
+        {u"abcabc", 2, u"abc", Up, -1},
+        // Nothing outside the buffer, nothing for an empty or a longer text.
+        {u"abc", 0, u"a", Down, -1, 0},
+        {u"abc", 0, u"a", Down, -1, -3},
+        {u"abc", -1, u"a", Down, -1},
+        {u"abc", 4, u"c", Up, -1},
+        {u"abc", 0, u"", Down, -1},
+        {u"abc", 0, u"abcd", Down, -1},
+        // Case-blind compares in upper case, beyond ASCII too.
+        {u"xx HeLLo", 0, u"hello", Down, 3},
+        {u"xx HeLLo", 0, u"hello", DownCase, -1},
+        {u"Straße CAFÉ", 0, u"café", Down, 7},
+        {u"\u0416\u0443\u043A", 3, u"\u0436\u0423\u043a", Up, 0},  // Жук in mixed case
+        {u"\u03C3\u03C2", 0, u"\u03A3\u03A3", Down, 0},             // both sigmas are Σ
+        {u"\u00E9", 0, u"e", Down, -1},                             // no accent folding
+        {u"[{", 0, u"{", Down, 1},  // no ASCII punctuation is folded onto another
+        // Whole words need delimiters around the hit.
+        {u"cat2 cat", 0, u"cat", DownWord, 5},
+        {u"a_cat_b cat", 0, u"cat", DownWord, 2},  // the underscore is a delimiter
+        {u"cat", 0, u"cat", DownWord, 0},           // the buffer's end closes the word
+        {u"catcat", 0, u"cat", DownWord, 0, 3},     // even inside a longer line
+        {u"xcat cat", 1, u"cat", DownWord, 1},      // the first offset tried is a word start
+        {u"xcat cat", 0, u"cat", DownWord, 5},
+        {u"cat xcat", 8, u"cat", UpWord, 5},  // the first offset tried going up
+        {u"cat xcat", 7, u"cat", UpWord, 0},
+        {u"caf\u00E9 caf", 0, u"caf", DownWord, 0},  // only ASCII letters and digits make words
+    };
+    for (const auto& c : cases) {
+        const Integer length = c.bufLen == WholeBuffer ? Integer(c.buf.size()) : c.bufLen;
+        const Char* hit = SearchBuf(c.buf.data(), length, c.selStart, c.selLength, c.what, c.options);
+        EXPECT_EQ(hit ? int(hit - c.buf.data()) : -1, c.expected)
+            << StrToUtf8(c.what) << " in " << StrToUtf8(c.buf) << " from " << c.selStart;
+    }
     EXPECT_EQ(SearchBuf(nullptr, 3, 0, 0, u"a", Down), nullptr);
 }
 
-TEST(SearchBuf, CaseBlindComparesInUpperCaseBeyondAscii)
+TEST(SearchBufLatin1, AnswersAsTheWideSearchDoes)
 {
-    EXPECT_EQ(Find(u"xx HeLLo", 0, u"hello", Down), 3);
-    EXPECT_EQ(Find(u"xx HeLLo", 0, u"hello", Down + TStringSearchOptions{Opt::soMatchCase}), -1);
-    EXPECT_EQ(Find(u"Straße CAFÉ", 0, u"café", Down), 7);
-    EXPECT_EQ(Find(u"\u0416\u0443\u043A", 3, u"\u0436\u0423\u043a", Up), 0);  // Жук in mixed case
-    EXPECT_EQ(Find(u"\u03C3\u03C2", 0, u"\u03A3\u03A3", Down), 0);            // both sigmas are Σ
-    EXPECT_EQ(Find(u"\u00E9", 0, u"e", Down), -1);                             // no accent folding
-    EXPECT_EQ(Find(u"[{", 0, u"{", Down), 1);  // no ASCII punctuation is folded onto another
-}
-
-TEST(SearchBuf, WholeWordsNeedDelimitersAroundTheHit)
-{
-    const TStringSearchOptions word = Down + TStringSearchOptions{Opt::soWholeWord};
-    EXPECT_EQ(Find(u"cat2 cat", 0, u"cat", word), 5);
-    EXPECT_EQ(Find(u"a_cat_b cat", 0, u"cat", word), 2);  // the underscore is a delimiter
-    EXPECT_EQ(Find(u"cat", 0, u"cat", word), 0);           // the buffer's end closes the word
-    EXPECT_EQ(Find(u"catcat", 0, u"cat", word, 3), 0);     // even inside a longer line
-    EXPECT_EQ(Find(u"xcat cat", 1, u"cat", word), 1);      // the first offset tried is a word start
-    EXPECT_EQ(Find(u"xcat cat", 0, u"cat", word), 5);
-    EXPECT_EQ(Find(u"cat xcat", 8, u"cat", Up + TStringSearchOptions{Opt::soWholeWord}), 5);  // first tried
-    EXPECT_EQ(Find(u"cat xcat", 7, u"cat", Up + TStringSearchOptions{Opt::soWholeWord}), 0);
-    EXPECT_EQ(Find(u"caf\u00E9 caf", 0, u"caf", word), 0);  // only ASCII letters and digits make words
+    const unsigned seed = 20261123u;
+    std::mt19937 random(seed);
+    // Letters whose upper case lies outside Latin-1 included.
+    const Char alphabet[] = {u'a', u'A', u'b', u'_', u' ', u'1', 0xDF, 0xFF, 0xB5, 0xE9, 0xC9, u'x'};
+    for (int round = 0; round < 3000; ++round) {
+        std::vector<Byte> narrow(random() % 24);
+        String wide;
+        for (Byte& b : narrow) {
+            b = Byte(alphabet[random() % std::size(alphabet)]);
+            wide += Char(b);
+        }
+        String needle;
+        for (std::size_t n = 1 + random() % 3; n > 0; --n)
+            needle += random() % 8 ? alphabet[random() % std::size(alphabet)] : Char(0x178);
+        TStringSearchOptions options;
+        for (const auto option : {Opt::soDown, Opt::soMatchCase, Opt::soWholeWord})
+            if (random() % 2)
+                options.Include(option);
+        const auto length = Integer(narrow.size());
+        const auto start = Integer(random() % std::size_t(length + 2)) - 1;
+        const Byte* hit = SearchBufLatin1(narrow.data(), length, start, 0, needle, options);
+        const Char* expected = SearchBuf(wide.data(), length, start, 0, needle, options);
+        ASSERT_EQ(hit ? hit - narrow.data() : -1, expected ? expected - wide.data() : -1)
+            << "seed " << seed << " round " << round;
+    }
 }
 
 }  // namespace

@@ -1,41 +1,19 @@
-// The demo editor's About box: the library's name and version, the Qt version
-// and what the control is.
-#include "AboutText.h"
-
+// The demo editor's About box names the library's version, which is the
+// project's, and the Qt versions the editor runs on and was built with.
 #include "codeedit/SxPackage.h"
-
-#include <QRegularExpression>
+#include "sxedit/AboutText.h"
 
 #include <gtest/gtest.h>
 
 namespace {
 
-/// The About text as a reader sees it, without its markup.
-QString ShownText() { return sx::demo::AboutText().remove(QRegularExpression(QStringLiteral("<[^>]*>"))); }
-
-}  // namespace
-
-TEST(AboutBox, LibraryVersionIsTheProjectsVersion)
+TEST(AboutBox, ShowsTheProjectsVersionAndTheQtVersions)
 {
     EXPECT_STREQ(sx::LibraryVersion(), SX_PROJECT_VERSION);
-    EXPECT_TRUE(QRegularExpression(QStringLiteral("^\\d+\\.\\d+\\.\\d+$"))
-                    .match(QString::fromLatin1(sx::LibraryVersion()))
-                    .hasMatch());
+    const QString shown = sx::demo::AboutText();
+    for (const QString& version : {QStringLiteral(SX_PROJECT_VERSION), QString::fromLatin1(qVersion()),
+                                   QStringLiteral(QT_VERSION_STR)})
+        EXPECT_TRUE(shown.contains(version)) << shown.toStdString() << " lacks " << version.toStdString();
 }
 
-TEST(AboutBox, NamesTheLibraryWithItsVersionAndTheQtVersions)
-{
-    const QString shown = ShownText();
-    EXPECT_TRUE(shown.contains(QStringLiteral("Sx code edit ") + QString::fromLatin1(sx::LibraryVersion())))
-        << shown.toStdString();
-    EXPECT_TRUE(shown.contains(QStringLiteral("Qt ") + QString::fromLatin1(qVersion()))) << shown.toStdString();
-    EXPECT_TRUE(shown.contains(QStringLiteral("built with Qt " QT_VERSION_STR))) << shown.toStdString();
-}
-
-TEST(AboutBox, SaysWhatTheControlIs)
-{
-    const QString shown = ShownText();
-    EXPECT_TRUE(shown.contains(QStringLiteral("source-code editing control with syntax colouring")))
-        << shown.toStdString();
-    EXPECT_EQ(sx::demo::AboutTitle(), QStringLiteral("About sxedit"));
-}
+}  // namespace
