@@ -55,13 +55,6 @@ const TClass* GetClass(const String& name)
     return nullptr;
 }
 
-const TClass& FindClass(const String& name)
-{
-    if (const TClass* cls = GetClass(name))
-        return *cls;
-    throw EClassNotFound(u"Class " + name + u" not found");
-}
-
 TComponent::TComponent(TComponent* AOwner)
 {
     if (AOwner)

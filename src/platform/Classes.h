@@ -115,13 +115,11 @@ class TPersistent : public TObject {
     SX_DECLARE_CLASS
 };
 
-/// Adds a class to the registry so that FindClass can find it by name.
+/// Adds a class to the registry so that GetClass can find it by name.
 void RegisterClass(const TClass& cls);
 void UnRegisterClass(const TClass& cls);
 /// The registered class of that name (case-blind), or none.
 const TClass* GetClass(const String& name);
-/// The registered class of that name; raises EClassNotFound when there is none.
-const TClass& FindClass(const String& name);
 
 enum class TOperation { opInsert, opRemove };
 

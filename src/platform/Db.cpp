@@ -457,20 +457,6 @@ void TDataSet::Delete()
     DataEvent(deDataSetChange);
 }
 
-void TDataSet::Refresh()
-{
-    CheckBrowseMode();
-    const TDbValue key = FRecNo >= 0 ? FRecords[std::size_t(FRecNo)].Key : TDbValue{};
-    std::vector<TDbRecord> fresh;
-    InternalRefresh(fresh);
-    FRecords = std::move(fresh);
-    const auto found = std::find_if(FRecords.begin(), FRecords.end(),
-                                    [&](const TDbRecord& record) { return record.Key == key; });
-    FRecNo = found != FRecords.end() ? Integer(found - FRecords.begin())
-                                     : std::min(std::max(FRecNo, 0), RecordCount() - 1);
-    DataEvent(deDataSetChange);
-}
-
 void TDataSet::CheckBrowseMode()
 {
     CheckActive();

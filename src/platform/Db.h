@@ -153,8 +153,6 @@ public:
     void Cancel();
     /// Removes the current record from the storage; in dsInsert, cancels.
     void Delete();
-    /// Reads the records anew from the storage, staying on the same record where it still exists.
-    void Refresh();
     /// Posts a modified edit, cancels an unmodified one.
     void CheckBrowseMode();
     /// Asks every data link for its pending value (deUpdateRecord).
@@ -195,8 +193,6 @@ protected:
     /// Raises when the storage refuses; nothing is written then.
     virtual void InternalPost(TDbRecord& Record, const TDbRecord* Old) = 0;
     virtual void InternalDelete(const TDbRecord& Record) = 0;
-    /// Reads all records anew into Records.
-    virtual void InternalRefresh(std::vector<TDbRecord>& Records) = 0;
 
     TField* AddField(const String& FieldName, TFieldType DataType, Integer Size);
     std::vector<TDbRecord>& Records() { return FRecords; }

@@ -72,32 +72,19 @@ void TSqliteDataSet::SetSQL(const String& Value)
     FSQL = Value;
 }
 
-void TSqliteDataSet::SetKeyFieldName(const String& Value)
-{
-    CheckInactive();
-    FKeyFieldName = Value;
-}
-
 void TSqliteDataSet::SetBusyTimeout(Integer Value)
 {
     FBusyTimeout = Value;
     FDatabase.SetBusyTimeout(Value);
 }
 
-bool TSqliteDataSet::CanModify() const { return Active() && !FTableName.empty() && (!IsQuery() || FKeyField); }
+bool TSqliteDataSet::CanModify() const { return Active() && !FTableName.empty() && !IsQuery(); }
 
 std::string TSqliteDataSet::SelectSql() const
 {
     if (IsQuery())
         return StrToUtf8(FSQL);
     return "SELECT rowid, * FROM " + QuoteIdentifier(FTableName) + " ORDER BY rowid";
-}
-
-std::string TSqliteDataSet::KeyColumn() const { return FKeyField ? QuoteIdentifier(FKeyFieldName) : "rowid"; }
-
-TDbValue TSqliteDataSet::KeyOf(const TDbRecord& Record) const
-{
-    return FKeyField ? Record.Values.at(std::size_t(FKeyField->Index())) : Record.Key;
 }
 
 void TSqliteDataSet::InternalOpen()
@@ -108,17 +95,12 @@ void TSqliteDataSet::InternalOpen()
     FDatabase.SetBusyTimeout(FBusyTimeout);
     TSqliteStatement select(FDatabase, SelectSql());
     DefineFields(select);
-    FKeyField = IsQuery() && !FKeyFieldName.empty() ? FieldByName(FKeyFieldName) : nullptr;
     auto& records = Records();
     while (select.Step())
         records.push_back(ReadRecord(select));
 }
 
-void TSqliteDataSet::InternalClose()
-{
-    FKeyField = nullptr;
-    FDatabase.Close();
-}
+void TSqliteDataSet::InternalClose() { FDatabase.Close(); }
 
 void TSqliteDataSet::DefineFields(const TSqliteStatement& Statement)
 {
@@ -134,17 +116,9 @@ TDbRecord TSqliteDataSet::ReadRecord(const TSqliteStatement& Statement) const
     TDbRecord record;
     for (int column = FirstFieldColumn(); column < Statement.ColumnCount(); ++column)
         record.Values.push_back(Statement.Column(column));
-    record.Key = IsQuery() ? KeyOf(record) : Statement.Column(0);
+    if (!IsQuery())
+        record.Key = Statement.Column(0);
     return record;
-}
-
-void TSqliteDataSet::InternalRefresh(std::vector<TDbRecord>& Records)
-{
-    TSqliteStatement select(FDatabase, SelectSql());
-    if (select.ColumnCount() - FirstFieldColumn() != FieldCount())
-        DatabaseError(u"The columns of the table have changed; close and open it again");
-    while (select.Step())
-        Records.push_back(ReadRecord(select));
 }
 
 void TSqliteDataSet::InternalPost(TDbRecord& Record, const TDbRecord* Old)
@@ -171,8 +145,8 @@ void TSqliteDataSet::WriteUpdate(const TDbRecord& Record, const TDbRecord& Old)
     }
     if (values.empty())
         return;
-    TSqliteStatement update(FDatabase, "UPDATE " + QuoteIdentifier(FTableName) + " SET " + assignments + " WHERE " +
-                                           KeyColumn() + " = ?");
+    TSqliteStatement update(FDatabase, "UPDATE " + QuoteIdentifier(FTableName) + " SET " + assignments +
+                                           " WHERE rowid = ?");
     int parameter = 1;
     for (const TDbValue* value : values)
         update.Bind(parameter++, *value);
@@ -202,19 +176,13 @@ void TSqliteDataSet::WriteInsert(TDbRecord& Record)
     for (std::size_t i = 0; i < values.size(); ++i)
         insert.Bind(int(i) + 1, *values[i]);
     insert.Step();
-    const TDbValue rowid{TDbValue::vkInteger, std::to_string(FDatabase.LastInsertRowId())};
-    // A query's key left empty is taken to be the table's INTEGER PRIMARY KEY.
-    if (FKeyField && Record.Values[std::size_t(FKeyField->Index())].Kind == TDbValue::vkNull)
-        Record.Values[std::size_t(FKeyField->Index())] = rowid;
-    Record.Key = FKeyField ? KeyOf(Record) : rowid;
+    Record.Key = TDbValue{TDbValue::vkInteger, std::to_string(FDatabase.LastInsertRowId())};
 }
 
 void TSqliteDataSet::ReadBack(TDbRecord& Record)
 {
-    const std::string sql = IsQuery() ? "SELECT * FROM (" + SelectSql() + ") WHERE " + KeyColumn() + " = ?"
-                                      : "SELECT rowid, * FROM " + QuoteIdentifier(FTableName) + " WHERE rowid = ?";
-    TSqliteStatement select(FDatabase, sql);
-    select.Bind(1, KeyOf(Record));
+    TSqliteStatement select(FDatabase, "SELECT rowid, * FROM " + QuoteIdentifier(FTableName) + " WHERE rowid = ?");
+    select.Bind(1, Record.Key);
     if (select.Step())
         Record = ReadRecord(select);
 }
@@ -223,7 +191,7 @@ void TSqliteDataSet::InternalDelete(const TDbRecord& Record)
 {
     FDatabase.InTransaction([&] {
         TSqliteStatement erase(FDatabase,
-                               "DELETE FROM " + QuoteIdentifier(FTableName) + " WHERE " + KeyColumn() + " = ?");
+                               "DELETE FROM " + QuoteIdentifier(FTableName) + " WHERE rowid = ?");
         erase.Bind(1, Record.Key);
         erase.Step();
     });

@@ -1,5 +1,5 @@
-// TSqliteDataSet: a data set over one table of an SQLite database file, or
-// over a query whose records carry a key, writing each post to that table.
+// TSqliteDataSet: a data set over one table of an SQLite database file,
+// writing each post to that table, or a read-only one over a query.
 #pragma once
 
 #include "platform/Db.h"
@@ -25,13 +25,9 @@ public:
     /// The table that is read, and that posts are written to.
     const String& TableName() const { return FTableName; }
     void SetTableName(const String& Value);
-    /// A SELECT that is read in place of the whole table. Its records are
-    /// written to TableName and found there by the field KeyFieldName; without
-    /// those two the data set can't be changed.
+    /// A SELECT that is read in place of a table; its records can't be changed.
     const String& SQL() const { return FSQL; }
     void SetSQL(const String& Value);
-    const String& KeyFieldName() const { return FKeyFieldName; }
-    void SetKeyFieldName(const String& Value);
     /// How long a post waits for another connection's lock; 0 fails at once.
     Integer BusyTimeout() const { return FBusyTimeout; }
     void SetBusyTimeout(Integer Value);
@@ -47,14 +43,11 @@ protected:
     void InternalClose() override;
     void InternalPost(TDbRecord& Record, const TDbRecord* Old) override;
     void InternalDelete(const TDbRecord& Record) override;
-    void InternalRefresh(std::vector<TDbRecord>& Records) override;
 
 private:
     bool IsQuery() const { return !FSQL.empty(); }
     void CheckInactive() const;
     std::string SelectSql() const;
-    /// The key column of the written table, quoted.
-    std::string KeyColumn() const;
     /// The first column of the select that is a field: a table's select leads with its rowid.
     int FirstFieldColumn() const { return IsQuery() ? 0 : 1; }
     void DefineFields(const TSqliteStatement& Statement);
@@ -63,16 +56,12 @@ private:
     void WriteInsert(TDbRecord& Record);
     /// Replaces Record with the stored row of its key, where there is one.
     void ReadBack(TDbRecord& Record);
-    TDbValue KeyOf(const TDbRecord& Record) const;
 
     String FDatabaseName;
     String FTableName;
     String FSQL;
-    String FKeyFieldName;
     Integer FBusyTimeout = 0;
     TSqliteDatabase FDatabase;
-    /// The key field of a query, or none for a table (whose key is the rowid).
-    TField* FKeyField = nullptr;
 };
 
 }  // namespace sx

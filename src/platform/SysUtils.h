@@ -37,10 +37,6 @@ class EListError : public Exception {
     using Exception::Exception;
 };
 
-class EClassNotFound : public Exception {
-    using Exception::Exception;
-};
-
 class EStreamError : public Exception {
     using Exception::Exception;
 };
