@@ -1,6 +1,8 @@
 // The data-aware control on a real SQLite file, typed into through real key
 // events: loading, the step into edit state, the silent refusal, write-back on
-// leaving the control and on posting, and refusals that keep the typed text.
+// leaving the control and on posting, refusals that keep the typed text, and
+// faults of the database under it: a connection that may not write, a full
+// database, the record deleted and the table dropped by another connection.
 #include "codeedit/uSxDbCodeEdit.h"
 #include "platform/Clipboard.h"
 #include "platform/SqliteDataSet.h"
@@ -12,6 +14,8 @@
 #include <QLineEdit>
 
 #include <gtest/gtest.h>
+
+#include <functional>
 
 using namespace sx;
 using namespace sx::test;
@@ -58,6 +62,38 @@ protected:
     }
     TPoint Caret() const { return Point(edit->CharPos(), edit->LinePos()); }
     String Stored(const char* column) { return db.Scalar(std::string("SELECT ") + column + " FROM scripts WHERE id = 1"); }
+
+    /// The message of the refused post, or "<posted>".
+    String RefusedPost()
+    {
+        try {
+            dataSet->Post();
+        } catch (const EDatabaseError& e) {
+            return e.Message();
+        }
+        return u"<posted>";
+    }
+    /// Types, brings the cause about, lets the post fail with a message holding
+    /// AExpected, and checks that nothing is lost: the data set stays in edit
+    /// state, the typed text stays in the control and in the field; then
+    /// removes the cause, and a second post writes it.
+    void ExpectRefusedThenPosted(const std::function<void()>& ACause, const String& AExpected,
+                                 const std::function<void()>& ARemoveCause)
+    {
+        Type(*edit, QStringLiteral("typed "));
+        const String typed = edit->Lines().Get(0);
+        const std::string length = std::to_string(typed.size());
+        ACause();
+        const String refusal = RefusedPost();
+        EXPECT_NE(refusal.find(AExpected), String::npos) << StrToUtf8(refusal);
+        EXPECT_EQ(dataSet->State(), dsEdit);
+        EXPECT_EQ(edit->Lines().Get(0), typed);
+        EXPECT_EQ(dataSet->FieldByName(u"source")->AsString().substr(0, typed.size()), typed);
+        ARemoveCause();
+        EXPECT_EQ(RefusedPost(), u"<posted>");
+        EXPECT_EQ(dataSet->State(), dsBrowse);
+        EXPECT_EQ(Stored(("substr(source, 1, " + length + ")").c_str()), typed);
+    }
 
     TempDatabase db;
     TComponent owner{nullptr};
@@ -240,6 +276,29 @@ TEST_F(DbCodeEdit, ADropAsksForEditState)
     edit->DragDrop(edit, 5, 5);
     EXPECT_EQ(dropped, edit);
     EXPECT_EQ(dataSet->State(), dsEdit);
+}
+
+TEST_F(DbCodeEdit, APostTheDatabaseRefusesLosesNothingAndASecondPostWrites)
+{
+    TSqliteDatabase& own = dataSet->Database();
+    TSqliteDatabase& another = db.Other();
+    const struct { std::function<void()> cause; const char16_t* message; std::function<void()> remove; } faults[] = {
+        // Root may write any file, so the connection is made read-only instead of the file.
+        {[&] { own.ExecSQL(u"PRAGMA query_only = ON"); }, u"attempt to write a readonly database",
+         [&] { own.ExecSQL(u"PRAGMA query_only = OFF"); }},
+        {[&] {
+             own.ExecSQL(u"PRAGMA max_page_count = " + db.Scalar("PRAGMA page_count"));
+             edit->InsertCode(1, 0, String(20000, u'x'));  // more than the free room of the last page
+         },
+         u"database or disk is full", [&] { own.ExecSQL(u"PRAGMA max_page_count = 100000"); }},
+        {[&] { another.ExecSQL(u"DELETE FROM scripts WHERE id = 1"); }, u"Record not found or changed by another user",
+         [&] { another.ExecSQL(u"INSERT INTO scripts (id, name, source) VALUES (1, 'hello', 'restored')"); }},
+        {[&] { another.ExecSQL(u"DROP TABLE scripts"); }, u"no such table: scripts", [&] { another.ExecSQL(ScriptsSchema); }},
+    };
+    for (const auto& fault : faults) {
+        SCOPED_TRACE(StrToUtf8(fault.message));
+        ExpectRefusedThenPosted(fault.cause, fault.message, fault.remove);
+    }
 }
 
 }  // namespace

@@ -10,8 +10,8 @@
 #include "support/TempRegistryFile.h"
 
 using namespace sx;
-using sxtest::ScopedEnv;
-using sxtest::TempRegistryFile;
+using sx::test::ScopedEnv;
+using sx::test::TempRegistryFile;
 
 namespace {
 
