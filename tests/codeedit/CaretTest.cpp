@@ -27,18 +27,7 @@ protected:
     }
 };
 
-TEST_F(CaretTest, LinePosIsClampedToTheStore)
-{
-    for (const auto& [to, clamped] : {std::pair{-5, 0}, {305, 299}}) {
-        edit->SetLinePos(to);
-        EXPECT_EQ(edit->LinePos(), clamped);
-    }
-    edit->SetText(u"");
-    edit->SetLinePos(3);
-    EXPECT_EQ(edit->LinePos(), 0);
-}
-
-TEST_F(CaretTest, ALineScrollsOneRowSoonerThanAColumn)
+TEST_F(CaretTest, LinePosIsClampedAndALineScrollsOneRowSoonerThanAColumn)
 {
     TScrollBar& v = edit->VScrollBar();
     TScrollBar& h = edit->HScrollBar();
@@ -53,6 +42,14 @@ TEST_F(CaretTest, ALineScrollsOneRowSoonerThanAColumn)
         edit->SetCharPos(column);
         EXPECT_EQ(h.Position(), left) << "column " << column;
     }
+
+    for (const auto& [to, clamped] : {std::pair{-5, 0}, {305, 299}}) {
+        edit->SetLinePos(to);
+        EXPECT_EQ(edit->LinePos(), clamped);
+    }
+    edit->SetText(u"");
+    edit->SetLinePos(3);
+    EXPECT_EQ(edit->LinePos(), 0);
 }
 
 TEST_F(CaretTest, CursorChangeFiresOnEveryCallOfEitherSetter)

@@ -118,7 +118,7 @@ TEST_F(Keys, CtrlASelectsAllWithTheKeyGoneBeforeTheApplicationSeesIt)
     EXPECT_EQ(Caret(), Point(1, 0));
 }
 
-TEST_F(Keys, DeleteRemovesTheCharacterOrTheLineBreakRightOfTheCaret)
+TEST_F(Keys, DeleteRemovesRightOfTheCaretAndOnAReadOnlyControlLeavesAOneColumnSelection)
 {
     Start(u"abc\r\ndef", Point(1, 0));
     Press(*edit, Qt::Key_Delete);
@@ -137,10 +137,7 @@ TEST_F(Keys, DeleteRemovesTheCharacterOrTheLineBreakRightOfTheCaret)
     Select(Point(0, 0), Point(1, 1));
     Press(*edit, Qt::Key_Delete);  // a selection goes whole
     EXPECT_EQ(edit->Text(), u"ef\r\n");
-}
 
-TEST_F(Keys, DeleteOnAReadOnlyControlLeavesItsOneColumnSelection)
-{
     Start(u"abc", Point(1, 0));
     edit->SetReadOnly(true);
     Press(*edit, Qt::Key_Delete);

@@ -36,7 +36,7 @@ protected:
     }
 };
 
-TEST_F(Mouse, PressPutsTheCaretOnTheCellUnderThePoint)
+TEST_F(Mouse, PressPutsTheCaretOnTheCellUnderThePointCountedFromTheView)
 {
     Start(u"abc\r\ndefgh\r\nij");
     Click(Cell(3, 1));
@@ -55,10 +55,8 @@ TEST_F(Mouse, PressPutsTheCaretOnTheCellUnderThePoint)
     edit->HScrollBar().SetPosition(10);  // the point counts from the scrolled view
     Click(Cell(12, 0));
     EXPECT_EQ(Caret(), Point(12, 0));
-}
 
-TEST_F(Mouse, PressWithTheGutterHiddenStillSubtractsItsWidth)
-{
+    // with the gutter hidden the press still subtracts its width
     Start(u"abc");
     edit->HScrollBar().SetPosition(10);
     edit->SetShowGuttor(false);
@@ -70,7 +68,7 @@ TEST_F(Mouse, PressWithTheGutterHiddenStillSubtractsItsWidth)
     EXPECT_EQ(y, 0);
 }
 
-TEST_F(Mouse, DragSelectsInBothDirectionsWithTheSameText)
+TEST_F(Mouse, DragSelectsInBothDirectionsAndScrollsPastTheBottom)
 {
     Start(u"first line\r\nsecond line\r\nthird line");
     Drag(Cell(2, 0), {Cell(3, 0), Cell(4, 2)});
@@ -85,10 +83,7 @@ TEST_F(Mouse, DragSelectsInBothDirectionsWithTheSameText)
     Drag(Cell(5, 1), {Cell(5, 1) + QPoint(1, 0), Cell(8, 2), Cell(5, 1)});  // back where it began: empty
     EXPECT_EQ(edit->SelLength(), 0);
     EXPECT_EQ(Caret(), Point(5, 1));
-}
 
-TEST_F(Mouse, DragPastTheBottomScrollsTheView)
-{
     String text;
     for (int i = 0; i < 200; ++i)
         text += u"line\r\n";

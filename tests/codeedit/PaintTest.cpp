@@ -69,7 +69,7 @@ TEST_F(PaintTest, GutterShowsFaceWithTwoRulesAtItsRightEdgeOrTheTextStartsAtTheL
     EXPECT_EQ(Row(without, 0, 3), "yyw");
 }
 
-TEST_F(PaintTest, RightMarginStandsAtItsColumnAndGoesWhenScrolledPast)
+TEST_F(PaintTest, RightMarginFrameAndCornerAreDrawnWhereTheyBelong)
 {
     edit->SetRightMargin(10);
     edit->SetRightMarginColor(clRed);
@@ -83,6 +83,15 @@ TEST_F(PaintTest, RightMarginStandsAtItsColumnAndGoesWhenScrolledPast)
     EXPECT_EQ(PixelAt(image, gw + 2, 100), Drawn(clRed));
     edit->HScrollBar().SetPosition(11);
     EXPECT_EQ(CountPixels(Render(*edit), Rect(0, 0, 400, 300), Drawn(clRed)), 0);
+
+    // the frame is drawn only without the 3D look, and the corner between the bars is face
+    image = Render(*edit);
+    EXPECT_NE(PixelAt(image, 30, 0), Drawn(clBlack));
+    EXPECT_EQ(PixelAt(image, 399, 299), Drawn(clBtnFace));
+    edit->SetCtl3D(false);
+    image = Render(*edit);
+    EXPECT_EQ(PixelAt(image, 30, 0), Drawn(clBlack));
+    EXPECT_EQ(PixelAt(image, 0, 30), Drawn(clBlack));
 }
 
 TEST_F(PaintTest, TokensTakeTheColoursTheParserGives)
@@ -195,17 +204,6 @@ TEST_F(PaintTest, TextEndingAboveTheBottomLeavesTheRestBlank)
     const int lh = edit->GetLineWidth();
     EXPECT_EQ(CountPixels(image, Rect(gw, lh, 350, 250), Drawn(clWindow)), (350 - gw) * (250 - lh));
     EXPECT_FALSE(edit->Modified());  // painting does not mark the text modified
-}
-
-TEST_F(PaintTest, FrameIsDrawnOnlyWithout3DLookAndTheCornerBetweenTheBarsIsFace)
-{
-    QImage image = Render(*edit);
-    EXPECT_NE(PixelAt(image, 30, 0), Drawn(clBlack));
-    EXPECT_EQ(PixelAt(image, 399, 299), Drawn(clBtnFace));
-    edit->SetCtl3D(false);
-    image = Render(*edit);
-    EXPECT_EQ(PixelAt(image, 30, 0), Drawn(clBlack));
-    EXPECT_EQ(PixelAt(image, 0, 30), Drawn(clBlack));
 }
 
 }  // namespace

@@ -30,7 +30,7 @@ protected:
     ModalScript script;
 };
 
-TEST_F(SearchDialog, EachChangeOfTypeSwapsTheButtonsAndResizes)
+TEST_F(SearchDialog, EachChangeOfTypeSwapsTheButtonsResizesAndTurnsTheGetters)
 {
     // It comes up as a find dialog without tabs, though the definition stores the replace page.
     EXPECT_EQ(Layout(), "Find Text tsFind 276 ok 240 all 162 hidden");
@@ -46,10 +46,8 @@ TEST_F(SearchDialog, EachChangeOfTypeSwapsTheButtonsAndResizes)
     EXPECT_EQ(Layout(), "Replace Text tsReplace 319 ok 162 all 240");
     dlg->SetDlgType(search);
     EXPECT_EQ(Layout(), "Find Text tsFind 276 ok 240 all 162 hidden");
-}
 
-TEST_F(SearchDialog, GettersHandOutTheControlsOfTheActivePage)
-{
+    // the getters hand out the controls of the active page
     EXPECT_EQ(dlg->rgScope(), dlg->rgSearchScope);
     EXPECT_EQ(dlg->edtTextToFind(), dlg->edtSearchTextToFind);
     dlg->rgScope()->SetItemIndex(1);

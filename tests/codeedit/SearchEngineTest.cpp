@@ -136,7 +136,7 @@ TEST_F(SearchEngine, PassesWalkTheHitsInTheirDirectionWithTheCaretAtTheSelection
     EXPECT_EQ(Selection(), "2,0-3,0");
 }
 
-TEST_F(SearchEngine, SelectedTextOverLinesLimitsTheFirstHitOnly)
+TEST_F(SearchEngine, SelectedTextLimitsTheFirstHitOnlyTheSameInBothDirections)
 {
     Start(u"a1\r\na2\r\na3\r\na4");
     Select(Point(1, 0), Point(1, 2));
@@ -146,17 +146,13 @@ TEST_F(SearchEngine, SelectedTextOverLinesLimitsTheFirstHitOnly)
     SearchAgain();
     SearchAgain();
     EXPECT_EQ(Selection(), "0,3-1,3");  // on past the selection's end
-}
 
-TEST_F(SearchEngine, SelectedTextOnOneLineGivesTheSameLimitsInBothDirections)
-{
     for (const bool rightToLeft : {false, true}) {
         SCOPED_TRACE(rightToLeft);
         Start(u"a b a b a");
         rightToLeft ? Select(Point(7, 0), Point(2, 0)) : Select(Point(2, 0), Point(7, 0));
         // the selection holds a blank: no text taken, the last one stays
-        EXPECT_EQ(Open(false, {.Find = u"a", .Backward = true, .Origin = 1}),
-                  std::string(rightToLeft ? "'a'" : "''") + " scope 1 origin 0");
+        EXPECT_EQ(Open(false, {.Find = u"a", .Backward = true, .Origin = 1}), "'a' scope 1 origin 0");
         Pass();
         EXPECT_EQ(Selection(), "5,0-4,0");  // the a behind the selection's end is not found
     }
@@ -193,7 +189,7 @@ TEST_F(SearchEngine, ReplaceOnceLeavesADeleteAndAPasteRecord)
     EXPECT_EQ(Line(0), u"x a y");
 }
 
-TEST_F(SearchEngine, ReplaceWithPromptAnsweredNoKeepsTheHitSelected)
+TEST_F(SearchEngine, AnswersNoAndCancelEndTheChainWithTheHitSelected)
 {
     Start(u"a a");
     script.Answers = {idNo};
@@ -203,6 +199,14 @@ TEST_F(SearchEngine, ReplaceWithPromptAnsweredNoKeepsTheHitSelected)
     ASSERT_EQ(script.Boxes.size(), 1u);  // no further pass, no message
     EXPECT_EQ(script.Boxes[0].Kind, TMsgBoxKind::mbYesNo);
     EXPECT_EQ(script.Boxes[0].Text, AskA);
+
+    Start(u"a a a");  // Cancel ends a replace-all
+    script.Boxes.clear();
+    script.Answers = {idYes, idCancel};
+    Open(true, {.Find = u"a", .ReplaceWith = u"x", .Prompt = true, .Result = mrYesToAll});
+    RunChain();
+    EXPECT_EQ(State(), "x a a| @3,0 [2,0-3,0]");
+    EXPECT_EQ(script.Boxes.size(), 2u);
 }
 
 TEST_F(SearchEngine, ReplaceAllRunsItsChainToTheMessageAtTheEnd)
@@ -236,16 +240,6 @@ TEST_F(SearchEngine, ReplaceAllRunsItsChainToTheMessageAtTheEnd)
             EXPECT_EQ(edit->UndoList().Count(), records);
         }
     }
-}
-
-TEST_F(SearchEngine, CancelEndsTheChainWithTheHitSelected)
-{
-    Start(u"a a a");
-    script.Answers = {idYes, idCancel};
-    Open(true, {.Find = u"a", .ReplaceWith = u"x", .Prompt = true, .Result = mrYesToAll});
-    RunChain();
-    EXPECT_EQ(State(), "x a a| @3,0 [2,0-3,0]");
-    EXPECT_EQ(script.Boxes.size(), 2u);
 }
 
 TEST_F(SearchEngine, NothingToRepeatBeforeADialogAndAnEmptyTextEndsTheSearch)

@@ -69,8 +69,21 @@ TEST_F(UndoReplay, StackKeepsTheNewestHundred)
     EXPECT_FALSE(edit->CanUndo());
 }
 
-TEST_F(UndoReplay, RecordsThatCannotBePlayedGoAnyway)
+TEST_F(UndoReplay, RecordsOutliveANewTextAndGoEvenWhenTheyCannotBePlayed)
 {
+    Start(u"abc", Point(3, 0));
+    Type(*edit, QStringLiteral("d"));
+    Press(*edit, Qt::Key_Backspace);
+    edit->SetText(u"wxyz");
+    edit->SetReadOnly(true);
+    Undo();  // the put-back path ignores read-only
+    EXPECT_EQ(Line(0), u"wxydz");
+    Undo();  // the delete path is refused, and the record goes
+    EXPECT_EQ(State(), "wxydz| @3,0");
+    EXPECT_FALSE(edit->CanUndo());
+
+    // a record that cannot be played goes all the same
+    edit->SetReadOnly(false);
     Start(u"abc");
     edit->UndoList().AddUndo(ctNone, Point(0, 0), Point(1, 0), Point(0, 0), u"");
     try {
@@ -83,21 +96,7 @@ TEST_F(UndoReplay, RecordsThatCannotBePlayedGoAnyway)
     EXPECT_EQ(edit->Text(), u"abc\r\n");
 }
 
-TEST_F(UndoReplay, RecordsOutliveANewTextAndAReadOnlyControlOnlyPutsBack)
-{
-    Start(u"abc", Point(3, 0));
-    Type(*edit, QStringLiteral("d"));
-    Press(*edit, Qt::Key_Backspace);
-    edit->SetText(u"wxyz");
-    edit->SetReadOnly(true);
-    Undo();  // the put-back path ignores read-only
-    EXPECT_EQ(Line(0), u"wxydz");
-    Undo();  // the delete path is refused, and the record goes
-    EXPECT_EQ(State(), "wxydz| @3,0");
-    EXPECT_FALSE(edit->CanUndo());
-}
-
-TEST_F(UndoReplay, NeighbouringBreakCharactersMakeOneBreak)
+TEST_F(UndoReplay, NeighbouringBreakCharactersMakeOneBreakAndAddCodeGoesInFrontOfTheLastLine)
 {
     Start(u"");
     edit->InsertText(ctPaste, u"a\r\nb\n\rc\r\rd\n\ne\r\n\r\nf\ng");
@@ -105,10 +104,7 @@ TEST_F(UndoReplay, NeighbouringBreakCharactersMakeOneBreak)
     Start(u"xy", Point(1, 0));
     edit->InsertText(ctPaste, u"1\r\n2\r\n");
     EXPECT_EQ(State(), "x1|2|y| @0,2");
-}
 
-TEST_F(UndoReplay, AddCodeGoesInFrontOfTheLastLine)
-{
     Start(u"begin\r\nend");
     edit->AddCode(u"x;\r\n");
     EXPECT_EQ(edit->Text(), u"begin\r\nx;\r\nend\r\n");
