@@ -100,18 +100,14 @@ TEST_F(Accessibility, RoleAndStatesFollowTheControlAndItsDataAwareKind)
         ASSERT_NE(iface->textInterface(), nullptr);
         ASSERT_NE(iface->editableTextInterface(), nullptr);
     }
-    QAccessibleInterface* iface = Interface();
-    QAccessible::State state = iface->state();
-    EXPECT_TRUE(state.editable);
-    EXPECT_FALSE(state.readOnly);
-    EXPECT_TRUE(state.multiLine);
-    EXPECT_TRUE(state.focusable);
-    EXPECT_TRUE(state.focused);
-
+    const auto states = [this] {
+        const QAccessible::State st = Interface()->state();
+        return std::string(st.editable ? "editable " : "") + (st.readOnly ? "read-only " : "") +
+               (st.multiLine ? "multi-line " : "") + (st.focusable ? "focusable " : "") + (st.focused ? "focused" : "");
+    };
+    EXPECT_EQ(states(), "editable multi-line focusable focused");
     edit->SetReadOnly(true);
-    state = iface->state();
-    EXPECT_TRUE(state.readOnly);
-    EXPECT_FALSE(state.editable);
+    EXPECT_EQ(states(), "read-only multi-line focusable focused");
 }
 
 TEST_F(Accessibility, TextCountsEveryLineBreakAsCrLf)

@@ -3,17 +3,14 @@
 // leaving the control and on posting, refusals that keep the typed text, and
 // faults of the database under it: a connection that may not write, a full
 // database, the record deleted and the table dropped by another connection.
+#include "codeedit/EditorFixture.h"
 #include "codeedit/uSxDbCodeEdit.h"
 #include "platform/Clipboard.h"
 #include "platform/SqliteDataSet.h"
-#include "support/Keyboard.h"
-#include "support/RenderHelpers.h"
 #include "support/TempDatabase.h"
 
 #include <QApplication>
 #include <QLineEdit>
-
-#include <gtest/gtest.h>
 
 #include <functional>
 
@@ -22,7 +19,7 @@ using namespace sx::test;
 
 namespace {
 
-class DbCodeEdit : public ::testing::Test {
+class DbCodeEdit : public EditorTestOf<TSxDbCodeEdit> {
 protected:
     void SetUp() override
     {
@@ -54,13 +51,6 @@ protected:
         other->setFocus();
         QApplication::processEvents();
     }
-    void PlaceCaret(TPoint caret, TPoint anchor)
-    {
-        edit->SetLinePos(caret.Y);
-        edit->SetCharPos(caret.X);
-        edit->SetSelEnd(anchor);
-    }
-    TPoint Caret() const { return Point(edit->CharPos(), edit->LinePos()); }
     String Stored(const char* column) { return db.Scalar(std::string("SELECT ") + column + " FROM scripts WHERE id = 1"); }
 
     /// The message of the refused post, or "<posted>".
@@ -99,8 +89,6 @@ protected:
     TComponent owner{nullptr};
     TSqliteDataSet* dataSet = new TSqliteDataSet(&owner);
     TDataSource* source = new TDataSource(&owner);
-    Host host;
-    TSxDbCodeEdit* edit = host.Add<TSxDbCodeEdit>(400, 300);
     QLineEdit* other = new QLineEdit(&host.Window());
     int loads = 0;
     String reported;
@@ -129,7 +117,7 @@ TEST_F(DbCodeEdit, TheFirstKeyGoesToEditStateAndKeepsCaretAndSelection)
 {
     int changes = 0;
     edit->SetOnChange([&](TObject*) { ++changes; });
-    PlaceCaret(Point(6, 1), Point(2, 1));
+    Select(Point(2, 1), Point(6, 1));
     Type(*edit, QStringLiteral("x"));
     EXPECT_EQ(dataSet->State(), dsEdit);
     EXPECT_EQ(edit->Lines().Get(1), u"  xeln('Hi');");
@@ -139,7 +127,7 @@ TEST_F(DbCodeEdit, TheFirstKeyGoesToEditStateAndKeepsCaretAndSelection)
 
     dataSet->Cancel();
     EXPECT_EQ(edit->Text(), HelloSource);
-    PlaceCaret(Point(5, 0), Point(1, 0));
+    Select(Point(1, 0), Point(5, 0));
     Press(*edit, Qt::Key_Delete);
     EXPECT_EQ(edit->Lines().Get(0), u"b");
     EXPECT_EQ(dataSet->State(), dsEdit);
@@ -149,7 +137,7 @@ TEST_F(DbCodeEdit, WithoutAutoEditEditingKeysEndSilently)
 {
     source->SetAutoEdit(false);
     Clipboard().SetAsText(u"pasted");
-    PlaceCaret(Point(3, 0), Point(0, 0));
+    Select(Point(0, 0), Point(3, 0));
     for (const auto& [key, modifiers] : {std::pair{Qt::Key_X, Qt::NoModifier}, {Qt::Key_Delete, Qt::NoModifier},
                                         {Qt::Key_Insert, Qt::NoModifier}, {Qt::Key_V, Qt::ControlModifier}}) {
         aborted = false;
@@ -168,7 +156,7 @@ TEST_F(DbCodeEdit, WithoutAutoEditEditingKeysEndSilently)
 TEST_F(DbCodeEdit, LeavingTheControlWritesTheText)
 {
     Bind(u"name");
-    PlaceCaret(Point(5, 0), Point(5, 0));
+    Select(Point(5, 0), Point(5, 0));
     Type(*edit, QStringLiteral("!"));
     MoveFocusAway();
     EXPECT_EQ(dataSet->FieldByName(u"name")->AsString(), u"hello!\r\n");
@@ -181,7 +169,7 @@ TEST_F(DbCodeEdit, LeavingTheControlWritesTheText)
 
     Bind(u"source");
     Focus(*edit);
-    PlaceCaret(Point(3, 2), Point(3, 2));
+    Select(Point(3, 2), Point(3, 2));
     Type(*edit, QStringLiteral("d"));
     MoveFocusAway();
     EXPECT_EQ(Caret(), Point(4, 2));  // a BLOB is not read again
@@ -209,7 +197,7 @@ TEST_F(DbCodeEdit, AFieldThatRefusesOnExitKeepsFocusAndText)
         if (field->AsString().find(u"bad") != String::npos)
             throw EDatabaseError(u"No bad names");
     };
-    PlaceCaret(Point(0, 0), Point(0, 0));
+    Select(Point(0, 0), Point(0, 0));
     Type(*edit, QStringLiteral("bad"));
     MoveFocusAway();
     EXPECT_EQ(reported, u"No bad names");
@@ -238,7 +226,7 @@ TEST_F(DbCodeEdit, TheFieldsReadOnlyOverridesTheApplications)
 
 TEST_F(DbCodeEdit, InsertShowsTheNewRecordWhereEditLeavesTheText)
 {
-    PlaceCaret(Point(3, 1), Point(3, 1));
+    Select(Point(3, 1), Point(3, 1));
     dataSet->Edit();
     EXPECT_EQ(edit->Text(), HelloSource);
     EXPECT_EQ(Caret(), Point(3, 1));

@@ -15,7 +15,9 @@ namespace sx::test {
 /// A point as "x,y".
 inline std::string At(TPoint p) { return std::to_string(p.X) + "," + std::to_string(p.Y); }
 
-class EditorTest : public ::testing::Test {
+/// The fixture over a control of type T: the code edit control or a kind of it.
+template <class T>
+class EditorTestOf : public ::testing::Test {
 protected:
     void SetUp() override { Focus(*edit); }
 
@@ -54,7 +56,9 @@ protected:
     }
 
     Host host;
-    TSxCodeEdit* edit = host.Add<TSxCodeEdit>(400, 300);
+    T* edit = host.Add<T>(400, 300);
 };
+
+using EditorTest = EditorTestOf<TSxCodeEdit>;
 
 }  // namespace sx::test

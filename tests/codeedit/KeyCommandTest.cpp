@@ -81,7 +81,7 @@ TEST_F(Keys, PageKeysMoveByThePageAndKeepTheColumn)
     EXPECT_EQ(Caret(), Point(9, 0));  // clamped at the top
 }
 
-TEST_F(Keys, ShiftExtendsTheSelectionAndItsAbsenceCollapsesIt)
+TEST_F(Keys, ShiftExtendsTheSelectionCtrlASelectsAllAndTheApplicationSeesTheKeysFirst)
 {
     Start(u"abcdef\r\nghijkl", Point(2, 0));
     Press(*edit, Qt::Key_Right, Qt::ShiftModifier);
@@ -95,10 +95,8 @@ TEST_F(Keys, ShiftExtendsTheSelectionAndItsAbsenceCollapsesIt)
     Select(Point(0, 0), Point(1, 0));
     Press(*edit, Qt::Key_Up);  // an arrow that cannot move collapses all the same
     EXPECT_EQ(edit->SelLength(), 0);
-}
 
-TEST_F(Keys, CtrlASelectsAllWithTheKeyGoneBeforeTheApplicationSeesIt)
-{
+    // Ctrl+A selects all, with the key gone before the application sees it
     Start(u"one\r\ntwo\r\nthree", Point(1, 1));
     Word seen = 0xFFFF;
     edit->OnKeyDown = [&](TObject*, Word& key, TShiftState) { seen = key; };

@@ -136,7 +136,7 @@ TEST_F(SearchEngine, PassesWalkTheHitsInTheirDirectionWithTheCaretAtTheSelection
     EXPECT_EQ(Selection(), "2,0-3,0");
 }
 
-TEST_F(SearchEngine, SelectedTextLimitsTheFirstHitOnlyTheSameInBothDirections)
+TEST_F(SearchEngine, TheSelectionFillsTheTextBoxOrLimitsTheFirstHitTheSameInBothDirections)
 {
     Start(u"a1\r\na2\r\na3\r\na4");
     Select(Point(1, 0), Point(1, 2));
@@ -156,10 +156,8 @@ TEST_F(SearchEngine, SelectedTextLimitsTheFirstHitOnlyTheSameInBothDirections)
         Pass();
         EXPECT_EQ(Selection(), "5,0-4,0");  // the a behind the selection's end is not found
     }
-}
 
-TEST_F(SearchEngine, TheSelectionFillsTheTextBoxOrStartsAnEmptyRange)
-{
+    // a selection of one line without blanks fills the text box; with a blank it only limits the range
     Start(u"foo bar");
     Select(Point(4, 0), Point(7, 0));
     EXPECT_EQ(Open(false, {.Result = mrCancel}), "'bar' scope 0 origin 0");
