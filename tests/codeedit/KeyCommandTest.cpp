@@ -81,32 +81,41 @@ TEST_F(Keys, PageKeysMoveByThePageAndKeepTheColumn)
     EXPECT_EQ(Caret(), Point(9, 0));  // clamped at the top
 }
 
-TEST_F(Keys, ShiftExtendsTheSelectionCtrlASelectsAllAndTheApplicationSeesTheKeysFirst)
+TEST_F(Keys, SelectingAndDeletingKeys)
 {
-    Start(u"abcdef\r\nghijkl", Point(2, 0));
-    Press(*edit, Qt::Key_Right, Qt::ShiftModifier);
-    Press(*edit, Qt::Key_Down, Qt::ShiftModifier);
-    EXPECT_EQ(State(), "abcdef|ghijkl| @3,1 [3,1-2,0]");
-    Press(*edit, Qt::Key_End, Qt::ShiftModifier | Qt::ControlModifier);
-    EXPECT_EQ(Selected(), u"cdef\r\nghijkl");
-    Press(*edit, Qt::Key_Left);
-    EXPECT_EQ(edit->SelEnd(), edit->SelStart());
-    Start(u"abc", Point(1, 0));
-    Select(Point(0, 0), Point(1, 0));
-    Press(*edit, Qt::Key_Up);  // an arrow that cannot move collapses all the same
-    EXPECT_EQ(edit->SelLength(), 0);
+    constexpr auto None = Qt::NoModifier, Shift = Qt::ShiftModifier, Ctrl = Qt::ControlModifier;
+    const char16_t* const two = u"abcdef\r\nghijkl";
+    const struct { const char16_t* text; TPoint anchor, caret; Qt::Key key; Qt::KeyboardModifiers modifiers; const char* after; } cases[] = {
+        // Shift extends the selection, Ctrl with it too, and its absence collapses it
+        {two, Point(2, 0), Point(2, 0), Qt::Key_Right, Shift, "abcdef|ghijkl| @3,0 [3,0-2,0]"},
+        {two, Point(2, 0), Point(3, 0), Qt::Key_Down, Shift, "abcdef|ghijkl| @3,1 [3,1-2,0]"},
+        {two, Point(2, 0), Point(3, 1), Qt::Key_End, Shift | Ctrl, "abcdef|ghijkl| @6,1 [6,1-2,0]"},
+        {two, Point(2, 0), Point(6, 1), Qt::Key_Left, None, "abcdef|ghijkl| @5,1"},
+        {two, Point(0, 0), Point(1, 0), Qt::Key_Up, None, "abcdef|ghijkl| @1,0"},  // an arrow that cannot move collapses too
+        // Ctrl+A selects all
+        {u"one\r\ntwo\r\nthree", Point(1, 1), Point(1, 1), Qt::Key_A, Ctrl, "one|two|three| @5,2 [5,2-0,0]"},
+        {u"", Point(0, 0), Point(0, 0), Qt::Key_A, Ctrl, " @0,0"},
+        // Delete takes the character right of the caret, or the line break behind the line's end
+        {u"abc\r\ndef", Point(1, 0), Point(1, 0), Qt::Key_Delete, None, "ac|def| @1,0"},
+        {u"ac\r\ndef", Point(5, 0), Point(5, 0), Qt::Key_Delete, None, "acdef| @5,0"},
+        {u"acdef", Point(5, 0), Point(5, 0), Qt::Key_Delete, None, "acdef| @5,0"},  // at the very end: nothing
+        {u"abc\r\ndef", Point(0, 0), Point(1, 1), Qt::Key_Delete, None, "ef| @0,0"},  // a selection goes whole
+    };
+    for (const auto& c : cases) {
+        Start(c.text);
+        Select(c.anchor, c.caret);
+        Press(*edit, c.key, c.modifiers);
+        EXPECT_EQ(State(), c.after) << StrToUtf8(c.text) << " from " << At(c.caret) << " key " << c.key;
+    }
+}
 
-    // Ctrl+A selects all, with the key gone before the application sees it
-    Start(u"one\r\ntwo\r\nthree", Point(1, 1));
+TEST_F(Keys, TheApplicationSeesTheKeysFirstAndCtrlAIsGoneBeforeIt)
+{
+    Start(u"abc", Point(1, 0));
     Word seen = 0xFFFF;
     edit->OnKeyDown = [&](TObject*, Word& key, TShiftState) { seen = key; };
     Press(*edit, Qt::Key_A, Qt::ControlModifier);
     EXPECT_EQ(seen, 0);
-    EXPECT_EQ(State(), "one|two|three| @5,2 [5,2-0,0]");
-    Start(u"");
-    Press(*edit, Qt::Key_A, Qt::ControlModifier);
-    EXPECT_EQ(State(), " @0,0");
-
     edit->OnKeyDown = [](TObject*, Word& key, TShiftState) {  // the application may cancel a move
         if (key == VK_RIGHT)
             key = 0;
@@ -116,25 +125,15 @@ TEST_F(Keys, ShiftExtendsTheSelectionCtrlASelectsAllAndTheApplicationSeesTheKeys
     EXPECT_EQ(Caret(), Point(1, 0));
 }
 
-TEST_F(Keys, DeleteRemovesRightOfTheCaretAndOnAReadOnlyControlLeavesAOneColumnSelection)
+TEST_F(Keys, DeleteWritesARecordEvenAtTheEndAndOnAReadOnlyControlLeavesAOneColumnSelection)
 {
-    Start(u"abc\r\ndef", Point(1, 0));
+    Start(u"abc", Point(3, 0));
     Press(*edit, Qt::Key_Delete);
-    EXPECT_EQ(Line(0), u"ac");
-    edit->SetCharPos(5);  // behind the end: the next line comes right behind the text
-    Press(*edit, Qt::Key_Delete);
-    EXPECT_EQ(State(), "acdef| @5,0");
-    Press(*edit, Qt::Key_Delete);  // at the very end: the text stays, a record is written
-    EXPECT_EQ(edit->Text(), u"acdef\r\n");
-    EXPECT_EQ(edit->UndoList().Count(), 3);
-
+    EXPECT_EQ(edit->UndoList().Count(), 1);
     Start(u"abc\r\ndef", Point(1, 0));
     Press(*edit, Qt::Key_Delete, Qt::ShiftModifier);  // Shift+Delete cuts
     EXPECT_EQ(Clipboard().AsText(), u"b");
     EXPECT_EQ(edit->UndoList().Items(edit->UndoList().Count() - 1)->ChangeType(), ctCut);
-    Select(Point(0, 0), Point(1, 1));
-    Press(*edit, Qt::Key_Delete);  // a selection goes whole
-    EXPECT_EQ(edit->Text(), u"ef\r\n");
 
     Start(u"abc", Point(1, 0));
     edit->SetReadOnly(true);

@@ -174,10 +174,10 @@ TEST_F(PaintTest, PaintThatStartsInsideACommentTakesTheStoredLineKind)
     EXPECT_EQ(Row(image, 2, 1), "y");  // "four" is not
 
     // a jump to text that was never painted knows no comment from above
-    String far(u"{");
+    String jump(u"{");
     for (int i = 0; i < 100; ++i)
-        far += u"\r\nx";
-    edit->Lines().SetText(far);
+        jump += u"\r\nx";
+    edit->Lines().SetText(jump);
     edit->VScrollBar().SetPosition(90);
     EXPECT_EQ(Row(Render(*edit), 0, 1), "y");
 

@@ -15,18 +15,13 @@ using namespace sx::test;
 
 namespace {
 
-TCanvas& WhiteCanvas(TBitmap& b, int w, int h)
-{
-    b.SetSize(w, h);
-    b.Canvas().Brush().Color = clWhite;
-    b.Canvas().FillRect(Rect(0, 0, w, h));
-    return b.Canvas();
-}
-
 TEST(Canvas, RectanglesAndLinesExcludeTheirRightAndBottomEdges)
 {
     TBitmap b;
-    TCanvas& c = WhiteCanvas(b, 20, 20);
+    b.SetSize(20, 20);
+    TCanvas& c = b.Canvas();
+    c.Brush().Color = clWhite;
+    c.FillRect(Rect(0, 0, 20, 20));
     c.Pen().Color = clRed;
     c.Brush().Color = clBlue;
     c.Rectangle(2, 2, 6, 6);
