@@ -1,11 +1,10 @@
-// Cut, copy and paste as messages, with the clipboard's text in CR LF lines.
+// Cut, copy and paste as messages, sent or posted, with the clipboard's text
+// in CR LF lines.
 #include "codeedit/EditorFixture.h"
-
 #include "platform/Clipboard.h"
 
 using namespace sx;
 using namespace sx::test;
-using namespace sx::uSxCodeEdit;
 
 namespace {
 
@@ -17,16 +16,13 @@ TEST_F(ClipboardCommands, CutAndCopyRoundTripWithCrLfBetweenLines)
     Select(Point(1, 0), Point(2, 2));
     SendMessage(edit, WM_COPY);
     EXPECT_EQ(Clipboard().AsText(), u"ne\r\ntwo\r\nth");
-    EXPECT_EQ(edit->SelStart(), Point(2, 2));  // copy leaves caret and selection
-    EXPECT_EQ(edit->SelEnd(), Point(1, 0));
+    EXPECT_EQ(State(), "one|two|three| @2,2 [2,2-1,0]");  // copy leaves caret and selection
 
     SendMessage(edit, WM_CUT);
     EXPECT_EQ(edit->Text(), u"oree\r\n");
     EXPECT_EQ(Clipboard().AsText(), u"ne\r\ntwo\r\nth");
-    SendMessage(edit, WM_UNDO);
-    EXPECT_EQ(edit->Text(), u"one\r\ntwo\r\nthree\r\n");
-    EXPECT_EQ(edit->SelStart(), Point(1, 0));
-    EXPECT_EQ(edit->SelEnd(), Point(2, 2));
+    Undo();
+    EXPECT_EQ(State(), "one|two|three| @2,2 [1,0-2,2]");
 
     edit->SetLinePos(0);
     edit->SetCharPos(0);
@@ -53,40 +49,24 @@ TEST_F(ClipboardCommands, WithNothingSelectedCutAndCopyEmptyTheClipboard)
     EXPECT_EQ(Clipboard().AsText(), u"");
     SendMessage(edit, WM_COPY);  // copy works on a read-only control
     EXPECT_EQ(Clipboard().AsText(), u"ab");
+    Clipboard().SetAsText(u"t");
+    EXPECT_TRUE(edit->CanPaste());  // CanPaste wants text whatever read-only says
 }
 
-TEST_F(ClipboardCommands, PasteOverASelectionTakesTwoUndoSteps)
+TEST_F(ClipboardCommands, PostedPasteOverASelectionTakesTwoUndoSteps)
 {
-    Start(u"hello world", Point(0, 0));
+    Start(u"hello world");
     Clipboard().SetAsText(u"big\nwide");
     Select(Point(6, 0), Point(11, 0));
-    SendMessage(edit, WM_PASTE);
-    EXPECT_EQ(edit->Text(), u"hello big\r\nwide\r\n");
-    EXPECT_EQ(edit->SelLength(), 0);
-    SendMessage(edit, WM_UNDO);
-    EXPECT_EQ(edit->Text(), u"hello \r\n");
-    SendMessage(edit, WM_UNDO);
-    EXPECT_EQ(edit->Text(), u"hello world\r\n");
-}
-
-TEST_F(ClipboardCommands, CanPasteWantsTextWhateverReadOnlySays)
-{
-    edit->SetReadOnly(true);
-    Clipboard().SetAsText(u"t");
-    EXPECT_TRUE(edit->CanPaste());
-}
-
-TEST_F(ClipboardCommands, ApplicationsPostTheMessagesToo)
-{
-    Start(u"abc", Point(3, 0));
-    Clipboard().SetAsText(u"!");
     PostMessage(edit, WM_PASTE);
-    EXPECT_EQ(Line(0), u"abc");
+    EXPECT_EQ(Line(0), u"hello world");  // posted: it runs with the queue
     ProcessPostedMessages();
-    EXPECT_EQ(Line(0), u"abc!");
+    EXPECT_EQ(State(), "hello big|wide| @4,1");
     PostMessage(edit, WM_UNDO);
     ProcessPostedMessages();
-    EXPECT_EQ(Line(0), u"abc");
+    EXPECT_EQ(edit->Text(), u"hello \r\n");
+    Undo();
+    EXPECT_EQ(edit->Text(), u"hello world\r\n");
 }
 
 }  // namespace

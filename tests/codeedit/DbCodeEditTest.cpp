@@ -1,24 +1,25 @@
 // The data-aware control on a real SQLite file, typed into through real key
 // events: loading, the step into edit state, the silent refusal, write-back on
-// leaving the control and on posting, and refusals that keep the typed text.
+// leaving the control and on posting, refusals that keep the typed text, and
+// faults of the database under it: a connection that may not write, a full
+// database, the record deleted and the table dropped by another connection.
+#include "codeedit/EditorFixture.h"
 #include "codeedit/uSxDbCodeEdit.h"
 #include "platform/Clipboard.h"
 #include "platform/SqliteDataSet.h"
-#include "support/Keyboard.h"
-#include "support/RenderHelpers.h"
 #include "support/TempDatabase.h"
 
 #include <QApplication>
 #include <QLineEdit>
 
-#include <gtest/gtest.h>
+#include <functional>
 
 using namespace sx;
 using namespace sx::test;
 
 namespace {
 
-class DbCodeEdit : public ::testing::Test {
+class DbCodeEdit : public EditorTestOf<TSxDbCodeEdit> {
 protected:
     void SetUp() override
     {
@@ -50,21 +51,44 @@ protected:
         other->setFocus();
         QApplication::processEvents();
     }
-    void PlaceCaret(TPoint caret, TPoint anchor)
-    {
-        edit->SetLinePos(caret.Y);
-        edit->SetCharPos(caret.X);
-        edit->SetSelEnd(anchor);
-    }
-    TPoint Caret() const { return Point(edit->CharPos(), edit->LinePos()); }
     String Stored(const char* column) { return db.Scalar(std::string("SELECT ") + column + " FROM scripts WHERE id = 1"); }
+
+    /// The message of the refused post, or "<posted>".
+    String RefusedPost()
+    {
+        try {
+            dataSet->Post();
+        } catch (const EDatabaseError& e) {
+            return e.Message();
+        }
+        return u"<posted>";
+    }
+    /// Types, brings the cause about, lets the post fail with a message holding
+    /// AExpected, and checks that nothing is lost: the data set stays in edit
+    /// state, the typed text stays in the control and in the field; then
+    /// removes the cause, and a second post writes it.
+    void ExpectRefusedThenPosted(const std::function<void()>& ACause, const String& AExpected,
+                                 const std::function<void()>& ARemoveCause)
+    {
+        Type(*edit, QStringLiteral("typed "));
+        const String typed = edit->Lines().Get(0);
+        const std::string length = std::to_string(typed.size());
+        ACause();
+        const String refusal = RefusedPost();
+        EXPECT_NE(refusal.find(AExpected), String::npos) << StrToUtf8(refusal);
+        EXPECT_EQ(dataSet->State(), dsEdit);
+        EXPECT_EQ(edit->Lines().Get(0), typed);
+        EXPECT_EQ(dataSet->FieldByName(u"source")->AsString().substr(0, typed.size()), typed);
+        ARemoveCause();
+        EXPECT_EQ(RefusedPost(), u"<posted>");
+        EXPECT_EQ(dataSet->State(), dsBrowse);
+        EXPECT_EQ(Stored(("substr(source, 1, " + length + ")").c_str()), typed);
+    }
 
     TempDatabase db;
     TComponent owner{nullptr};
     TSqliteDataSet* dataSet = new TSqliteDataSet(&owner);
     TDataSource* source = new TDataSource(&owner);
-    Host host;
-    TSxDbCodeEdit* edit = host.Add<TSxDbCodeEdit>(400, 300);
     QLineEdit* other = new QLineEdit(&host.Window());
     int loads = 0;
     String reported;
@@ -93,7 +117,7 @@ TEST_F(DbCodeEdit, TheFirstKeyGoesToEditStateAndKeepsCaretAndSelection)
 {
     int changes = 0;
     edit->SetOnChange([&](TObject*) { ++changes; });
-    PlaceCaret(Point(6, 1), Point(2, 1));
+    Select(Point(2, 1), Point(6, 1));
     Type(*edit, QStringLiteral("x"));
     EXPECT_EQ(dataSet->State(), dsEdit);
     EXPECT_EQ(edit->Lines().Get(1), u"  xeln('Hi');");
@@ -103,7 +127,7 @@ TEST_F(DbCodeEdit, TheFirstKeyGoesToEditStateAndKeepsCaretAndSelection)
 
     dataSet->Cancel();
     EXPECT_EQ(edit->Text(), HelloSource);
-    PlaceCaret(Point(5, 0), Point(1, 0));
+    Select(Point(1, 0), Point(5, 0));
     Press(*edit, Qt::Key_Delete);
     EXPECT_EQ(edit->Lines().Get(0), u"b");
     EXPECT_EQ(dataSet->State(), dsEdit);
@@ -113,7 +137,7 @@ TEST_F(DbCodeEdit, WithoutAutoEditEditingKeysEndSilently)
 {
     source->SetAutoEdit(false);
     Clipboard().SetAsText(u"pasted");
-    PlaceCaret(Point(3, 0), Point(0, 0));
+    Select(Point(0, 0), Point(3, 0));
     for (const auto& [key, modifiers] : {std::pair{Qt::Key_X, Qt::NoModifier}, {Qt::Key_Delete, Qt::NoModifier},
                                         {Qt::Key_Insert, Qt::NoModifier}, {Qt::Key_V, Qt::ControlModifier}}) {
         aborted = false;
@@ -132,7 +156,7 @@ TEST_F(DbCodeEdit, WithoutAutoEditEditingKeysEndSilently)
 TEST_F(DbCodeEdit, LeavingTheControlWritesTheText)
 {
     Bind(u"name");
-    PlaceCaret(Point(5, 0), Point(5, 0));
+    Select(Point(5, 0), Point(5, 0));
     Type(*edit, QStringLiteral("!"));
     MoveFocusAway();
     EXPECT_EQ(dataSet->FieldByName(u"name")->AsString(), u"hello!\r\n");
@@ -145,7 +169,7 @@ TEST_F(DbCodeEdit, LeavingTheControlWritesTheText)
 
     Bind(u"source");
     Focus(*edit);
-    PlaceCaret(Point(3, 2), Point(3, 2));
+    Select(Point(3, 2), Point(3, 2));
     Type(*edit, QStringLiteral("d"));
     MoveFocusAway();
     EXPECT_EQ(Caret(), Point(4, 2));  // a BLOB is not read again
@@ -173,7 +197,7 @@ TEST_F(DbCodeEdit, AFieldThatRefusesOnExitKeepsFocusAndText)
         if (field->AsString().find(u"bad") != String::npos)
             throw EDatabaseError(u"No bad names");
     };
-    PlaceCaret(Point(0, 0), Point(0, 0));
+    Select(Point(0, 0), Point(0, 0));
     Type(*edit, QStringLiteral("bad"));
     MoveFocusAway();
     EXPECT_EQ(reported, u"No bad names");
@@ -202,7 +226,7 @@ TEST_F(DbCodeEdit, TheFieldsReadOnlyOverridesTheApplications)
 
 TEST_F(DbCodeEdit, InsertShowsTheNewRecordWhereEditLeavesTheText)
 {
-    PlaceCaret(Point(3, 1), Point(3, 1));
+    Select(Point(3, 1), Point(3, 1));
     dataSet->Edit();
     EXPECT_EQ(edit->Text(), HelloSource);
     EXPECT_EQ(Caret(), Point(3, 1));
@@ -240,6 +264,29 @@ TEST_F(DbCodeEdit, ADropAsksForEditState)
     edit->DragDrop(edit, 5, 5);
     EXPECT_EQ(dropped, edit);
     EXPECT_EQ(dataSet->State(), dsEdit);
+}
+
+TEST_F(DbCodeEdit, APostTheDatabaseRefusesLosesNothingAndASecondPostWrites)
+{
+    TSqliteDatabase& own = dataSet->Database();
+    TSqliteDatabase& another = db.Other();
+    const struct { std::function<void()> cause; const char16_t* message; std::function<void()> remove; } faults[] = {
+        // Root may write any file, so the connection is made read-only instead of the file.
+        {[&] { own.ExecSQL(u"PRAGMA query_only = ON"); }, u"attempt to write a readonly database",
+         [&] { own.ExecSQL(u"PRAGMA query_only = OFF"); }},
+        {[&] {
+             own.ExecSQL(u"PRAGMA max_page_count = " + db.Scalar("PRAGMA page_count"));
+             edit->InsertCode(1, 0, String(20000, u'x'));  // more than the free room of the last page
+         },
+         u"database or disk is full", [&] { own.ExecSQL(u"PRAGMA max_page_count = 100000"); }},
+        {[&] { another.ExecSQL(u"DELETE FROM scripts WHERE id = 1"); }, u"Record not found or changed by another user",
+         [&] { another.ExecSQL(u"INSERT INTO scripts (id, name, source) VALUES (1, 'hello', 'restored')"); }},
+        {[&] { another.ExecSQL(u"DROP TABLE scripts"); }, u"no such table: scripts", [&] { another.ExecSQL(ScriptsSchema); }},
+    };
+    for (const auto& fault : faults) {
+        SCOPED_TRACE(StrToUtf8(fault.message));
+        ExpectRefusedThenPosted(fault.cause, fault.message, fault.remove);
+    }
 }
 
 }  // namespace

@@ -1,7 +1,6 @@
 // Deleting: the selection over several lines with the text it hands back,
 // cut to the clipboard, and the Backspace key with its indent steps and joins.
 #include "codeedit/EditorFixture.h"
-
 #include "platform/Clipboard.h"
 
 using namespace sx;
@@ -12,36 +11,30 @@ namespace {
 
 using Deletion = EditorTest;
 
-TEST_F(Deletion, SelectionOverLinesGoesAndItsRecordKnowsTheText)
+TEST_F(Deletion, SelectionGoesInEitherDirectionAndItsRecordKnowsTheText)
 {
-    Start(u"abc\r\nde\r\nfgh");
-    Select(Point(1, 0), Point(2, 2));
-    String deleted;
-    edit->DeleteSelected(ctDelete, deleted);
-    EXPECT_EQ(deleted, u"bc\r\nde\r\nfg");
-    EXPECT_EQ(edit->Text(), u"ah\r\n");
-    EXPECT_EQ(Caret(), Point(1, 0));
-    EXPECT_EQ(edit->SelStart(), edit->SelEnd());
-    ASSERT_EQ(edit->UndoList().Count(), 1);
-    EXPECT_EQ(edit->UndoList().Items(0)->Value(), deleted);
-}
-
-TEST_F(Deletion, WithoutRecordOrWithoutSelection)
-{
-    Start(u"abc\r\nde\r\nfgh");
-    Select(Point(2, 2), Point(1, 0));  // made backwards
-    String deleted;
-    edit->DeleteSelected(ctNone, deleted);
-    EXPECT_EQ(edit->Text(), u"ah\r\n");
-    EXPECT_EQ(edit->UndoList().Count(), 0);
-
+    for (const bool forwards : {true, false}) {
+        Start(u"abc\r\nde\r\nfgh");
+        forwards ? Select(Point(1, 0), Point(2, 2)) : Select(Point(2, 2), Point(1, 0));
+        const Integer before = edit->UndoList().Count();  // a new text keeps the undo list
+        String deleted;
+        edit->DeleteSelected(forwards ? ctDelete : ctNone, deleted);
+        EXPECT_EQ(deleted, u"bc\r\nde\r\nfg");
+        EXPECT_EQ(State(), "ah| @1,0");
+        // ctNone writes no record
+        ASSERT_EQ(edit->UndoList().Count(), before + (forwards ? 1 : 0));
+        if (forwards) {
+            EXPECT_EQ(edit->UndoList().Items(before)->Value(), deleted);
+        }
+    }
     int changes = 0;
     edit->SetOnChange([&](TObject*) { ++changes; });
-    deleted = u"old";
+    const Integer records = edit->UndoList().Count();
+    String deleted = u"old";
     edit->DeleteSelected(ctDelete, deleted);
     EXPECT_EQ(deleted, u"");
     EXPECT_EQ(changes, 1);  // the change event runs even with nothing to delete
-    EXPECT_EQ(edit->UndoList().Count(), 0);
+    EXPECT_EQ(edit->UndoList().Count(), records);
     EXPECT_EQ(Caret(), Point(1, 0));
 }
 
@@ -78,52 +71,39 @@ TEST_F(Deletion, EndsBehindALineEndAddNoSpaces)
 TEST_F(Deletion, BackspaceStepsDeletesAndJoins)
 {
     const String indented = u"x\r\n  a\r\n   b\r\n      c";
-    const struct {
-        String text;
-        TPoint caret;
-        int presses;
-        String after;
-        TPoint caretAfter;
-        int records;  // records written; -1: not looked at
-    } cases[] = {
-        {u"abc", Point(2, 0), 1, u"ac\r\n", Point(1, 0), 1},
-        {u"abc", Point(0, 0), 1, u"abc\r\n", Point(0, 0), 0},  // nothing at (0, 0)
+    // records: how many the presses write; -1: not looked at
+    const struct { String text; TPoint caret; int presses; const char* after; int records; } cases[] = {
+        {u"abc", Point(2, 0), 1, "ac| @1,0", 1},
+        {u"abc", Point(0, 0), 1, "abc| @0,0", 0},  // nothing at (0, 0)
         // at column 0 the lines join, the caret at the length with the trimmed spaces
-        {u"abc  \r\ndef", Point(0, 1), 1, u"abcdef\r\n", Point(5, 0), 1},
-        {u"\r\nxyz", Point(0, 1), 1, u"xyz\r\n", Point(0, 0), -1},
+        {u"abc  \r\ndef", Point(0, 1), 1, "abcdef| @5,0", 1},
+        {u"\r\nxyz", Point(0, 1), 1, "xyz| @0,0", -1},
         // from virtual space back to the line's end first; on line 0 each step is a record
-        {u"a\r\nbc", Point(6, 1), 1, u"a\r\nbc\r\n", Point(2, 1), 0},
-        {u"ab", Point(4, 0), 2, u"ab\r\n", Point(2, 0), 2},
+        {u"a\r\nbc", Point(6, 1), 1, "a|bc| @2,1", 0},
+        {u"ab", Point(4, 0), 2, "ab| @2,0", 2},
         // a line's only character takes the line
-        {u"a\r\nxyz", Point(1, 0), 1, u"xyz\r\n", Point(3, 0), -1},
-        {u"q", Point(1, 0), 1, u"\r\n", Point(0, 0), -1},
+        {u"a\r\nxyz", Point(1, 0), 1, "xyz| @3,0", -1},
+        {u"q", Point(1, 0), 1, "| @0,0", -1},
         // in leading spaces the caret steps back to an indent of a line above (mark 4 here)
         // and only moves; with no mark below 3 above line 0 a space goes
-        {indented, Point(6, 3), 1, indented + u"\r\n", Point(3, 3), 0},
-        {indented, Point(6, 3), 2, u"x\r\n  a\r\n   b\r\n     c\r\n", Point(2, 3), 1},
+        {indented, Point(6, 3), 1, "x|  a|   b|      c| @3,3", 0},
+        {indented, Point(6, 3), 2, "x|  a|   b|     c| @2,3", 1},
+        // over a selection: the selection goes, and one step more
+        {u"abcdef", Point(4, 0), -1, "aef| @1,0", 2},
     };
     for (const auto& c : cases) {
-        SCOPED_TRACE(StrToUtf8(c.text) + " at " + std::to_string(c.caret.X) + "," + std::to_string(c.caret.Y));
+        SCOPED_TRACE(StrToUtf8(c.text) + " at " + At(c.caret));
         Start(c.text, c.caret);
-        const Integer before = edit->UndoList().Count();  // a new text keeps the undo list
-        for (int i = 0; i < c.presses; ++i)
+        if (c.presses < 0)
+            Select(Point(2, 0), c.caret);
+        const Integer before = edit->UndoList().Count();
+        for (int i = 0; i < std::abs(c.presses); ++i)
             Press(*edit, Qt::Key_Backspace);
-        EXPECT_EQ(edit->Text(), c.after);
-        EXPECT_EQ(Caret(), c.caretAfter);
+        EXPECT_EQ(State(), c.after);
         if (c.records >= 0) {
             EXPECT_EQ(edit->UndoList().Count() - before, c.records);
         }
     }
-}
-
-TEST_F(Deletion, BackspaceOverASelectionDeletesItAndOneStepMore)
-{
-    Start(u"abcdef");
-    Select(Point(2, 0), Point(4, 0));
-    Press(*edit, Qt::Key_Backspace);
-    EXPECT_EQ(Line(0), u"aef");
-    EXPECT_EQ(Caret(), Point(1, 0));
-    EXPECT_EQ(edit->UndoList().Count(), 2);
 }
 
 }  // namespace

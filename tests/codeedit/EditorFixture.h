@@ -1,5 +1,5 @@
 // A code edit control in a shown window with the keyboard focus, ready to be
-// typed into through real key events.
+// typed into through real key events, and a one-line dump of its state.
 #pragma once
 
 #include "codeedit/uSxCodeEdit.h"
@@ -8,9 +8,16 @@
 
 #include <gtest/gtest.h>
 
+#include <string>
+
 namespace sx::test {
 
-class EditorTest : public ::testing::Test {
+/// A point as "x,y".
+inline std::string At(TPoint p) { return std::to_string(p.X) + "," + std::to_string(p.Y); }
+
+/// The fixture over a control of type T: the code edit control or a kind of it.
+template <class T>
+class EditorTestOf : public ::testing::Test {
 protected:
     void SetUp() override { Focus(*edit); }
 
@@ -30,10 +37,28 @@ protected:
         edit->SetCharPos(caret.X);
         edit->SetSelEnd(anchor);
     }
+    String Selected()
+    {
+        String s;
+        edit->GetSelected(s);
+        return s;
+    }
     void Undo() { SendMessage(edit, WM_UNDO); }
+    /// The text with "|" for each line break, the caret after "@", and a
+    /// selection that is not empty as [SelStart-SelEnd]: "ab|cd| @1,1 [0,0-1,1]".
+    std::string State() const
+    {
+        std::string text;
+        for (const char c : StrToUtf8(edit->Text()))
+            text += c == '\n' ? "|" : c == '\r' ? "" : std::string(1, c);
+        const TPoint s = edit->SelStart(), e = edit->SelEnd();
+        return text + " @" + At(Caret()) + (s == e ? "" : " [" + At(s) + "-" + At(e) + "]");
+    }
 
     Host host;
-    TSxCodeEdit* edit = host.Add<TSxCodeEdit>(400, 300);
+    T* edit = host.Add<T>(400, 300);
 };
+
+using EditorTest = EditorTestOf<TSxCodeEdit>;
 
 }  // namespace sx::test

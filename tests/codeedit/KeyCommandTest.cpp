@@ -2,7 +2,6 @@
 // without Shift and Ctrl, select-all, the Delete key, the command keys that
 // post their messages, the word step, and the keys claimed from a dialog.
 #include "codeedit/EditorFixture.h"
-
 #include "platform/Clipboard.h"
 #include "platform/Keys.h"
 
@@ -25,129 +24,121 @@ void PressAndRun(TWinControl& control, Qt::Key key, Qt::KeyboardModifiers modifi
     ProcessPostedMessages();
 }
 
-TEST_F(Keys, ArrowsMoveWithoutWrappingAndStopAtTheEdges)
+TEST_F(Keys, CaretKeysMoveWithoutWrappingAndStopAtTheEdges)
 {
-    Start(u"abc\r\nlonger line\r\nx", Point(1, 1));
-    Press(*edit, Qt::Key_Up);
-    Press(*edit, Qt::Key_Up);
-    EXPECT_EQ(Caret(), Point(1, 0));
-    Press(*edit, Qt::Key_Left);
-    Press(*edit, Qt::Key_Left);
-    EXPECT_EQ(Caret(), Point(0, 0));  // no wrap to a line above
-    edit->SetCharPos(10);
-    Press(*edit, Qt::Key_Down);
-    Press(*edit, Qt::Key_Down);
-    Press(*edit, Qt::Key_Down);
-    EXPECT_EQ(Caret(), Point(10, 2));  // the column stays, the last line holds
-    Press(*edit, Qt::Key_Right);
-    EXPECT_EQ(Caret(), Point(11, 2));  // on into virtual space
-    edit->SetCharPos(500);
-    Press(*edit, Qt::Key_Right);
-    EXPECT_EQ(Caret(), Point(500, 2));
+    constexpr auto None = Qt::NoModifier, Ctrl = Qt::ControlModifier;
+    const char16_t* const lines = u"abc\r\nlonger line\r\nx";
+    const char16_t* const words = u"foo bar\r\n\r\n  baz\r\nend";
+    const struct { const char16_t* text; TPoint from; Qt::Key key; Qt::KeyboardModifiers modifiers; TPoint to; } cases[] = {
+        {lines, Point(1, 1), Qt::Key_Up, None, Point(1, 0)},
+        {lines, Point(1, 0), Qt::Key_Up, None, Point(1, 0)},
+        {lines, Point(0, 1), Qt::Key_Left, None, Point(0, 1)},  // no wrap to the line above
+        {lines, Point(10, 1), Qt::Key_Down, None, Point(10, 2)},  // the column stays on a shorter line
+        {lines, Point(10, 2), Qt::Key_Down, None, Point(10, 2)},  // the last line holds
+        {lines, Point(10, 2), Qt::Key_Right, None, Point(11, 2)},  // on into virtual space
+        {lines, Point(500, 2), Qt::Key_Right, None, Point(500, 2)},  // up to column 500
+        {u"  line", Point(4, 0), Qt::Key_Home, None, Point(0, 0)},  // no stop at the first non-blank
+        {u"  line", Point(4, 0), Qt::Key_End, None, Point(6, 0)},
+        {lines, Point(1, 0), Qt::Key_End, Ctrl, Point(1, 2)},
+        {lines, Point(4, 2), Qt::Key_Home, Ctrl, Point(0, 0)},
+        // Ctrl with the arrows steps by words, across lines and from virtual space
+        {words, Point(5, 0), Qt::Key_Right, Ctrl, Point(7, 0)},  // stops at its own line's end
+        {words, Point(7, 0), Qt::Key_Right, Ctrl, Point(0, 2)},
+        {words, Point(0, 2), Qt::Key_Right, Ctrl, Point(2, 2)},
+        {u"foo bar", Point(5, 0), Qt::Key_Left, Ctrl, Point(0, 0)},  // the character next to the caret is not looked at
+        {u"foo bar", Point(0, 0), Qt::Key_Left, Ctrl, Point(0, 0)},
+        {u"last one", Point(6, 0), Qt::Key_Right, Ctrl, Point(8, 0)},
+        {u"last one", Point(20, 0), Qt::Key_Right, Ctrl, Point(8, 0)},
+        {u"ab cd\r\n\r\nx", Point(0, 2), Qt::Key_Left, Ctrl, Point(5, 0)},  // the end of the nearest line with a word
+        {u"ab c\r\nx", Point(0, 1), Qt::Key_Left, Ctrl, Point(3, 0)},  // a one-letter word at the very end: in front of it
+        {u"abc", Point(20, 0), Qt::Key_Left, Ctrl, Point(18, 0)},
+        // an empty store leaves the caret keys nothing to do
+        {u"", Point(0, 0), Qt::Key_End, None, Point(0, 0)},
+        {u"", Point(0, 0), Qt::Key_Down, None, Point(0, 0)},
+        {u"", Point(0, 0), Qt::Key_Right, Ctrl, Point(0, 0)},
+        {u"", Point(0, 0), Qt::Key_Left, Ctrl, Point(0, 0)},
+    };
+    for (const auto& c : cases) {
+        Start(c.text, c.from);
+        ASSERT_EQ(Caret(), c.from);
+        Press(*edit, c.key, c.modifiers);
+        EXPECT_EQ(At(Caret()), At(c.to)) << StrToUtf8(c.text) << " from " << At(c.from) << " key " << c.key;
+        EXPECT_EQ(edit->UndoList().Count(), 0);
+    }
 }
 
-TEST_F(Keys, HomeEndAndThePageKeys)
+TEST_F(Keys, PageKeysMoveByThePageAndKeepTheColumn)
 {
     String text;
     for (int i = 0; i < 100; ++i)
         text += u"  line " + IntToStr(i) + u"\r\n";
-    Start(text, Point(4, 50));
-    Press(*edit, Qt::Key_Home);
-    EXPECT_EQ(Caret(), Point(0, 50));  // column 0, no stop at the first non-blank
-    Press(*edit, Qt::Key_End);
-    EXPECT_EQ(Caret(), Point(9, 50));
+    Start(text, Point(9, 50));
     const Integer page = edit->VScrollBar().PageSize();
     Press(*edit, Qt::Key_PageDown);
-    EXPECT_EQ(edit->LinePos(), 50 + page);
+    EXPECT_EQ(Caret(), Point(9, 50 + page));
     for (int i = 0; i < 100 / page + 2; ++i)
         Press(*edit, Qt::Key_PageUp);
-    EXPECT_EQ(Caret(), Point(9, 0));  // clamped at the top, the column stays
-    Press(*edit, Qt::Key_End, Qt::ControlModifier);
-    EXPECT_EQ(Caret(), Point(9, 99));
-    Press(*edit, Qt::Key_Home, Qt::ControlModifier);
-    EXPECT_EQ(Caret(), Point(0, 0));
+    EXPECT_EQ(Caret(), Point(9, 0));  // clamped at the top
 }
 
-TEST_F(Keys, ShiftExtendsTheSelectionAndItsAbsenceCollapsesIt)
+TEST_F(Keys, SelectingAndDeletingKeys)
 {
-    Start(u"abcdef\r\nghijkl", Point(2, 0));
-    Press(*edit, Qt::Key_Right, Qt::ShiftModifier);
-    Press(*edit, Qt::Key_Down, Qt::ShiftModifier);
-    EXPECT_EQ(edit->SelEnd(), Point(2, 0));
-    EXPECT_EQ(edit->SelStart(), Point(3, 1));
-    Press(*edit, Qt::Key_End, Qt::ShiftModifier | Qt::ControlModifier);
-    String selected;
-    edit->GetSelected(selected);
-    EXPECT_EQ(selected, u"cdef\r\nghijkl");
-    Press(*edit, Qt::Key_Left);
-    EXPECT_EQ(edit->SelEnd(), edit->SelStart());
-    Press(*edit, Qt::Key_Up);  // an arrow that cannot move collapses all the same
-    EXPECT_EQ(edit->SelLength(), 0);
+    constexpr auto None = Qt::NoModifier, Shift = Qt::ShiftModifier, Ctrl = Qt::ControlModifier;
+    const char16_t* const two = u"abcdef\r\nghijkl";
+    const struct { const char16_t* text; TPoint anchor, caret; Qt::Key key; Qt::KeyboardModifiers modifiers; const char* after; } cases[] = {
+        // Shift extends the selection, Ctrl with it too, and its absence collapses it
+        {two, Point(2, 0), Point(2, 0), Qt::Key_Right, Shift, "abcdef|ghijkl| @3,0 [3,0-2,0]"},
+        {two, Point(2, 0), Point(3, 0), Qt::Key_Down, Shift, "abcdef|ghijkl| @3,1 [3,1-2,0]"},
+        {two, Point(2, 0), Point(3, 1), Qt::Key_End, Shift | Ctrl, "abcdef|ghijkl| @6,1 [6,1-2,0]"},
+        {two, Point(2, 0), Point(6, 1), Qt::Key_Left, None, "abcdef|ghijkl| @5,1"},
+        {two, Point(0, 0), Point(1, 0), Qt::Key_Up, None, "abcdef|ghijkl| @1,0"},  // an arrow that cannot move collapses too
+        // Ctrl+A selects all
+        {u"one\r\ntwo\r\nthree", Point(1, 1), Point(1, 1), Qt::Key_A, Ctrl, "one|two|three| @5,2 [5,2-0,0]"},
+        {u"", Point(0, 0), Point(0, 0), Qt::Key_A, Ctrl, " @0,0"},
+        // Delete takes the character right of the caret, or the line break behind the line's end
+        {u"abc\r\ndef", Point(1, 0), Point(1, 0), Qt::Key_Delete, None, "ac|def| @1,0"},
+        {u"ac\r\ndef", Point(5, 0), Point(5, 0), Qt::Key_Delete, None, "acdef| @5,0"},
+        {u"acdef", Point(5, 0), Point(5, 0), Qt::Key_Delete, None, "acdef| @5,0"},  // at the very end: nothing
+        {u"abc\r\ndef", Point(0, 0), Point(1, 1), Qt::Key_Delete, None, "ef| @0,0"},  // a selection goes whole
+    };
+    for (const auto& c : cases) {
+        Start(c.text);
+        Select(c.anchor, c.caret);
+        Press(*edit, c.key, c.modifiers);
+        EXPECT_EQ(State(), c.after) << StrToUtf8(c.text) << " from " << At(c.caret) << " key " << c.key;
+    }
 }
 
-TEST_F(Keys, CtrlASelectsAllWithTheKeyGoneBeforeTheApplicationSeesIt)
+TEST_F(Keys, TheApplicationSeesTheKeysFirstAndCtrlAIsGoneBeforeIt)
 {
-    Start(u"one\r\ntwo\r\nthree", Point(1, 1));
+    Start(u"abc", Point(1, 0));
     Word seen = 0xFFFF;
     edit->OnKeyDown = [&](TObject*, Word& key, TShiftState) { seen = key; };
     Press(*edit, Qt::Key_A, Qt::ControlModifier);
     EXPECT_EQ(seen, 0);
-    EXPECT_EQ(edit->SelEnd(), Point(0, 0));
-    EXPECT_EQ(edit->SelStart(), Point(5, 2));
-    EXPECT_EQ(Caret(), Point(5, 2));
-    EXPECT_EQ(Line(2), u"three");
-
-    edit->SetText(u"");
-    Press(*edit, Qt::Key_A, Qt::ControlModifier);
-    EXPECT_EQ(Caret(), Point(0, 0));
-    EXPECT_EQ(edit->SelLength(), 0);
-}
-
-TEST_F(Keys, ApplicationMayCancelAMoveInItsKeyHandler)
-{
-    Start(u"abc", Point(1, 0));
-    edit->OnKeyDown = [](TObject*, Word& key, TShiftState) {
+    edit->OnKeyDown = [](TObject*, Word& key, TShiftState) {  // the application may cancel a move
         if (key == VK_RIGHT)
             key = 0;
     };
+    Start(u"abc", Point(1, 0));
     Press(*edit, Qt::Key_Right);
     EXPECT_EQ(Caret(), Point(1, 0));
 }
 
-TEST_F(Keys, DeleteRemovesTheCharacterOrTheLineBreakRightOfTheCaret)
+TEST_F(Keys, DeleteWritesARecordEvenAtTheEndAndOnAReadOnlyControlLeavesAOneColumnSelection)
 {
-    Start(u"abc\r\ndef", Point(1, 0));
+    Start(u"abc", Point(3, 0));
     Press(*edit, Qt::Key_Delete);
-    EXPECT_EQ(Line(0), u"ac");
-    edit->SetCharPos(5);  // behind the end: the next line comes right behind the text
-    Press(*edit, Qt::Key_Delete);
-    EXPECT_EQ(edit->Text(), u"acdef\r\n");
-    EXPECT_EQ(Caret(), Point(5, 0));
-    edit->SetCharPos(5);
-    Press(*edit, Qt::Key_Delete);  // at the very end: the text stays, a record is written
-    EXPECT_EQ(edit->Text(), u"acdef\r\n");
-    EXPECT_EQ(edit->UndoList().Count(), 3);
-}
-
-TEST_F(Keys, ShiftDeleteCutsAndDeleteTakesASelection)
-{
+    EXPECT_EQ(edit->UndoList().Count(), 1);
     Start(u"abc\r\ndef", Point(1, 0));
-    Press(*edit, Qt::Key_Delete, Qt::ShiftModifier);
+    Press(*edit, Qt::Key_Delete, Qt::ShiftModifier);  // Shift+Delete cuts
     EXPECT_EQ(Clipboard().AsText(), u"b");
-    EXPECT_EQ(edit->UndoList().Items(0)->ChangeType(), ctCut);
-    Select(Point(0, 0), Point(1, 1));
-    Press(*edit, Qt::Key_Delete);
-    EXPECT_EQ(edit->Text(), u"ef\r\n");
-}
+    EXPECT_EQ(edit->UndoList().Items(edit->UndoList().Count() - 1)->ChangeType(), ctCut);
 
-TEST_F(Keys, DeleteOnAReadOnlyControlLeavesItsOneColumnSelection)
-{
     Start(u"abc", Point(1, 0));
     edit->SetReadOnly(true);
     Press(*edit, Qt::Key_Delete);
-    EXPECT_EQ(Line(0), u"abc");
-    EXPECT_EQ(edit->SelStart(), Point(1, 0));
-    EXPECT_EQ(edit->SelEnd(), Point(2, 0));
+    EXPECT_EQ(State(), "abc| @1,0 [1,0-2,0]");
     Press(*edit, Qt::Key_Right);
     EXPECT_EQ(edit->SelLength(), 0);
 
@@ -164,7 +155,6 @@ TEST_F(Keys, CommandKeysPostTheirMessagesToRunAfterTheKey)
     Select(Point(4, 0), Point(7, 0));
     PressAndRun(*edit, Qt::Key_C, Qt::ControlModifier);
     EXPECT_EQ(Clipboard().AsText(), u"two");
-
     PressAndRun(*edit, Qt::Key_X, Qt::ControlModifier);
     EXPECT_EQ(Line(0), u"one ");
     PressAndRun(*edit, Qt::Key_V, Qt::ControlModifier);
@@ -177,24 +167,20 @@ TEST_F(Keys, CommandKeysPostTheirMessagesToRunAfterTheKey)
     Select(Point(0, 0), Point(3, 0));
     PressAndRun(*edit, Qt::Key_Insert, Qt::ControlModifier);
     EXPECT_EQ(Clipboard().AsText(), u"one");
-}
 
-TEST_F(Keys, CommandKeysNeedExactlyTheirModifiers)
-{
-    Start(u"abc", Point(1, 0));
-    Select(Point(0, 0), Point(2, 0));
+    // Exactly their modifiers: with Shift added, C and X do nothing.
     Clipboard().SetAsText(u"clip");
     PressAndRun(*edit, Qt::Key_C, Qt::ControlModifier | Qt::ShiftModifier);
     PressAndRun(*edit, Qt::Key_X, Qt::ControlModifier | Qt::ShiftModifier);
     EXPECT_EQ(Clipboard().AsText(), u"clip");
-    EXPECT_EQ(Line(0), u"abc");
+    EXPECT_EQ(Line(0), u"one twotwo");
 }
 
 TEST_F(Keys, KeyCommandTakesItsKeysAndPostsTheirMessages)
 {
     const TShiftState ctrl{TShiftStateItem::ssCtrl};
     // Ctrl+F, Ctrl+R in lower case, and F3, which shares its code with the lower-case r
-    for (const auto& [code, shift] : {std::pair{Word(0x46), ctrl}, {Word(0x72), ctrl}, {Word(0x72), TShiftState{}}}) {
+    for (const auto& [code, shift] : {std::pair{Word('F'), ctrl}, {Word('r'), ctrl}, {VK_F3, TShiftState{}}}) {
         Word key = code;
         edit->KeyCommand(key, shift);
         EXPECT_EQ(key, 0) << std::hex << code;
@@ -203,63 +189,14 @@ TEST_F(Keys, KeyCommandTakesItsKeysAndPostsTheirMessages)
     Start(u"abc");
     Select(Point(0, 0), Point(2, 0));
     Clipboard().SetAsText(u"");
-    Word copy = 0x43;
+    Word copy = 'C';
     edit->KeyCommand(copy, ctrl);
     EXPECT_EQ(Clipboard().AsText(), u"");  // posted: it runs after the key has been handled
     ProcessPostedMessages();
     EXPECT_EQ(Clipboard().AsText(), u"ab");
-    Word plain = 0x46;
+    Word plain = 'F';
     edit->KeyCommand(plain, {});
-    EXPECT_EQ(plain, 0x46);  // a key whose test fails passes on
-    Word ctrlR = 0x52;
-    edit->KeyCommand(ctrlR, {TShiftStateItem::ssShift});
-    EXPECT_EQ(ctrlR, 0x52);
-}
-
-TEST_F(Keys, CtrlArrowsStepByWordsAcrossLinesAndFromVirtualSpace)
-{
-    Start(u"foo bar\r\n\r\n  baz\r\nend", Point(5, 0));
-    Press(*edit, Qt::Key_Right, Qt::ControlModifier);
-    EXPECT_EQ(Caret(), Point(7, 0));  // stops at its own line's end
-    Press(*edit, Qt::Key_Right, Qt::ControlModifier);
-    EXPECT_EQ(Caret(), Point(0, 2));
-    Press(*edit, Qt::Key_Right, Qt::ControlModifier);
-    EXPECT_EQ(Caret(), Point(2, 2));
-
-    Start(u"foo bar", Point(5, 0));
-    Press(*edit, Qt::Key_Left, Qt::ControlModifier);
-    EXPECT_EQ(Caret(), Point(0, 0));  // the character next to the caret is not looked at
-    Press(*edit, Qt::Key_Left, Qt::ControlModifier);
-    EXPECT_EQ(Caret(), Point(0, 0));
-
-    Start(u"last one", Point(6, 0));
-    Press(*edit, Qt::Key_Right, Qt::ControlModifier);
-    EXPECT_EQ(Caret(), Point(8, 0));
-    edit->SetCharPos(20);
-    Press(*edit, Qt::Key_Right, Qt::ControlModifier);
-    EXPECT_EQ(Caret(), Point(8, 0));
-
-    Start(u"ab cd\r\n\r\nx", Point(0, 2));
-    Press(*edit, Qt::Key_Left, Qt::ControlModifier);
-    EXPECT_EQ(Caret(), Point(5, 0));  // the end of the nearest line with a word
-
-    Start(u"ab c\r\nx", Point(0, 1));
-    Press(*edit, Qt::Key_Left, Qt::ControlModifier);
-    EXPECT_EQ(Caret(), Point(3, 0));  // a one-letter word at the very end: in front of it
-
-    Start(u"abc", Point(20, 0));
-    Press(*edit, Qt::Key_Left, Qt::ControlModifier);
-    EXPECT_EQ(Caret(), Point(18, 0));
-}
-
-TEST_F(Keys, EmptyStoreLeavesTheCaretKeysWithNothingToDo)
-{
-    Start(u"");
-    Press(*edit, Qt::Key_End);
-    Press(*edit, Qt::Key_Down);
-    Press(*edit, Qt::Key_Right, Qt::ControlModifier);
-    Press(*edit, Qt::Key_Left, Qt::ControlModifier);
-    EXPECT_EQ(Caret(), Point(0, 0));
+    EXPECT_EQ(plain, 'F');  // a key whose test fails passes on
 }
 
 TEST_F(Keys, InADialogTheControlKeepsTabEnterAndTheArrows)
@@ -284,7 +221,7 @@ TEST_F(Keys, InADialogTheControlKeepsTabEnterAndTheArrows)
     EXPECT_TRUE(dialog.isVisible());
     EXPECT_EQ(inDialog->Text(), u"a\r\nb\r\n");
     EXPECT_EQ(inDialog->LinePos(), 0);
-    EXPECT_EQ(SendMessage(inDialog, WM_GETDLGCODE), 0x83);
+    EXPECT_EQ(SendMessage(inDialog, WM_GETDLGCODE), DLGC_WANTCHARS | DLGC_WANTTAB | DLGC_WANTARROWS);
     Press(*inDialog, Qt::Key_Escape);  // claimed by no one: the dialog's own
     EXPECT_FALSE(dialog.isVisible());
 }

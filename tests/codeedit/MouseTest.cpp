@@ -2,7 +2,6 @@
 // under the point, a drag selects from its own anchor, a double click selects
 // a word, and the right button opens the control's popup menu.
 #include "codeedit/EditorFixture.h"
-
 #include "platform/Menus.h"
 
 #include <QMenu>
@@ -15,11 +14,11 @@ namespace {
 
 class Mouse : public EditorTest {
 protected:
-    /// The middle of the character cell at (column, line) of the view.
+    /// The middle of the character cell at (column, line) of the text.
     QPoint Cell(Integer column, Integer line)
     {
-        return QPoint(edit->RealGuttorWidth() + column * edit->GetCharWidth() + edit->GetCharWidth() / 2,
-                      line * edit->GetLineWidth() + edit->GetLineWidth() / 2);
+        const TRect r = CellRect(*edit, column, line);
+        return QPoint((r.Left + r.Right) / 2, (r.Top + r.Bottom) / 2);
     }
     QWidget* W() { return edit->Widget(); }
     void Click(QPoint at) { QTest::mouseClick(W(), Qt::LeftButton, Qt::NoModifier, at); }
@@ -35,15 +34,9 @@ protected:
         QTest::mouseDClick(W(), Qt::LeftButton, Qt::NoModifier, at);
         ProcessPostedMessages();
     }
-    String Selected()
-    {
-        String s;
-        edit->GetSelected(s);
-        return s;
-    }
 };
 
-TEST_F(Mouse, PressPutsTheCaretOnTheCellUnderThePoint)
+TEST_F(Mouse, PressPutsTheCaretOnTheCellUnderThePointCountedFromTheView)
 {
     Start(u"abc\r\ndefgh\r\nij");
     Click(Cell(3, 1));
@@ -56,30 +49,30 @@ TEST_F(Mouse, PressPutsTheCaretOnTheCellUnderThePoint)
     EXPECT_EQ(Caret(), Point(1, 2));
     Click(QPoint(3, Cell(0, 1).y()));  // in the gutter: column 0
     EXPECT_EQ(Caret(), Point(0, 1));
-}
+    QTest::mouseMove(W(), Cell(2, 1));  // a move without a press selects nothing
+    EXPECT_EQ(State(), "abc      x|defgh|ij| @0,1");
 
-TEST_F(Mouse, PressCountsFromTheScrolledViewAndTheHiddenGutter)
-{
+    edit->HScrollBar().SetPosition(10);  // the point counts from the scrolled view
+    Click(Cell(12, 0));
+    EXPECT_EQ(Caret(), Point(12, 0));
+
+    // with the gutter hidden the press still subtracts its width
     Start(u"abc");
     edit->HScrollBar().SetPosition(10);
-    Click(QPoint(edit->RealGuttorWidth() + 1, 2));
-    EXPECT_EQ(Caret(), Point(10, 0));
-
     edit->SetShowGuttor(false);
     Click(QPoint(0, 2));
     EXPECT_EQ(edit->CharPos(), edit->HScrollBar().Position());
     Integer x = 0, y = 0;
     edit->CalcCursor(x, y);  // subtracts the gutter width even while it is hidden
-    EXPECT_EQ(x, edit->HScrollBar().Position() - 20 / edit->GetCharWidth());
+    EXPECT_EQ(x, edit->HScrollBar().Position() - edit->GuttorWidth() / edit->GetCharWidth());
     EXPECT_EQ(y, 0);
 }
 
-TEST_F(Mouse, DragSelectsInBothDirectionsWithTheSameText)
+TEST_F(Mouse, DragSelectsInBothDirectionsAndScrollsPastTheBottom)
 {
     Start(u"first line\r\nsecond line\r\nthird line");
     Drag(Cell(2, 0), {Cell(3, 0), Cell(4, 2)});
-    EXPECT_EQ(edit->SelEnd(), Point(3, 0));  // the anchor is where the first move landed
-    EXPECT_EQ(edit->SelStart(), Point(4, 2));
+    EXPECT_EQ(State().substr(State().find('@')), "@4,2 [4,2-3,0]");  // the anchor is where the first move landed
     const String down = Selected();
     EXPECT_EQ(down, u"st line\r\nsecond line\r\nthir");
 
@@ -90,10 +83,7 @@ TEST_F(Mouse, DragSelectsInBothDirectionsWithTheSameText)
     Drag(Cell(5, 1), {Cell(5, 1) + QPoint(1, 0), Cell(8, 2), Cell(5, 1)});  // back where it began: empty
     EXPECT_EQ(edit->SelLength(), 0);
     EXPECT_EQ(Caret(), Point(5, 1));
-}
 
-TEST_F(Mouse, DragPastTheBottomScrollsTheView)
-{
     String text;
     for (int i = 0; i < 200; ++i)
         text += u"line\r\n";
@@ -105,29 +95,16 @@ TEST_F(Mouse, DragPastTheBottomScrollsTheView)
     EXPECT_GT(edit->SelStart().Y, edit->VScrollBar().PageSize());
 }
 
-TEST_F(Mouse, MovesWithoutAPressSelectNothing)
-{
-    Start(u"abcdef", Point(1, 0));
-    QTest::mouseMove(W(), Cell(4, 0));
-    EXPECT_EQ(Caret(), Point(1, 0));
-    EXPECT_EQ(edit->SelLength(), 0);
-}
-
 TEST_F(Mouse, DoubleClickSelectsTheWordAndLeavesTheCaretBehindIt)
 {
     Start(u"x = foo_bar + 1;  end");
-    DoubleClick(Cell(6, 0));
-    EXPECT_EQ(Selected(), u"foo_bar");
-    EXPECT_EQ(Caret(), Point(11, 0));
-    EXPECT_EQ(edit->SelEnd(), Point(4, 0));
-
-    DoubleClick(Cell(4, 0));  // the first character
-    EXPECT_EQ(Selected(), u"foo_bar");
-    DoubleClick(Cell(11, 0));  // the space right behind the word
-    EXPECT_EQ(Selected(), u"foo_bar");
+    // inside, on the first character, and on the space right behind the word
+    for (const Integer column : {6, 4, 11}) {
+        DoubleClick(Cell(column, 0));
+        EXPECT_EQ(State(), "x = foo_bar + 1;  end| @11,0 [11,0-4,0]") << column;
+    }
     DoubleClick(Cell(16, 0));  // a space with no word on either side
-    EXPECT_EQ(edit->SelLength(), 0);
-    EXPECT_EQ(Caret(), Point(16, 0));
+    EXPECT_EQ(State(), "x = foo_bar + 1;  end| @16,0");
     DoubleClick(Cell(30, 0));  // behind the end
     EXPECT_EQ(edit->SelLength(), 0);
 }

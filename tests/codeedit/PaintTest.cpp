@@ -21,32 +21,39 @@ protected:
         edit = host.Add<TSxCodeEdit>(400, 300);
         edit->SetParser(new WordParser(edit));
         Render(*edit);  // the first paint measures the font
-        cw = edit->GetCharWidth();
-        lh = edit->GetLineWidth();
         gw = edit->GuttorWidth();
     }
 
-    /// The cell of a character on the screen, with the view at the top left.
-    TRect Cell(int column, int line) const
+    /// The colours behind the glyphs of the cells of a row of the view, one
+    /// letter a cell: y yellow, a aqua, l lime, w window, f fuchsia, h
+    /// highlight, d the window darkened, D yellow darkened, ? another. A cell
+    /// shows a colour when a third of its pixels at least have it (the ink of
+    /// a bold glyph covers much of the rest).
+    std::string Row(const QImage& image, int row, int columns = 8)
     {
-        const int x = gw + 2 + column * cw;
-        return Rect(x, line * lh, x + cw, (line + 1) * lh);
-    }
-
-    /// Whether a cell shows the colour behind its glyph: a third of its
-    /// pixels at least (the ink of a bold glyph covers much of the rest).
-    bool CellIs(const QImage& image, int column, int line, TColor color) const
-    {
-        const TRect c = Cell(column, line);
-        return CountPixels(image, c, Drawn(color)) * 3 > c.Width() * c.Height();
+        TColor darkWindow = clWindow, darkYellow = clYellow;
+        uSxCodeEdit::DarkenColor(darkWindow, true, 10);
+        uSxCodeEdit::DarkenColor(darkYellow, true, 10);
+        const std::pair<char, TColor> colours[] = {{'y', Drawn(clYellow)}, {'a', Drawn(clAqua)},  {'l', Drawn(clLime)},
+                                                   {'w', Drawn(clWindow)}, {'f', Drawn(clFuchsia)}, {'h', Drawn(clHighlight)},
+                                                   {'d', darkWindow},     {'D', darkYellow}};
+        std::string out;
+        for (int column = 0; column < columns; ++column) {
+            TRect c = CellRect(*edit, edit->HScrollBar().Position() + column, edit->VScrollBar().Position() + row);
+            char seen = '?';
+            for (const auto& [letter, colour] : colours)
+                seen = seen == '?' && CountPixels(image, c, colour) * 3 > c.Width() * c.Height() ? letter : seen;
+            out += seen;
+        }
+        return out;
     }
 
     Host host;
     TSxCodeEdit* edit = nullptr;
-    int cw = 0, lh = 0, gw = 0;
+    int gw = 0;
 };
 
-TEST_F(PaintTest, GutterShowsFaceWithTwoRulesAtItsRightEdge)
+TEST_F(PaintTest, GutterShowsFaceWithTwoRulesAtItsRightEdgeOrTheTextStartsAtTheLeft)
 {
     const QImage image = Render(*edit);
     EXPECT_EQ(PixelAt(image, 0, 10), Drawn(clBtnFace));
@@ -54,55 +61,49 @@ TEST_F(PaintTest, GutterShowsFaceWithTwoRulesAtItsRightEdge)
     EXPECT_EQ(PixelAt(image, gw - 2, 10), Drawn(clBtnHighlight));
     EXPECT_EQ(PixelAt(image, gw - 1, 10), Drawn(clBtnShadow));
     EXPECT_EQ(PixelAt(image, gw, 10), Drawn(clWindow));
-}
 
-TEST_F(PaintTest, WithoutGutterTheTextStartsAtTheLeftEdge)
-{
     edit->SetShowGuttor(false);
     edit->Lines().SetText(u"ab");
-    gw = 0;
-    const QImage image = Render(*edit);
-    EXPECT_EQ(PixelAt(image, 0, 10), Drawn(clWindow));
-    EXPECT_TRUE(CellIs(image, 0, 0, clYellow));
+    const QImage without = Render(*edit);
+    EXPECT_EQ(PixelAt(without, 0, 10), Drawn(clWindow));
+    EXPECT_EQ(Row(without, 0, 3), "yyw");
 }
 
-TEST_F(PaintTest, RightMarginStandsAtItsColumnAndGoesWhenScrolledPast)
+TEST_F(PaintTest, RightMarginFrameAndCornerAreDrawnWhereTheyBelong)
 {
     edit->SetRightMargin(10);
     edit->SetRightMarginColor(clRed);
     QImage image = Render(*edit);
-    const int x = gw + 10 * cw + 2;
-    EXPECT_EQ(PixelAt(image, x, 5 * lh), Drawn(clRed));
+    const int x = CellRect(*edit, 10, 0).Left;
+    EXPECT_EQ(PixelAt(image, x, 100), Drawn(clRed));
     EXPECT_EQ(CountPixels(image, Rect(0, 0, x, 100), Drawn(clRed)), 0);
 
-    edit->HScrollBar().SetPosition(10);  // M = 2: still inside the text area
+    edit->HScrollBar().SetPosition(10);  // the margin's column is the first: still inside the text area
     image = Render(*edit);
-    EXPECT_EQ(PixelAt(image, gw + 2, 5 * lh), Drawn(clRed));
-
+    EXPECT_EQ(PixelAt(image, gw + 2, 100), Drawn(clRed));
     edit->HScrollBar().SetPosition(11);
+    EXPECT_EQ(CountPixels(Render(*edit), Rect(0, 0, 400, 300), Drawn(clRed)), 0);
+
+    // the frame is drawn only without the 3D look, and the corner between the bars is face
     image = Render(*edit);
-    EXPECT_EQ(CountPixels(image, Rect(0, 0, 400, 300), Drawn(clRed)), 0);
+    EXPECT_NE(PixelAt(image, 30, 0), Drawn(clBlack));
+    EXPECT_EQ(PixelAt(image, 399, 299), Drawn(clBtnFace));
+    edit->SetCtl3D(false);
+    image = Render(*edit);
+    EXPECT_EQ(PixelAt(image, 30, 0), Drawn(clBlack));
+    EXPECT_EQ(PixelAt(image, 0, 30), Drawn(clBlack));
 }
 
 TEST_F(PaintTest, TokensTakeTheColoursTheParserGives)
 {
     edit->Lines().SetText(u"ab +{c");
-    const QImage image = Render(*edit);
-    EXPECT_TRUE(CellIs(image, 0, 0, clYellow));
-    EXPECT_TRUE(CellIs(image, 1, 0, clYellow));
-    EXPECT_TRUE(CellIs(image, 2, 0, clWindow));
-    EXPECT_TRUE(CellIs(image, 3, 0, clAqua));
-    EXPECT_TRUE(CellIs(image, 5, 0, clLime));
-    EXPECT_TRUE(CellIs(image, 6, 0, clWindow));  // behind the line end stays the fill
-}
+    EXPECT_EQ(Row(Render(*edit), 0), "yywallww");  // behind the line end stays the fill
 
-TEST_F(PaintTest, DefaultParserPaintsWholeLinesInWindowColours)
-{
-    edit->SetParser(nullptr);
+    edit->SetParser(nullptr);  // the default parser paints whole lines in window colours
     edit->Lines().SetText(u"x+y");
     const QImage image = Render(*edit);
-    EXPECT_TRUE(CellIs(image, 1, 0, clWindow));
-    const TRect cell = Cell(1, 0);
+    EXPECT_EQ(Row(image, 0, 3), "www");
+    const TRect cell = CellRect(*edit, 1, 0);
     EXPECT_LT(CountPixels(image, cell, Drawn(clWindow)), cell.Width() * cell.Height());  // the + is drawn
 }
 
@@ -122,40 +123,28 @@ TEST_F(PaintTest, LineChangeEventBandsItsLineFromTheFirstTokenToTheRightEdge)
     ASSERT_GE(calls.size(), 4u);
     EXPECT_EQ(calls[0], std::make_pair(1, clYellow));  // the first token's colours come in
     EXPECT_EQ(calls[2], std::make_pair(3, clWindow));  // an empty line is called too
-    EXPECT_TRUE(CellIs(image, 0, 1, clFuchsia));
-    EXPECT_TRUE(CellIs(image, 30, 1, clFuchsia));
-    EXPECT_TRUE(CellIs(image, 0, 2, clFuchsia));
-    EXPECT_TRUE(CellIs(image, 0, 0, clYellow));
-    EXPECT_TRUE(CellIs(image, 30, 3, clWindow));
+    EXPECT_EQ(Row(image, 0, 4), "yyyw");
+    EXPECT_EQ(Row(image, 1, 40), std::string(40, 'f'));
+    EXPECT_EQ(Row(image, 2, 1), "f");
+    EXPECT_EQ(Row(image, 3, 40), "yyyy" + std::string(36, 'w'));
 }
 
-TEST_F(PaintTest, SelectionLooksTheSameInBothDirections)
+TEST_F(PaintTest, SelectionLooksTheSameInBothDirectionsAndAnEmptyOneShowsNothing)
 {
     edit->Lines().SetText(u"abc\r\nde\r\nfgh");
+    const QImage plain = Render(*edit);
     edit->SetSelStart(Point(1, 0));
+    edit->SetSelEnd(Point(1, 0));
+    EXPECT_EQ(Render(*edit), plain);
+
     edit->SetSelEnd(Point(2, 2));
     const QImage forward = Render(*edit);
     edit->SetSelStart(Point(2, 2));
     edit->SetSelEnd(Point(1, 0));
-    const QImage backward = Render(*edit);
-    EXPECT_EQ(forward, backward);
-
-    EXPECT_TRUE(CellIs(forward, 0, 0, clYellow));
-    EXPECT_TRUE(CellIs(forward, 1, 0, clHighlight));
-    EXPECT_TRUE(CellIs(forward, 2, 0, clHighlight));
-    EXPECT_TRUE(CellIs(forward, 3, 0, clWindow));  // no highlight behind a line end
-    EXPECT_TRUE(CellIs(forward, 0, 1, clHighlight));
-    EXPECT_TRUE(CellIs(forward, 1, 2, clHighlight));
-    EXPECT_TRUE(CellIs(forward, 2, 2, clYellow));
-}
-
-TEST_F(PaintTest, EmptySelectionInsideATokenShowsNothing)
-{
-    edit->Lines().SetText(u"abcd");
-    const QImage plain = Render(*edit);
-    edit->SetSelStart(Point(2, 0));
-    edit->SetSelEnd(Point(2, 0));
-    EXPECT_EQ(Render(*edit), plain);
+    EXPECT_EQ(Render(*edit), forward);
+    EXPECT_EQ(Row(forward, 0, 4), "yhhw");  // no highlight behind a line end
+    EXPECT_EQ(Row(forward, 1, 1), "h");
+    EXPECT_EQ(Row(forward, 2, 3), "hhy");
 }
 
 TEST_F(PaintTest, ReadOnlyDarkensFillAndTokenBackgroundsButNotTheSelection)
@@ -164,14 +153,10 @@ TEST_F(PaintTest, ReadOnlyDarkensFillAndTokenBackgroundsButNotTheSelection)
     edit->SetSelStart(Point(3, 0));
     edit->SetSelEnd(Point(5, 0));
     edit->SetReadOnly(true);
-    const QImage image = Render(*edit);
-    TColor darkWindow = clWindow, darkYellow = clYellow;
-    uSxCodeEdit::DarkenColor(darkWindow, true, 10);
+    TColor darkYellow = clYellow;
     uSxCodeEdit::DarkenColor(darkYellow, true, 10);
     EXPECT_EQ(darkYellow, RGB(229, 229, 0));
-    EXPECT_EQ(PixelAt(image, 300, 200), darkWindow);
-    EXPECT_TRUE(CellIs(image, 0, 0, darkYellow));
-    EXPECT_TRUE(CellIs(image, 3, 0, clHighlight));
+    EXPECT_EQ(Row(Render(*edit), 0, 7), "DDdhhdd");
 }
 
 TEST_F(PaintTest, PaintThatStartsInsideACommentTakesTheStoredLineKind)
@@ -183,28 +168,31 @@ TEST_F(PaintTest, PaintThatStartsInsideACommentTakesTheStoredLineKind)
     Render(*edit);  // a paint from the top stores the state of each line
     EXPECT_EQ(edit->Lines().Objects(1), 1);
     EXPECT_EQ(edit->Lines().Objects(3), 0);
-
     edit->VScrollBar().SetPosition(1);
     const QImage image = Render(*edit);
-    EXPECT_TRUE(CellIs(image, 0, 0, clLime));  // "two" is inside the comment
-    EXPECT_TRUE(CellIs(image, 0, 2, clYellow));  // "four" is not
-}
+    EXPECT_EQ(Row(image, 0, 1), "l");  // "two" is inside the comment
+    EXPECT_EQ(Row(image, 2, 1), "y");  // "four" is not
 
-TEST_F(PaintTest, JumpToUnpaintedTextKnowsNoCommentFromAbove)
-{
-    String text = u"{";
+    // a jump to text that was never painted knows no comment from above
+    String jump(u"{");
     for (int i = 0; i < 100; ++i)
-        text += u"\r\nx";
-    edit->Lines().SetText(text);
+        jump += u"\r\nx";
+    edit->Lines().SetText(jump);
     edit->VScrollBar().SetPosition(90);
-    const QImage image = Render(*edit);
-    EXPECT_TRUE(CellIs(image, 0, 0, clYellow));
+    EXPECT_EQ(Row(Render(*edit), 0, 1), "y");
+
+    int calls = 0;  // a view past the end paints no line and calls no handler
+    edit->SetOnParserLineChange([&](Integer, TColor&, TColor&) { return ++calls, false; });
+    edit->VScrollBar().SetPosition(150);
+    EXPECT_EQ(Row(Render(*edit), 0, 1), "w");
+    EXPECT_EQ(calls, 0);
 }
 
 TEST_F(PaintTest, TextEndingAboveTheBottomLeavesTheRestBlank)
 {
     edit->SetParser(nullptr);
     edit->Lines().SetText(u"ab\r\n");
+    edit->SetModified(false);
     std::vector<int> lines;
     edit->SetOnParserLineChange([&](Integer line, TColor&, TColor&) {
         lines.push_back(line);
@@ -213,37 +201,9 @@ TEST_F(PaintTest, TextEndingAboveTheBottomLeavesTheRestBlank)
     const QImage image = Render(*edit);
     EXPECT_EQ(lines, std::vector<int>{1});
     EXPECT_EQ(edit->ParserLineNr(), 1);
+    const int lh = edit->GetLineWidth();
     EXPECT_EQ(CountPixels(image, Rect(gw, lh, 350, 250), Drawn(clWindow)), (350 - gw) * (250 - lh));
-}
-
-TEST_F(PaintTest, ViewPastTheEndPaintsNoLineAndCallsNoHandler)
-{
-    edit->Lines().SetText(u"ab");
-    int calls = 0;
-    edit->SetOnParserLineChange([&](Integer, TColor&, TColor&) { return ++calls, false; });
-    edit->VScrollBar().SetPosition(50);
-    const QImage image = Render(*edit);
-    EXPECT_EQ(calls, 0);
-    EXPECT_TRUE(CellIs(image, 0, 0, clWindow));
-}
-
-TEST_F(PaintTest, FrameIsDrawnOnlyWithout3DLookAndTheCornerBetweenTheBarsIsFace)
-{
-    QImage image = Render(*edit);
-    EXPECT_NE(PixelAt(image, 30, 0), Drawn(clBlack));
-    EXPECT_EQ(PixelAt(image, 399, 299), Drawn(clBtnFace));
-    edit->SetCtl3D(false);
-    image = Render(*edit);
-    EXPECT_EQ(PixelAt(image, 30, 0), Drawn(clBlack));
-    EXPECT_EQ(PixelAt(image, 0, 30), Drawn(clBlack));
-}
-
-TEST_F(PaintTest, PaintingDoesNotMarkTheTextModified)
-{
-    edit->Lines().SetText(u"a\r\nb");
-    edit->SetModified(false);
-    Render(*edit);
-    EXPECT_FALSE(edit->Modified());
+    EXPECT_FALSE(edit->Modified());  // painting does not mark the text modified
 }
 
 }  // namespace

@@ -27,23 +27,17 @@ struct DialogInput {
     TModalResult Result = mrOk;
 };
 
-/// What the dialog showed when it came up.
-struct DialogSeen {
-    String Text;
-    Integer Scope = -1;
-    Integer Origin = -1;
-};
-
-std::string At(TPoint p) { return std::to_string(p.X) + "," + std::to_string(p.Y); }
-
 class SearchEngine : public EditorTest {
 protected:
-    DialogSeen Open(bool replace, const DialogInput& in)
+    /// Opens the dialog and answers what it showed when it came up: its
+    /// text, "scope" with the index of the scope, and "origin" with that of the origin.
+    std::string Open(bool replace, const DialogInput& in)
     {
-        DialogSeen seen;
+        std::string seen;
         script.OnForm = [&](TForm& form) {
             auto& d = dynamic_cast<TFrmCodeEditSearchReplaceDlg&>(form);
-            seen = {d.edtTextToFind()->Text(), d.rgScope()->ItemIndex(), d.rgOrigin()->ItemIndex()};
+            seen = "'" + StrToUtf8(d.edtTextToFind()->Text()) + "' scope " + std::to_string(d.rgScope()->ItemIndex()) +
+                   " origin " + std::to_string(d.rgOrigin()->ItemIndex());
             if (in.Find)
                 d.edtTextToFind()->SetText(*in.Find);
             d.rgDirection()->SetItemIndex(in.Backward ? 1 : 0);
@@ -76,7 +70,6 @@ protected:
     }
     /// The selection as "start-end", for readable failures.
     std::string Selection() const { return At(edit->SelStart()) + "-" + At(edit->SelEnd()); }
-    std::string CaretAt() const { return At(Caret()); }
     String LastBox() const { return script.Boxes.empty() ? String() : script.Boxes.back().Text; }
 
     ModalScript script;
@@ -110,12 +103,8 @@ TEST_F(SearchEngine, OneDialogPerControlCentredOnItsWindowAndResetAtEachOpening)
 
 TEST_F(SearchEngine, PassesWalkTheHitsInTheirDirectionWithTheCaretAtTheSelectionsEnd)
 {
-    const struct {
-        const char16_t* text;
-        TPoint caret;
-        DialogInput in;
-        std::vector<std::string> hits;  // after the first pass, then after each repeat
-    } cases[] = {
+    // hits: the selection after the first pass, then after each repeat
+    const struct { const char16_t* text; TPoint caret; DialogInput in; std::vector<std::string> hits; } cases[] = {
         {u"aXa", Point(0, 0), {.Find = u"a"}, {"0,0-1,0", "2,0-3,0"}},
         {u"aXa", Point(3, 0), {.Find = u"a", .Backward = true}, {"3,0-2,0", "1,0-0,0"}},
         {u"ab ab", Point(3, 0), {.Find = u"ab"}, {"3,0-5,0"}},  // a hit may start at the caret
@@ -135,15 +124,12 @@ TEST_F(SearchEngine, PassesWalkTheHitsInTheirDirectionWithTheCaretAtTheSelection
             if (i > 0)
                 SearchAgain();
             EXPECT_EQ(Selection(), c.hits[i]);
-            EXPECT_EQ(At(edit->SelEnd()), CaretAt());
+            EXPECT_EQ(At(edit->SelEnd()), At(Caret()));
         }
     }
     EXPECT_TRUE(script.Boxes.empty());
-}
 
-TEST_F(SearchEngine, APassBehindTheLastHitShowsTheMessageAndKeepsTheHit)
-{
-    Start(u"aXa", Point(1, 0));
+    Start(u"aXa", Point(1, 0));  // a pass behind the last hit shows the message and keeps the hit
     Open(false, {.Find = u"a"});
     Pass();
     SearchAgain();
@@ -151,47 +137,33 @@ TEST_F(SearchEngine, APassBehindTheLastHitShowsTheMessageAndKeepsTheHit)
     EXPECT_EQ(Selection(), "2,0-3,0");
 }
 
-TEST_F(SearchEngine, SelectedTextOverLinesLimitsTheFirstHitOnly)
+TEST_F(SearchEngine, TheSelectionFillsTheTextBoxOrLimitsTheFirstHitTheSameInBothDirections)
 {
     Start(u"a1\r\na2\r\na3\r\na4");
     Select(Point(1, 0), Point(1, 2));
-    const DialogSeen seen = Open(false, {.Find = u"a"});
-    EXPECT_EQ(seen.Scope, 1);
-    EXPECT_EQ(seen.Origin, 1);
+    EXPECT_EQ(Open(false, {.Find = u"a"}), "'' scope 1 origin 1");
     Pass();
     EXPECT_EQ(Selection(), "0,1-1,1");
     SearchAgain();
     SearchAgain();
     EXPECT_EQ(Selection(), "0,3-1,3");  // on past the selection's end
-}
 
-TEST_F(SearchEngine, SelectedTextOnOneLineGivesTheSameLimitsInBothDirections)
-{
     for (const bool rightToLeft : {false, true}) {
         SCOPED_TRACE(rightToLeft);
         Start(u"a b a b a");
         rightToLeft ? Select(Point(7, 0), Point(2, 0)) : Select(Point(2, 0), Point(7, 0));
-        const DialogSeen seen = Open(false, {.Find = u"a", .Backward = true, .Origin = 1});
-        EXPECT_EQ(seen.Scope, 1);  // the selection holds a blank: no text taken
-        EXPECT_EQ(seen.Origin, 0);
+        // the selection holds a blank: no text taken, the last one stays
+        EXPECT_EQ(Open(false, {.Find = u"a", .Backward = true, .Origin = 1}), "'a' scope 1 origin 0");
         Pass();
         EXPECT_EQ(Selection(), "5,0-4,0");  // the a behind the selection's end is not found
     }
-}
 
-TEST_F(SearchEngine, TheSelectionFillsTheTextBoxOrStartsAnEmptyRange)
-{
+    // a selection of one line without blanks fills the text box; with a blank it only limits the range
     Start(u"foo bar");
     Select(Point(4, 0), Point(7, 0));
-    DialogSeen seen = Open(false, {.Result = mrCancel});
-    EXPECT_EQ(seen.Text, u"bar");
-    EXPECT_EQ(seen.Scope, 0);
-
+    EXPECT_EQ(Open(false, {.Result = mrCancel}), "'bar' scope 0 origin 0");
     Select(Point(0, 0), Point(5, 0));
-    seen = Open(false, {});
-    EXPECT_EQ(seen.Text, u"bar");  // left as it was
-    EXPECT_EQ(seen.Scope, 1);
-    EXPECT_EQ(seen.Origin, 0);
+    EXPECT_EQ(Open(false, {}), "'bar' scope 1 origin 0");  // the text left as it was
     Pass();
     EXPECT_EQ(LastBox(), u"Search string 'bar' not found.");  // from the caret to the selection's end
 }
@@ -199,11 +171,9 @@ TEST_F(SearchEngine, TheSelectionFillsTheTextBoxOrStartsAnEmptyRange)
 TEST_F(SearchEngine, ReplaceOnceLeavesADeleteAndAPasteRecord)
 {
     Start(u"one two one");
-    Open(true, {.Find = u"one", .ReplaceWith = u"1"});
+    Open(true, {.Find = u" one ", .ReplaceWith = u"1"});  // the search text is trimmed
     Pass();
-    EXPECT_EQ(Line(0), u"1 two one");
-    EXPECT_EQ(CaretAt(), "1,0");
-    EXPECT_EQ(Selection(), "1,0-1,0");
+    EXPECT_EQ(State(), "1 two one| @1,0");
     EXPECT_EQ(edit->UndoList().Count(), 2);
     SearchAgain();  // search again replaces again
     EXPECT_EQ(Line(0), u"1 two 1");
@@ -211,33 +181,38 @@ TEST_F(SearchEngine, ReplaceOnceLeavesADeleteAndAPasteRecord)
     EXPECT_EQ(Line(0), u"1 two ");
     Undo();
     EXPECT_EQ(Line(0), u"1 two one");
+
+    Start(u"xay");  // the replacement is not trimmed
+    Open(true, {.Find = u"a", .ReplaceWith = u" a "});
+    Pass();
+    EXPECT_EQ(Line(0), u"x a y");
 }
 
-TEST_F(SearchEngine, ReplaceWithPromptAnsweredNoKeepsTheHitSelected)
+TEST_F(SearchEngine, AnswersNoAndCancelEndTheChainWithTheHitSelected)
 {
     Start(u"a a");
     script.Answers = {idNo};
     Open(true, {.Find = u"a", .ReplaceWith = u"b", .Prompt = true});
-    Pass();
     RunChain();
-    EXPECT_EQ(Line(0), u"a a");
-    EXPECT_EQ(Selection(), "0,0-1,0");
+    EXPECT_EQ(State(), "a a| @1,0 [0,0-1,0]");
     ASSERT_EQ(script.Boxes.size(), 1u);  // no further pass, no message
     EXPECT_EQ(script.Boxes[0].Kind, TMsgBoxKind::mbYesNo);
     EXPECT_EQ(script.Boxes[0].Text, AskA);
+
+    Start(u"a a a");  // Cancel ends a replace-all
+    script.Boxes.clear();
+    script.Answers = {idYes, idCancel};
+    Open(true, {.Find = u"a", .ReplaceWith = u"x", .Prompt = true, .Result = mrYesToAll});
+    RunChain();
+    EXPECT_EQ(State(), "x a a| @3,0 [2,0-3,0]");
+    EXPECT_EQ(script.Boxes.size(), 2u);
 }
 
 TEST_F(SearchEngine, ReplaceAllRunsItsChainToTheMessageAtTheEnd)
 {
     const DialogInput ask{.Find = u"a", .ReplaceWith = u"x", .Prompt = true, .Result = mrYesToAll};
     const struct {
-        const char16_t* text;
-        TPoint caret;
-        DialogInput in;
-        Integer answer;
-        bool readOnly;
-        const char16_t* after;
-        std::size_t boxes;
+        const char16_t* text; TPoint caret; DialogInput in; Integer answer; bool readOnly; const char16_t* after; std::size_t boxes;
     } cases[] = {
         // every old hit is replaced once, in both directions, though the replacement holds the text
         {u"a ba\r\na a", Point(0, 0), {.Find = u"a", .ReplaceWith = u"aa", .Result = mrYesToAll}, idCancel, false,
@@ -264,25 +239,6 @@ TEST_F(SearchEngine, ReplaceAllRunsItsChainToTheMessageAtTheEnd)
             EXPECT_EQ(edit->UndoList().Count(), records);
         }
     }
-}
-
-TEST_F(SearchEngine, CancelEndsTheChainWithTheHitSelected)
-{
-    Start(u"a a a");
-    script.Answers = {idYes, idCancel};
-    Open(true, {.Find = u"a", .ReplaceWith = u"x", .Prompt = true, .Result = mrYesToAll});
-    RunChain();
-    EXPECT_EQ(Line(0), u"x a a");
-    EXPECT_EQ(Selection(), "2,0-3,0");
-    EXPECT_EQ(script.Boxes.size(), 2u);
-}
-
-TEST_F(SearchEngine, TheSearchTextIsTrimmedAndTheReplacementIsNot)
-{
-    Start(u"xay");
-    Open(true, {.Find = u" a ", .ReplaceWith = u" a "});
-    Pass();
-    EXPECT_EQ(Line(0), u"x a y");
 }
 
 TEST_F(SearchEngine, NothingToRepeatBeforeADialogAndAnEmptyTextEndsTheSearch)

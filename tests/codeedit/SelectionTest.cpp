@@ -8,52 +8,30 @@ using namespace sx;
 
 namespace {
 
-struct Selected {
-    String text;
-    Integer length;
-};
-
-Selected Read(TSxCodeEdit& edit)
+TEST(Selection, TextAndLengthInBothDirectionsWithoutMovingAnything)
 {
-    Selected s;
-    edit.GetSelected(s.text);
-    s.length = edit.SelLength();
-    return s;
-}
-
-TEST(Selection, OverLinesJoinsWithCrLfAndCountsNoBreaks)
-{
-    TSxCodeEdit edit(nullptr);
-    edit.SetText(u"abc\r\nde\r\nfgh");
-    edit.SetSelEnd(Point(1, 0));
-    edit.SetSelStart(Point(2, 2));
-    const Selected forward = Read(edit);
-    EXPECT_EQ(forward.text, u"bc\r\nde\r\nfg");
-    EXPECT_EQ(forward.length, 6);
-
-    edit.SetSelEnd(Point(2, 2));
-    edit.SetSelStart(Point(1, 0));
-    edit.SetModified(false);
-    const Integer caretX = edit.CharPos(), caretY = edit.LinePos();
-    const Selected backward = Read(edit);
-    EXPECT_EQ(backward.text, forward.text);
-    EXPECT_EQ(backward.length, 6);
-    EXPECT_EQ(edit.SelStart(), Point(1, 0));
-    EXPECT_EQ(edit.SelEnd(), Point(2, 2));
-    EXPECT_EQ(edit.CharPos(), caretX);
-    EXPECT_EQ(edit.LinePos(), caretY);
-    EXPECT_FALSE(edit.Modified());
-}
-
-TEST(Selection, ColumnsBeyondTheLineEndGiveOnlyWhatTheLineHolds)
-{
-    TSxCodeEdit edit(nullptr);
-    edit.SetText(u"ab\r\ncd");
-    edit.SetSelEnd(Point(5, 0));
-    edit.SetSelStart(Point(1, 1));
-    const Selected s = Read(edit);
-    EXPECT_EQ(s.text, u"\r\nc");
-    EXPECT_EQ(s.length, 2 - 5 + 1);  // the first line's term is negative
+    // caretStays: a reversed pair is swapped and back, which leaves the caret on SelStart
+    const struct { TPoint from, to; const char16_t* text; Integer length; bool caretStays; } cases[] = {
+        {Point(1, 0), Point(2, 2), u"bc\r\nde\r\nfg", 6, false},  // joined with CR LF, counted without the breaks
+        {Point(2, 2), Point(1, 0), u"bc\r\nde\r\nfg", 6, true},
+        {Point(5, 0), Point(1, 1), u"\r\nd", 3 - 5 + 1, false},  // a column beyond the end: the first line's term is negative
+    };
+    for (const auto& c : cases) {
+        TSxCodeEdit edit(nullptr);
+        edit.SetText(u"abc\r\nde\r\nfgh");
+        edit.SetSelEnd(c.from);
+        edit.SetSelStart(c.to);
+        edit.SetModified(false);
+        const TPoint caret = Point(edit.CharPos(), edit.LinePos());
+        String text;
+        edit.GetSelected(text);
+        EXPECT_EQ(text, c.text);
+        EXPECT_EQ(edit.SelLength(), c.length);
+        EXPECT_EQ(edit.SelEnd(), c.from);
+        EXPECT_EQ(edit.SelStart(), c.to);
+        EXPECT_EQ(Point(edit.CharPos(), edit.LinePos()) == caret, c.caretStays);
+        EXPECT_FALSE(edit.Modified());
+    }
 }
 
 TEST(Selection, ClearedSelectionReadsEmptyAndAddsNoLine)
@@ -61,7 +39,9 @@ TEST(Selection, ClearedSelectionReadsEmptyAndAddsNoLine)
     TSxCodeEdit edit(nullptr);
     edit.SetText(u"abc");
     edit.ClearSelection();
-    EXPECT_EQ(Read(edit).text, u"");
+    String text = u"?";
+    edit.GetSelected(text);
+    EXPECT_EQ(text, u"");
     EXPECT_EQ(edit.SelLength(), 0);
     EXPECT_EQ(edit.Lines().Count(), 1);
 }

@@ -1,7 +1,6 @@
 // Undo: each kind of record played backwards against the text, the bound of
 // the stack, and records that no longer fit the text.
 #include "codeedit/EditorFixture.h"
-
 #include "platform/Clipboard.h"
 
 using namespace sx;
@@ -12,25 +11,37 @@ namespace {
 
 using UndoReplay = EditorTest;
 
-TEST_F(UndoReplay, TypedCharacterGoesButItsFillStays)
+TEST_F(UndoReplay, EachEditIsPlayedBackwards)
 {
-    EXPECT_FALSE(edit->CanUndo());
-    Start(u"ab", Point(5, 0));
-    Type(*edit, QStringLiteral("x"));
-    EXPECT_TRUE(edit->CanUndo());
-    Undo();
-    EXPECT_FALSE(edit->CanUndo());
-    EXPECT_EQ(Line(0), u"ab   ");
-    EXPECT_EQ(Caret(), Point(5, 0));
-}
-
-TEST_F(UndoReplay, EnterIsUndoneWithoutTheTrimmedSpaces)
-{
-    Start(u"abc   def", Point(6, 0));
-    Press(*edit, Qt::Key_Return);
-    Undo();
-    EXPECT_EQ(edit->Text(), u"abcdef\r\n");
-    EXPECT_EQ(Caret(), Point(6, 0));
+    const struct { const char16_t* text; TPoint caret; void (*edit)(TSxCodeEdit&); const char* undone; } cases[] = {
+        // a typed character goes but its fill stays
+        {u"ab", Point(5, 0), [](TSxCodeEdit& e) { Type(e, QStringLiteral("x")); }, "ab   | @5,0"},
+        // Enter is undone without the trimmed spaces
+        {u"abc   def", Point(6, 0), [](TSxCodeEdit& e) { Press(e, Qt::Key_Return); }, "abcdef| @6,0"},
+        // a join is undone by splitting again
+        {u"abc\r\ndef", Point(0, 1), [](TSxCodeEdit& e) { Press(e, Qt::Key_Backspace); }, "abc|def| @0,1"},
+        // a paste behind the line end fills the line, and its undo leaves the fill
+        {u"ab", Point(4, 0),
+         [](TSxCodeEdit& e) {
+             Clipboard().SetAsText(u"x\r\ny");
+             SendMessage(&e, WM_PASTE);
+             EXPECT_EQ(e.Text(), u"ab  x\r\ny\r\n");
+             EXPECT_EQ(Point(e.CharPos(), e.LinePos()), Point(1, 1));
+         },
+         "ab  | @4,0"},
+        // an empty insertion writes a record that undoes to nothing
+        {u"ab", Point(1, 0), [](TSxCodeEdit& e) { e.InsertText(ctPaste, u""); }, "ab| @1,0"},
+    };
+    for (const auto& c : cases) {
+        SCOPED_TRACE(StrToUtf8(c.text));
+        ASSERT_FALSE(edit->CanUndo());
+        Start(c.text, c.caret);
+        c.edit(*edit);
+        EXPECT_TRUE(edit->CanUndo());
+        Undo();
+        EXPECT_EQ(State(), c.undone);
+        EXPECT_FALSE(edit->CanUndo());
+    }
 }
 
 TEST_F(UndoReplay, DeletedLinesComeBackAndOnlyACutIsSelectedAgain)
@@ -42,47 +53,8 @@ TEST_F(UndoReplay, DeletedLinesComeBackAndOnlyACutIsSelectedAgain)
         String deleted;
         edit->DeleteSelected(kind, deleted);
         Undo();
-        EXPECT_EQ(edit->Text(), text);
-        EXPECT_EQ(Caret(), Point(2, 2));
-        if (kind == ctCut) {
-            EXPECT_EQ(edit->SelStart(), Point(1, 0));
-            EXPECT_EQ(edit->SelEnd(), Point(2, 2));
-        } else {
-            EXPECT_EQ(edit->SelLength(), 0);
-        }
+        EXPECT_EQ(State(), kind == ctCut ? "one|two|three|four| @2,2 [1,0-2,2]" : "one|two|three|four| @2,2");
     }
-}
-
-TEST_F(UndoReplay, JoinIsUndoneBySplittingAgain)
-{
-    Start(u"abc\r\ndef", Point(0, 1));
-    Press(*edit, Qt::Key_Backspace);
-    Undo();
-    EXPECT_EQ(edit->Text(), u"abc\r\ndef\r\n");
-    EXPECT_EQ(Caret(), Point(0, 1));
-}
-
-TEST_F(UndoReplay, PasteBehindTheLineEndFillsTheLineAndItsUndoLeavesTheFill)
-{
-    Start(u"ab", Point(4, 0));
-    Clipboard().SetAsText(u"x\r\ny");
-    SendMessage(edit, WM_PASTE);
-    EXPECT_EQ(edit->Text(), u"ab  x\r\ny\r\n");
-    EXPECT_EQ(Caret(), Point(1, 1));
-    Undo();
-    EXPECT_EQ(edit->Text(), u"ab  \r\n");
-    EXPECT_EQ(Caret(), Point(4, 0));
-}
-
-TEST_F(UndoReplay, EmptyInsertionWritesARecordThatUndoesToNothing)
-{
-    Start(u"ab", Point(1, 0));
-    edit->InsertText(ctPaste, u"");
-    ASSERT_EQ(edit->UndoList().Count(), 1);
-    EXPECT_EQ(edit->UndoList().Items(0)->StartPos(), edit->UndoList().Items(0)->EndPos());
-    Undo();
-    EXPECT_EQ(Line(0), u"ab");
-    EXPECT_FALSE(edit->CanUndo());
 }
 
 TEST_F(UndoReplay, StackKeepsTheNewestHundred)
@@ -97,8 +69,21 @@ TEST_F(UndoReplay, StackKeepsTheNewestHundred)
     EXPECT_FALSE(edit->CanUndo());
 }
 
-TEST_F(UndoReplay, RecordsThatCannotBePlayedGoAnyway)
+TEST_F(UndoReplay, RecordsOutliveANewTextAndGoEvenWhenTheyCannotBePlayed)
 {
+    Start(u"abc", Point(3, 0));
+    Type(*edit, QStringLiteral("d"));
+    Press(*edit, Qt::Key_Backspace);
+    edit->SetText(u"wxyz");
+    edit->SetReadOnly(true);
+    Undo();  // the put-back path ignores read-only
+    EXPECT_EQ(Line(0), u"wxydz");
+    Undo();  // the delete path is refused, and the record goes
+    EXPECT_EQ(State(), "wxydz| @3,0");
+    EXPECT_FALSE(edit->CanUndo());
+
+    // a record that cannot be played goes all the same
+    edit->SetReadOnly(false);
     Start(u"abc");
     edit->UndoList().AddUndo(ctNone, Point(0, 0), Point(1, 0), Point(0, 0), u"");
     try {
@@ -111,36 +96,15 @@ TEST_F(UndoReplay, RecordsThatCannotBePlayedGoAnyway)
     EXPECT_EQ(edit->Text(), u"abc\r\n");
 }
 
-TEST_F(UndoReplay, RecordsOutliveANewTextAndAReadOnlyControlOnlyPutsBack)
-{
-    Start(u"abc", Point(3, 0));
-    Type(*edit, QStringLiteral("d"));
-    Press(*edit, Qt::Key_Backspace);
-    edit->SetText(u"wxyz");
-    edit->SetReadOnly(true);
-    Undo();  // the put-back path ignores read-only
-    EXPECT_EQ(Line(0), u"wxydz");
-    Undo();  // the delete path is refused, and the record goes
-    EXPECT_EQ(Line(0), u"wxydz");
-    EXPECT_EQ(Caret(), Point(3, 0));
-    EXPECT_FALSE(edit->CanUndo());
-}
-
-TEST_F(UndoReplay, NeighbouringBreakCharactersMakeOneBreak)
+TEST_F(UndoReplay, NeighbouringBreakCharactersMakeOneBreakAndAddCodeGoesInFrontOfTheLastLine)
 {
     Start(u"");
     edit->InsertText(ctPaste, u"a\r\nb\n\rc\r\rd\n\ne\r\n\r\nf\ng");
-    EXPECT_EQ(edit->Text(), u"a\r\nb\r\nc\r\nd\r\ne\r\n\r\nf\r\ng\r\n");
-    EXPECT_EQ(Caret(), Point(1, 7));
-
+    EXPECT_EQ(State(), "a|b|c|d|e||f|g| @1,7");
     Start(u"xy", Point(1, 0));
     edit->InsertText(ctPaste, u"1\r\n2\r\n");
-    EXPECT_EQ(edit->Text(), u"x1\r\n2\r\ny\r\n");
-    EXPECT_EQ(Caret(), Point(0, 2));
-}
+    EXPECT_EQ(State(), "x1|2|y| @0,2");
 
-TEST_F(UndoReplay, AddCodeGoesInFrontOfTheLastLine)
-{
     Start(u"begin\r\nend");
     edit->AddCode(u"x;\r\n");
     EXPECT_EQ(edit->Text(), u"begin\r\nx;\r\nend\r\n");

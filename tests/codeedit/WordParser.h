@@ -1,6 +1,6 @@
-// A small language for the painting tests: words on yellow, other signs on
-// aqua, blanks on the window colour, and comments in braces on lime that may
-// span lines through LineKind.
+// A small language for the painting tests: words on yellow in bold, other
+// signs on aqua, blanks on the window colour, and comments in braces on lime
+// that may span lines through LineKind.
 #pragma once
 
 #include "codeedit/uSxCodeParser.h"
@@ -18,33 +18,28 @@ public:
         FontStyle = TFontStyles{};
         TextColor = clBlack;
         BackGround = clWindow;
-        LineBreak = false;
         Char c = ReadChar();
         if (c == 10)
             c = ReadChar();
-        if (c == 0) {
-            LineBreak = true;
-            return false;
-        }
-        if (c == 13) {
-            LineBreak = true;
-            return true;
-        }
-        if (LineKind() == 1 || c == u'{') {
-            BackGround = clLime;
-            ReadComment(Token, c);
-            return true;
-        }
+        LineBreak = c == 0 || c == 13;
+        if (LineBreak)
+            return c == 13;
+        const bool comment = LineKind() == 1 || c == u'{';
+        // A token runs on while its characters are of the kind of its first.
+        const auto sameKind = [&](Char next) {
+            return comment ? next != 13 && next != 0 && Token.back() != u'}'
+                           : (IsWordChar(c) && IsWordChar(next)) || (c == u' ' && next == u' ');
+        };
         Token += c;
-        if (IsWordChar(c)) {
-            while (IsWordChar(PeekChar()))
-                Token += ReadChar();
+        while (sameKind(PeekChar()))
+            Token += ReadChar();
+        if (comment) {
+            BackGround = clLime;
+            SetLineKind(Token.back() == u'}' ? 0 : 1);
+        } else if (IsWordChar(c)) {
             BackGround = clYellow;
             FontStyle = TFontStyles{TFontStyle::fsBold};
-        } else if (c == u' ') {
-            while (PeekChar() == u' ')
-                Token += ReadChar();
-        } else {
+        } else if (c != u' ') {
             BackGround = clAqua;
         }
         return true;
@@ -52,22 +47,6 @@ public:
 
 private:
     static bool IsWordChar(Char c) { return (c >= u'a' && c <= u'z') || (c >= u'A' && c <= u'Z') || (c >= u'0' && c <= u'9'); }
-
-    void ReadComment(String& Token, Char c)
-    {
-        SetLineKind(1);
-        for (;;) {
-            Token += c;
-            if (c == u'}') {
-                SetLineKind(0);
-                return;
-            }
-            const Char next = PeekChar();
-            if (next == 13 || next == 0)
-                return;
-            c = ReadChar();
-        }
-    }
 };
 
 }  // namespace sx::test

@@ -13,7 +13,7 @@
 
 using namespace sx;
 using namespace sx::uSxCodePascalParser;
-using sxtest::TempRegistryFile;
+using sx::test::TempRegistryFile;
 
 namespace {
 

@@ -178,7 +178,7 @@ TEST_F(PascalParser, EveryCommentClearsTheSoapFieldsAndAnAbsentIdeLeavesTheColou
     EXPECT_EQ(p.SoapComment(), u"");
 
     const auto saved = DrawInfo;
-    const sxtest::ScopedEnv noRegistry("SX_REGISTRY_FILE", "/nonexistent/registry.reg");
+    const sx::test::ScopedEnv noRegistry("SX_REGISTRY_FILE", "/nonexistent/registry.reg");
     p.SetDelphiVersion(7);
     EXPECT_EQ(DrawInfo[3].BckColor, saved[3].BckColor);
     EXPECT_EQ(DrawInfo[3].Name, u"Comment");

@@ -9,8 +9,8 @@
 #include <gtest/gtest.h>
 
 using namespace sx;
-using sxtest::ScopedEnv;
-using sxtest::TempRegistryFile;  // the registry helpers keep a namespace of their own
+using sx::test::ScopedEnv;
+using sx::test::TempRegistryFile;
 
 namespace {
 

@@ -21,7 +21,6 @@ public:
     std::uint8_t Byte() { return AtEnd() ? 0 : FData[FPos++]; }
     /// A number from 0 to ALimit - 1.
     Integer Below(Integer ALimit) { return ALimit <= 0 ? 0 : Integer(Byte() % unsigned(ALimit)); }
-    std::uint16_t Word() { return std::uint16_t(Byte() | (Byte() << 8)); }
     /// Up to AMax bytes as text (see TextOf).
     String Text(std::size_t AMax);
     /// All bytes that are left, as text.

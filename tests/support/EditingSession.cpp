@@ -1,10 +1,13 @@
 // The randomized editing driver: one step per choice read from the bytes,
 // the control's invariants after each, and the undo round trip at the end.
+// The order of the reads is the format of the fuzz corpus and of the found
+// inputs kept in the ordinary suite: it must not change.
 #include "support/EditingSession.h"
 
 #include "codeedit/fSxCodeEditSearchReplaceDlg.h"
 #include "platform/Clipboard.h"
 #include "support/Keyboard.h"
+#include "support/ModalAnswers.h"
 
 #include <QApplication>
 #include <QClipboard>
@@ -18,11 +21,17 @@ namespace {
 constexpr std::size_t MaxStartBytes = 400;
 /// The undo list's limit: a sequence that reaches it has lost records.
 constexpr Integer UndoLimit = 100;
+/// A column beyond this may make a line longer than a line can hold.
+constexpr Integer HugeColumn = 1 << 20;
 
 std::string Describe(TPoint p) { return "(" + std::to_string(p.X) + "," + std::to_string(p.Y) + ")"; }
 
-}  // namespace
+/// The earlier of the two ends.
+TPoint Earlier(TPoint s, TPoint e) { return s.Y < e.Y || (s.Y == e.Y && s.X < e.X) ? s : e; }
 
+/// Lines with trailing white space cut and empty lines at the end dropped:
+/// the text as undo promises to give it back, since the control trims lines
+/// and adds fill spaces and empty lines that no record holds.
 String UndoComparable(const String& text)
 {
     TStringList lines;
@@ -35,471 +44,482 @@ String UndoComparable(const String& text)
     return out;
 }
 
-EditingSession::EditingSession(Host& AHost, std::function<void(const std::string&)> AOnFailure)
-    : FHost(AHost), FOnFailure(std::move(AOnFailure))
-{
-    FEdit = FHost.Add<CountingCodeEdit>(400, 300);
-    Focus(*FEdit);
-    SetApplicationExceptionHandler([this](const std::exception& e) {
-        const bool listError = dynamic_cast<const EListError*>(&e) != nullptr;
-        const bool outOfMemory = dynamic_cast<const EOutOfMemory*>(&e) != nullptr;
-        if ((listError && FMayRaiseListError) || (outOfMemory && FMayRaiseOutOfMemory))
+/// The control with a count of the messages it handles, so that the driver
+/// can tell when a chain of posted messages has run out.
+class CountingCodeEdit : public TSxCodeEdit {
+public:
+    using TSxCodeEdit::TSxCodeEdit;
+    void Dispatch(TMessage& Message) override
+    {
+        ++Dispatched;
+        TSxCodeEdit::Dispatch(Message);
+    }
+    using TSxCodeEdit::HasSelection;
+    int Dispatched = 0;
+};
+
+}  // namespace
+
+class EditingSession::Impl {
+public:
+    // The steps; the fuzz corpus numbers them in this order.
+    enum class TStep { Place, Select, Type, Enter, Tab, Backspace, Key, Clipboard, Undo, ReadOnly, ReplaceLines,
+                       Insert, Search, SetClipboard, Count };
+    static constexpr const char* StepNames[] = {"place", "select", "type", "enter", "tab", "backspace", "key",
+                                                "clipboard", "undo", "read-only", "replace lines", "insert",
+                                                "search", "set clipboard"};
+
+    Impl(Host& AHost, std::function<void(const std::string&)> AOnFailure) : FOnFailure(std::move(AOnFailure))
+    {
+        FEdit = AHost.Add<CountingCodeEdit>(400, 300);
+        Focus(*FEdit);
+        SetApplicationExceptionHandler([this](const std::exception& e) {
+            const bool listError = dynamic_cast<const EListError*>(&e) != nullptr;
+            const bool outOfMemory = dynamic_cast<const EOutOfMemory*>(&e) != nullptr;
+            if ((listError && FMayRaiseListError) || (outOfMemory && FMayRaiseOutOfMemory))
+                return;
+            FReported.push_back(e.what());
+        });
+    }
+    ~Impl()
+    {
+        SetApplicationExceptionHandler(nullptr);
+        delete FEdit;
+    }
+
+    void Run(ByteReader& AIn, int AMaxSteps)
+    {
+        FIn = &AIn;
+        FEdit->SetText(AIn.Text(std::size_t(AIn.Below(int(MaxStartBytes)))));
+        FStartText = UndoComparable(FEdit->Text());
+        FLog = "start " + StrToUtf8(FEdit->Text()) + "\n";
+        for (int i = 0; i < AMaxSteps && !AIn.AtEnd() && !FFailed; ++i)
+            Step(TStep(AIn.Below(int(TStep::Count))));
+        FinishWithUndo();
+    }
+
+    bool FRoundTripChecked = false;
+
+private:
+    /// Only the first broken invariant is reported; the run stops behind it.
+    void Check(bool ACondition, const std::string& AWhat)
+    {
+        if (ACondition || FFailed)
             return;
-        FReported.push_back(e.what());
-    });
-}
+        FFailed = true;
+        FOnFailure(AWhat + "\nsteps:\n" + FLog);
+    }
+    /// Marks the run as one whose undo cannot give the start back.
+    void Lossy(const char* AReason) { FLossy = FLossy ? FLossy : AReason; }
+    TPoint Caret() const { return Point(FEdit->CharPos(), FEdit->LinePos()); }
+    String LineOrEmpty(Integer ALine)
+    {
+        return ALine >= 0 && ALine < FEdit->Lines().Count() ? FEdit->Lines().Get(ALine) : String();
+    }
+    /// Before a step that writes at the caret: whether a column that large may run out of memory.
+    void MayGrowHuge(Integer AColumn) { FMayRaiseOutOfMemory = AColumn > HugeColumn; }
 
-EditingSession::~EditingSession()
-{
-    SetApplicationExceptionHandler(nullptr);
-    delete FEdit;
-}
+    void Step(TStep AStep)
+    {
+        FLog += std::string(StepNames[int(AStep)]) + " at " + Describe(Caret()) + "\n";
+        NoteDeletionFromVirtualSpace(AStep);
+        FReported.clear();
+        FMayRaiseListError = false;
+        FMayRaiseOutOfMemory = false;
+        try {
+            switch (AStep) {
+            case TStep::Place: PlaceCaret(); break;
+            case TStep::Select: SelectRange(); break;
+            case TStep::Type:
+                for (Integer n = 1 + FIn->Below(4); n > 0; --n)
+                    SendChar(CharChoice());
+                break;
+            case TStep::Enter: Enter(); break;
+            case TStep::Tab: SendChar(9); break;
+            case TStep::Backspace: Backspace(); break;
+            case TStep::Key: PressKey(); break;
+            case TStep::Clipboard: ClipboardCommand(); break;
+            case TStep::Undo: UndoOnce(false); break;
+            case TStep::ReadOnly: FEdit->SetReadOnly(!FEdit->ReadOnly()); break;
+            case TStep::ReplaceLines: ReplaceLines(); break;
+            case TStep::Insert: InsertCode(); break;
+            case TStep::Search: SearchOrReplace(); break;
+            case TStep::SetClipboard: SetClipboardContent(); break;
+            case TStep::Count: break;
+            }
+        } catch (const EListError& e) {
+            Check(FMayRaiseListError, std::string("an index error that no stale undo record explains: ") + e.what());
+        } catch (const EOutOfMemory& e) {
+            Check(FMayRaiseOutOfMemory, std::string("out of memory with no long line in sight: ") + e.what());
+        } catch (const std::exception& e) {
+            Check(false, std::string("exception: ") + e.what());
+        }
+        PumpPostedMessages();
+        Render(*FEdit);  // a paint of whatever state the step left
+        for (const std::string& what : FReported)
+            Check(false, "exception at the event boundary: " + what);
+        CheckInvariants();
+    }
 
-void EditingSession::Check(bool ACondition, const std::string& AWhat)
-{
-    if (ACondition || FFailed)
-        return;
-    FFailed = true;
-    FOnFailure(AWhat + "\nsteps:\n" + FLog);
-}
+    /// A deletion whose earlier end lies behind its line's end puts the line's
+    /// tail right behind the line's text; its record puts the text back at the
+    /// line's end, in front of that tail, so the replay is not the deletion's inverse.
+    void NoteDeletionFromVirtualSpace(TStep AStep)
+    {
+        const bool mayDelete = AStep == TStep::Type || AStep == TStep::Enter || AStep == TStep::Key ||
+                               AStep == TStep::Clipboard || AStep == TStep::Search;
+        if (!mayDelete)
+            return;
+        TPoint from = Caret();
+        if (FEdit->HasSelection())
+            from = Earlier(FEdit->SelStart(), FEdit->SelEnd());
+        else if (AStep != TStep::Key && AStep != TStep::Search)
+            return;  // without a selection only the Delete key and a replace delete
+        if (from.X > Integer(LineOrEmpty(from.Y).size()))
+            Lossy("a deletion from behind a line's end");
+    }
 
-void EditingSession::Lossy(const char* AReason)
-{
-    if (!FLossy)
-        FLossy = AReason;
-}
+    void CheckInvariants()
+    {
+        const TPoint caret = Caret();
+        const Integer count = FEdit->Lines().Count();
+        FLog += "  -> \"" + StrToUtf8(FEdit->Text()) + "\" caret " + Describe(caret) + " selection " +
+                Describe(FEdit->SelStart()) + "-" + Describe(FEdit->SelEnd()) + "\n";
+        Check(caret.X >= 0 && caret.Y >= 0, "caret at " + Describe(caret));
+        // Writes to Lines leave the caret where it was; from the first step that
+        // finds it on a line again, every step must keep it there.
+        if (!FCaretStale)
+            Check(caret.Y <= std::max(count - 1, 0), "caret " + Describe(caret) + " below the last line");
+        FCaretStale = FCaretStale && caret.Y > std::max(count - 1, 0);
+        Check(FEdit->UndoList().Count() <= UndoLimit, "undo list beyond its limit");
+        if (FEdit->UndoList().Count() >= UndoLimit)
+            Lossy("the undo list is full");
+        CheckSelectionLength();
+    }
 
-void EditingSession::Run(ByteReader& AIn, int AMaxSteps)
-{
-    FIn = &AIn;
-    FEdit->SetText(AIn.Text(std::size_t(AIn.Below(int(MaxStartBytes)))));
-    FStartText = UndoComparable(FEdit->Text());
-    FLog = "start " + StrToUtf8(FEdit->Text()) + "\n";
-    for (int i = 0; i < AMaxSteps && !AIn.AtEnd() && !FFailed; ++i)
-        Step(TStep(AIn.Below(int(TStep::Count))));
-    FinishWithUndo();
-}
-
-/// A deletion whose earlier end lies behind its line's end puts the line's
-/// tail right behind the line's text; its record puts the text back at the
-/// line's end, in front of that tail, so the replay is not the deletion's inverse.
-void EditingSession::NoteDeletionFromVirtualSpace(TStep AStep)
-{
-    const bool mayDelete = AStep == TStep::Type || AStep == TStep::Enter || AStep == TStep::Key ||
-                           AStep == TStep::Clipboard || AStep == TStep::Search;
-    if (!mayDelete)
-        return;
-    TPoint from = Point(FEdit->CharPos(), FEdit->LinePos());
-    if (FEdit->HasSelection()) {
+    /// SelLength counts what GetSelected gives, less two characters per line
+    /// break, where both ends lie inside the text; GetSelected moves nothing.
+    void CheckSelectionLength()
+    {
         const TPoint s = FEdit->SelStart(), e = FEdit->SelEnd();
-        from = s.Y < e.Y || (s.Y == e.Y && s.X < e.X) ? s : e;
-    } else if (AStep != TStep::Key && AStep != TStep::Search) {
-        return;  // without a selection only the Delete key and a replace delete
-    }
-    if (from.X > Integer(LineOrEmpty(from.Y).size()))
-        Lossy("a deletion from behind a line's end");
-}
-
-void EditingSession::Step(TStep AStep)
-{
-    NoteDeletionFromVirtualSpace(AStep);
-    FReported.clear();
-    FMayRaiseListError = false;
-    FMayRaiseOutOfMemory = false;
-    try {
-        switch (AStep) {
-        case TStep::Place: PlaceCaret(); break;
-        case TStep::Select: SelectRange(); break;
-        case TStep::Type: TypeChars(); break;
-        case TStep::Enter: Enter(); break;
-        case TStep::Tab: SendChar(9); break;
-        case TStep::Backspace: Backspace(); break;
-        case TStep::Key: PressKey(); break;
-        case TStep::Clipboard: ClipboardCommand(); break;
-        case TStep::Undo: UndoOnce(false); break;
-        case TStep::ReadOnly:
-            FEdit->SetReadOnly(!FEdit->ReadOnly());
-            FLog += FEdit->ReadOnly() ? "read-only\n" : "writable\n";
-            break;
-        case TStep::ReplaceLines: ReplaceLines(); break;
-        case TStep::Insert: InsertCode(); break;
-        case TStep::Search: SearchOrReplace(); break;
-        case TStep::SetClipboard: SetClipboardContent(); break;
-        case TStep::Count: break;
-        }
-    } catch (const EListError& e) {
-        Check(FMayRaiseListError, std::string("an index error that no stale undo record explains: ") + e.what());
-    } catch (const EOutOfMemory& e) {
-        Check(FMayRaiseOutOfMemory, std::string("out of memory with no long line in sight: ") + e.what());
-    } catch (const std::exception& e) {
-        Check(false, std::string("exception: ") + e.what());
-    }
-    PumpPostedMessages();
-    Render(*FEdit);  // a paint of whatever state the step left
-    for (const std::string& what : FReported)
-        Check(false, "exception at the event boundary: " + what);
-    CheckInvariants();
-}
-
-void EditingSession::CheckInvariants()
-{
-    const TPoint caret = Point(FEdit->CharPos(), FEdit->LinePos());
-    const Integer count = FEdit->Lines().Count();
-    FLog += "  -> " + std::to_string(count) + " lines, caret " + Describe(caret) + "\n";
-    Check(caret.X >= 0 && caret.Y >= 0, "caret at " + Describe(caret));
-    // Writes to Lines leave the caret where it was; from the first step that
-    // finds it on a line again, every step must keep it there.
-    if (!FCaretStale)
-        Check(caret.Y <= std::max(count - 1, 0), "caret " + Describe(caret) + " below the last line");
-    FCaretStale = FCaretStale && caret.Y > std::max(count - 1, 0);
-    Check(FEdit->UndoList().Count() <= UndoLimit, "undo list beyond its limit");
-    if (FEdit->UndoList().Count() >= UndoLimit)
-        Lossy("the undo list is full");
-    CheckSelectionLength();
-}
-
-/// SelLength counts what GetSelected gives, less two characters per line
-/// break, where both ends lie inside the text; GetSelected moves nothing.
-void EditingSession::CheckSelectionLength()
-{
-    const TPoint s = FEdit->SelStart(), e = FEdit->SelEnd();
-    const auto inside = [this](TPoint p) {
-        return p.Y >= 0 && p.Y < FEdit->Lines().Count() && p.X >= 0 &&
-               p.X <= Integer(FEdit->Lines().Get(p.Y).size());
-    };
-    if (!inside(s) || !inside(e))
-        return;
-    const TPoint caret = Point(FEdit->CharPos(), FEdit->LinePos());
-    String selected;
-    FEdit->GetSelected(selected);
-    const Integer length = FEdit->SelLength();
-    // The swap step puts the caret on the moving end, so only a caret that
-    // stood there stays where it was.
-    Check(FEdit->SelStart() == s && FEdit->SelEnd() == e && (caret != s || Point(FEdit->CharPos(), FEdit->LinePos()) == caret),
-          "reading the selection moved it");
-    const auto breaks = Integer(2 * std::abs(e.Y - s.Y));
-    Check(length == Integer(selected.size()) - breaks, "SelLength " + std::to_string(length) + " for " +
-                                                           std::to_string(selected.size()) + " characters");
-}
-
-void EditingSession::FinishWithUndo()
-{
-    FRoundTripChecked = false;
-    if (FLossy || FFailed)
-        return;
-    FEdit->SetReadOnly(false);
-    FLog += "undo all\n";
-    try {
-        while (FEdit->UndoList().Count() > 0) {
-            const TSxUndoItem& item = *FEdit->UndoList().Items(FEdit->UndoList().Count() - 1);
-            FLog += "  undo " + std::to_string(int(item.ChangeType())) + " " + Describe(item.StartPos()) + "-" +
-                    Describe(item.EndPos()) + " \"" + StrToUtf8(item.Value()) + "\"";
-            SendMessage(FEdit, WM_UNDO);
-            FLog += " -> \"" + StrToUtf8(FEdit->Text()) + "\"\n";
-        }
-    } catch (const std::exception& e) {
-        Check(false, std::string("undo of the sequence raised: ") + e.what());
-    }
-    const String now = UndoComparable(FEdit->Text());
-    Check(now == FStartText, "undo gave back \"" + StrToUtf8(now) + "\" for \"" + StrToUtf8(FStartText) + "\"");
-    FRoundTripChecked = true;
-}
-
-void EditingSession::PumpPostedMessages()
-{
-    // Each pass of a replace-all posts the next; a chain that posts more passes
-    // than the text has characters (plus a margin) never ends.
-    const std::size_t limit = 2 * FEdit->Text().size() + 64;
-    for (std::size_t pass = 0;; ++pass) {
-        const int before = FEdit->Dispatched;
-        ProcessPostedMessages();
-        if (FEdit->Dispatched == before)
+        const auto inside = [this](TPoint p) {
+            return p.Y >= 0 && p.Y < FEdit->Lines().Count() && p.X >= 0 &&
+                   p.X <= Integer(FEdit->Lines().Get(p.Y).size());
+        };
+        if (!inside(s) || !inside(e))
             return;
-        Check(pass < limit, "a chain of posted messages that never ends");
+        const TPoint caret = Caret();
+        String selected;
+        FEdit->GetSelected(selected);
+        const Integer length = FEdit->SelLength();
+        // The swap step puts the caret on the moving end, so only a caret that
+        // stood there stays where it was.
+        Check(FEdit->SelStart() == s && FEdit->SelEnd() == e && (caret != s || Caret() == caret),
+              "reading the selection moved it");
+        const auto breaks = Integer(2 * std::abs(e.Y - s.Y));
+        Check(length == Integer(selected.size()) - breaks, "SelLength " + std::to_string(length) + " for " +
+                                                               std::to_string(selected.size()) + " characters");
     }
-}
 
-String EditingSession::LineOrEmpty(Integer ALine)
-{
-    return ALine >= 0 && ALine < FEdit->Lines().Count() ? FEdit->Lines().Get(ALine) : String();
-}
-
-Integer EditingSession::LineChoice()
-{
-    const Integer count = FEdit->Lines().Count();
-    switch (FIn->Below(8)) {
-    case 0: return 0;
-    case 1: return count - 1;
-    case 2: return count + FIn->Below(3);
-    case 3: return -1 - FIn->Below(2);
-    default: return FIn->Below(std::max(count, 1));
+    void FinishWithUndo()
+    {
+        FRoundTripChecked = false;
+        if (FLossy || FFailed)
+            return;
+        FEdit->SetReadOnly(false);
+        FLog += "undo all\n";
+        try {
+            while (FEdit->UndoList().Count() > 0) {
+                const TSxUndoItem& item = *FEdit->UndoList().Items(FEdit->UndoList().Count() - 1);
+                FLog += "  undo " + std::to_string(int(item.ChangeType())) + " " + Describe(item.StartPos()) + "-" +
+                        Describe(item.EndPos()) + " \"" + StrToUtf8(item.Value()) + "\"";
+                SendMessage(FEdit, WM_UNDO);
+                FLog += " -> \"" + StrToUtf8(FEdit->Text()) + "\"\n";
+            }
+        } catch (const std::exception& e) {
+            Check(false, std::string("undo of the sequence raised: ") + e.what());
+        }
+        const String now = UndoComparable(FEdit->Text());
+        Check(now == FStartText, "undo gave back \"" + StrToUtf8(now) + "\" for \"" + StrToUtf8(FStartText) + "\"");
+        FRoundTripChecked = true;
     }
-}
 
-Integer EditingSession::ColumnChoice(Integer ALine)
-{
-    const auto length = Integer(LineOrEmpty(ALine).size());
-    switch (FIn->Below(10)) {
-    case 0: return 0;
-    case 1: return length;
-    case 2: return length + 1 + FIn->Below(4);
-    case 3: return 1000 + FIn->Below(1000);
-    case 4: return MaxInt - FIn->Below(3);
-    case 5: return -1 - FIn->Below(3);
-    default: return FIn->Below(length + 1);
+    void PumpPostedMessages()
+    {
+        // Each pass of a replace-all posts the next; a chain that posts more passes
+        // than the text has characters (plus a margin) never ends.
+        const std::size_t limit = 2 * FEdit->Text().size() + 64;
+        for (std::size_t pass = 0;; ++pass) {
+            const int before = FEdit->Dispatched;
+            ProcessPostedMessages();
+            if (FEdit->Dispatched == before)
+                return;
+            Check(pass < limit, "a chain of posted messages that never ends");
+        }
     }
-}
 
-Char EditingSession::CharChoice()
-{
-    static const Char Palette[] = {u'a', u'b', u'x', u' ', u' ', u'(', u'*', u')', u'{', u'\'', u'"',
-                                   u'1', u'_', 0xE9, 0x4E2D, 127, 1, 10, 0xD83D, 0xDE00};
-    const Integer pick = FIn->Below(int(std::size(Palette)) + 8);
-    return pick < Integer(std::size(Palette)) ? Palette[pick] : Char(u'a' + FIn->Below(26));
-}
-
-String EditingSession::TextChoice(std::size_t AMax)
-{
-    String text;
-    for (Integer n = FIn->Below(int(AMax) + 1); n > 0; --n) {
+    // Choices read from the bytes.
+    Integer LineChoice()
+    {
+        const Integer count = FEdit->Lines().Count();
         switch (FIn->Below(8)) {
-        case 0: text += u"\r\n"; break;
-        case 1: text += FIn->Below(2) ? u"\n" : u"\r"; break;
-        default: text.push_back(CharChoice()); break;
+        case 0: return 0;
+        case 1: return count - 1;
+        case 2: return count + FIn->Below(3);
+        case 3: return -1 - FIn->Below(2);
+        default: return FIn->Below(std::max(count, 1));
         }
     }
-    return text;
-}
-
-void EditingSession::PlaceCaret()
-{
-    const Integer line = LineChoice();
-    FEdit->SetLinePos(line);
-    const Integer column = ColumnChoice(FEdit->LinePos());
-    FEdit->SetCharPos(column);
-    FCaretStale = false;
-    FLog += "place " + Describe(Point(column, line)) + "\n";
-}
-
-void EditingSession::SelectRange()
-{
-    const Integer anchorLine = LineChoice();
-    const TPoint anchor = Point(ColumnChoice(anchorLine), anchorLine);
-    PlaceCaret();
-    FEdit->SetSelEnd(anchor);
-    FLog += "anchor " + Describe(anchor) + "\n";
-}
-
-void EditingSession::SendChar(Char AChar)
-{
-    FMayRaiseOutOfMemory = FEdit->CharPos() > (1 << 20);
-    FLog += "char " + std::to_string(int(AChar)) + " at " + Describe(Point(FEdit->CharPos(), FEdit->LinePos())) + "\n";
-    SendMessage(FEdit, WM_CHAR, AChar);
-    // A character the control takes ends with the selection collapsed on the caret.
-    const bool taken = AChar == 8 || AChar == 9 || AChar == 13 || (AChar >= 32 && (AChar < 0xD800 || AChar > 0xDBFF));
-    const TPoint caret = Point(FEdit->CharPos(), FEdit->LinePos());
-    if (taken)
-        Check(FEdit->SelStart() == caret && FEdit->SelEnd() == caret,
-              "typing left the selection " + Describe(FEdit->SelStart()) + "-" + Describe(FEdit->SelEnd()));
-}
-
-/// Enter trims the blanks in front of the caret from the line it leaves;
-/// its undo joins the halves again without them, inside the line.
-void EditingSession::Enter()
-{
-    TPoint at = Point(FEdit->CharPos(), FEdit->LinePos());
-    if (FEdit->HasSelection()) {
-        const TPoint s = FEdit->SelStart(), e = FEdit->SelEnd();
-        at = s.Y < e.Y || (s.Y == e.Y && s.X < e.X) ? s : e;
+    Integer ColumnChoice(Integer ALine)
+    {
+        const auto length = Integer(LineOrEmpty(ALine).size());
+        switch (FIn->Below(10)) {
+        case 0: return 0;
+        case 1: return length;
+        case 2: return length + 1 + FIn->Below(4);
+        case 3: return 1000 + FIn->Below(1000);
+        case 4: return MaxInt - FIn->Below(3);
+        case 5: return -1 - FIn->Below(3);
+        default: return FIn->Below(length + 1);
+        }
     }
-    const String line = LineOrEmpty(at.Y);
-    const std::size_t head = std::min(line.size(), std::size_t(std::max(at.X, 0)));
-    if (head > 0 && line[head - 1] <= u' ')
-        Lossy("enter behind blanks");
-    SendChar(13);
-}
-
-void EditingSession::TypeChars()
-{
-    for (Integer n = 1 + FIn->Below(4); n > 0; --n)
-        SendChar(CharChoice());
-}
-
-/// Backspace replays are lossy where a line loses its last character (or, in
-/// virtual space, had none) and goes, where a line joins one that ends in
-/// blanks, where the trim takes blanks left of the caret so that the record
-/// points behind the line's end, and behind a deleted selection, whose caret
-/// lands where any of these may happen.
-void EditingSession::Backspace()
-{
-    const String line = LineOrEmpty(FEdit->LinePos());
-    if (FEdit->HasSelection())
-        Lossy("backspace over a selection");
-    else if (FEdit->CharPos() >= 1 && line.size() <= 1)
-        Lossy("backspace may empty the line, which then goes");
-    else if (FEdit->CharPos() >= 2 && std::size_t(FEdit->CharPos() - 2) < line.size() &&
-             line[std::size_t(FEdit->CharPos() - 2)] <= u' ')
-        Lossy("backspace leaves blanks at the caret that the trim may take");
-    else if (FEdit->CharPos() == 0 && FEdit->LinePos() > 0) {
-        const String above = LineOrEmpty(FEdit->LinePos() - 1);
-        if (!above.empty() && above.back() <= u' ')
-            Lossy("backspace joins a line ending in blanks");
+    Char CharChoice()
+    {
+        static const Char Palette[] = {u'a', u'b', u'x', u' ', u' ', u'(', u'*', u')', u'{', u'\'', u'"',
+                                       u'1', u'_', 0xE9, 0x4E2D, 127, 1, 10, 0xD83D, 0xDE00};
+        const Integer pick = FIn->Below(int(std::size(Palette)) + 8);
+        return pick < Integer(std::size(Palette)) ? Palette[pick] : Char(u'a' + FIn->Below(26));
     }
-    SendChar(8);
-}
-
-void EditingSession::PressKey()
-{
-    static const Qt::Key Keys[] = {Qt::Key_Left, Qt::Key_Right, Qt::Key_Up,       Qt::Key_Down,
-                                   Qt::Key_Home, Qt::Key_End,   Qt::Key_PageUp,   Qt::Key_PageDown,
-                                   Qt::Key_Delete, Qt::Key_A,   Qt::Key_X,        Qt::Key_C,
-                                   Qt::Key_V,    Qt::Key_Z};
-    static const Qt::KeyboardModifiers Modifiers[] = {Qt::NoModifier, Qt::ShiftModifier, Qt::ControlModifier,
-                                                      Qt::ShiftModifier | Qt::ControlModifier};
-    const Qt::Key key = Keys[FIn->Below(int(std::size(Keys)))];
-    const Qt::KeyboardModifiers modifiers = Modifiers[FIn->Below(4)];
-    if (key == Qt::Key_Z && modifiers.testFlag(Qt::ControlModifier)) {
-        UndoOnce(true);
-        return;
+    String TextChoice(std::size_t AMax)
+    {
+        String text;
+        for (Integer n = FIn->Below(int(AMax) + 1); n > 0; --n) {
+            switch (FIn->Below(8)) {
+            case 0: text += u"\r\n"; break;
+            case 1: text += FIn->Below(2) ? u"\n" : u"\r"; break;
+            default: text.push_back(CharChoice()); break;
+            }
+        }
+        return text;
     }
-    // Delete, a paste and every letter typed without Ctrl write at the caret.
-    FMayRaiseOutOfMemory = FEdit->CharPos() > (1 << 20);
-    FLog += "key " + std::to_string(int(key)) + " modifiers " + std::to_string(int(modifiers)) + "\n";
-    Press(*FEdit, key, modifiers);
-}
 
-void EditingSession::ClipboardCommand()
-{
-    static const Cardinal Commands[] = {WM_CUT, WM_COPY, WM_PASTE, uSxCodeEdit::WM_SX_SELECTWORD};
-    const Cardinal command = Commands[FIn->Below(4)];
-    FMayRaiseOutOfMemory = FEdit->CharPos() > (1 << 20);
-    FLog += "message " + std::to_string(command) + "\n";
-    SendMessage(FEdit, command);
-}
-
-bool EditingSession::UndoMustFail()
-{
-    const Integer count = FEdit->UndoList().Count();
-    if (count == 0)
-        return false;
-    const TSxUndoItem* item = FEdit->UndoList().Items(count - 1);
-    const bool putsBack = item->ChangeType() == uSxCodeEdit::ctCut || item->ChangeType() == uSxCodeEdit::ctDelete;
-    return putsBack && (item->StartPos().Y < 0 || item->StartPos().Y >= FEdit->Lines().Count());
-}
-
-void EditingSession::UndoOnce(bool AByKey)
-{
-    if (FEdit->ReadOnly())
-        Lossy("undo on a read-only control");
-    FMayRaiseListError = UndoMustFail();
-    if (FMayRaiseListError)
-        Lossy("undo of a record that no longer fits");
-    FLog += AByKey ? "ctrl+z\n" : "undo\n";
-    if (AByKey)
-        Press(*FEdit, Qt::Key_Z, Qt::ControlModifier);
-    else
-        SendMessage(FEdit, WM_UNDO);
-}
-
-void EditingSession::ReplaceLines()
-{
-    const String text = TextChoice(40);
-    Lossy("lines replaced by the application");
-    switch (FIn->Below(4)) {
-    case 0:
-        FEdit->SetText(text);
-        FLog += "text := " + StrToUtf8(text) + "\n";
-        return;
-    case 1:
-        FEdit->Lines().SetText(text);
-        FLog += "lines.text := " + StrToUtf8(text) + "\n";
-        break;
-    case 2:
-        FEdit->Lines().Add(text);
-        FLog += "lines.add " + StrToUtf8(text) + "\n";
-        break;
-    default:
-        if (FEdit->Lines().Count() > 0)
-            FEdit->Lines().Delete(FIn->Below(FEdit->Lines().Count()));
-        FLog += "lines.delete\n";
-        break;
+    void PlaceCaret()
+    {
+        const Integer line = LineChoice();
+        FEdit->SetLinePos(line);
+        const Integer column = ColumnChoice(FEdit->LinePos());
+        FEdit->SetCharPos(column);
+        FCaretStale = false;
     }
-    FCaretStale = true;
-}
 
-void EditingSession::InsertCode()
-{
-    const String text = TextChoice(30);
-    if (FIn->Below(4) == 0) {
-        FLog += "add code " + StrToUtf8(text) + "\n";
-        FEdit->AddCode(text);
-    } else {
+    void SelectRange()
+    {
+        const Integer anchorLine = LineChoice();
+        const TPoint anchor = Point(ColumnChoice(anchorLine), anchorLine);
+        PlaceCaret();
+        FEdit->SetSelEnd(anchor);
+    }
+
+    void SendChar(Char AChar)
+    {
+        MayGrowHuge(FEdit->CharPos());
+        FLog += "  char " + std::to_string(int(AChar)) + "\n";
+        SendMessage(FEdit, WM_CHAR, AChar);
+        // A character the control takes ends with the selection collapsed on the caret.
+        const bool taken =
+            AChar == 8 || AChar == 9 || AChar == 13 || (AChar >= 32 && (AChar < 0xD800 || AChar > 0xDBFF));
+        if (taken)
+            Check(FEdit->SelStart() == Caret() && FEdit->SelEnd() == Caret(),
+                  "typing left the selection " + Describe(FEdit->SelStart()) + "-" + Describe(FEdit->SelEnd()));
+    }
+
+    /// Enter trims the blanks in front of the caret from the line it leaves;
+    /// its undo joins the halves again without them, inside the line.
+    void Enter()
+    {
+        const TPoint at = FEdit->HasSelection() ? Earlier(FEdit->SelStart(), FEdit->SelEnd()) : Caret();
+        const String line = LineOrEmpty(at.Y);
+        const std::size_t head = std::min(line.size(), std::size_t(std::max(at.X, 0)));
+        if (head > 0 && line[head - 1] <= u' ')
+            Lossy("enter behind blanks");
+        SendChar(13);
+    }
+
+    /// Backspace replays are lossy where a line loses its last character (or, in
+    /// virtual space, had none) and goes, where a line joins one that ends in
+    /// blanks, where the trim takes blanks left of the caret so that the record
+    /// points behind the line's end, and behind a deleted selection, whose caret
+    /// lands where any of these may happen.
+    void Backspace()
+    {
+        const String line = LineOrEmpty(FEdit->LinePos());
+        const Integer x = FEdit->CharPos();
+        if (FEdit->HasSelection())
+            Lossy("backspace over a selection");
+        else if (x >= 1 && line.size() <= 1)
+            Lossy("backspace may empty the line, which then goes");
+        else if (x >= 2 && std::size_t(x - 2) < line.size() && line[std::size_t(x - 2)] <= u' ')
+            Lossy("backspace leaves blanks at the caret that the trim may take");
+        else if (x == 0 && FEdit->LinePos() > 0) {
+            const String above = LineOrEmpty(FEdit->LinePos() - 1);
+            if (!above.empty() && above.back() <= u' ')
+                Lossy("backspace joins a line ending in blanks");
+        }
+        SendChar(8);
+    }
+
+    void PressKey()
+    {
+        static const Qt::Key Keys[] = {Qt::Key_Left,   Qt::Key_Right, Qt::Key_Up, Qt::Key_Down, Qt::Key_Home,
+                                       Qt::Key_End,    Qt::Key_PageUp, Qt::Key_PageDown, Qt::Key_Delete,
+                                       Qt::Key_A,      Qt::Key_X,     Qt::Key_C,  Qt::Key_V,    Qt::Key_Z};
+        static const Qt::KeyboardModifiers Modifiers[] = {Qt::NoModifier, Qt::ShiftModifier, Qt::ControlModifier,
+                                                          Qt::ShiftModifier | Qt::ControlModifier};
+        const Qt::Key key = Keys[FIn->Below(int(std::size(Keys)))];
+        const Qt::KeyboardModifiers modifiers = Modifiers[FIn->Below(4)];
+        if (key == Qt::Key_Z && modifiers.testFlag(Qt::ControlModifier))
+            return UndoOnce(true);
+        // Delete, a paste and every letter typed without Ctrl write at the caret.
+        MayGrowHuge(FEdit->CharPos());
+        FLog += "  key " + std::to_string(int(key)) + " modifiers " + std::to_string(int(modifiers)) + "\n";
+        Press(*FEdit, key, modifiers);
+    }
+
+    void ClipboardCommand()
+    {
+        static const Cardinal Commands[] = {WM_CUT, WM_COPY, WM_PASTE, uSxCodeEdit::WM_SX_SELECTWORD};
+        const Cardinal command = Commands[FIn->Below(4)];
+        MayGrowHuge(FEdit->CharPos());
+        FLog += "  message " + std::to_string(command) + "\n";
+        SendMessage(FEdit, command);
+    }
+
+    /// True when undoing the newest record must raise the line store's index error.
+    bool UndoMustFail()
+    {
+        const Integer count = FEdit->UndoList().Count();
+        if (count == 0)
+            return false;
+        const TSxUndoItem* item = FEdit->UndoList().Items(count - 1);
+        const bool putsBack = item->ChangeType() == uSxCodeEdit::ctCut || item->ChangeType() == uSxCodeEdit::ctDelete;
+        return putsBack && (item->StartPos().Y < 0 || item->StartPos().Y >= FEdit->Lines().Count());
+    }
+
+    void UndoOnce(bool AByKey)
+    {
+        if (FEdit->ReadOnly())
+            Lossy("undo on a read-only control");
+        FMayRaiseListError = UndoMustFail();
+        if (FMayRaiseListError)
+            Lossy("undo of a record that no longer fits");
+        if (AByKey)
+            Press(*FEdit, Qt::Key_Z, Qt::ControlModifier);
+        else
+            SendMessage(FEdit, WM_UNDO);
+    }
+
+    void ReplaceLines()
+    {
+        const String text = TextChoice(40);
+        Lossy("lines replaced by the application");
+        switch (FIn->Below(4)) {
+        case 0: return FEdit->SetText(text);
+        case 1: FEdit->Lines().SetText(text); break;
+        case 2: FEdit->Lines().Add(text); break;
+        default:
+            if (FEdit->Lines().Count() > 0)
+                FEdit->Lines().Delete(FIn->Below(FEdit->Lines().Count()));
+            break;
+        }
+        FCaretStale = true;
+    }
+
+    void InsertCode()
+    {
+        const String text = TextChoice(30);
+        if (FIn->Below(4) == 0)
+            return FEdit->AddCode(text);
         const Integer line = LineChoice();
         const Integer column = ColumnChoice(line);
-        FMayRaiseOutOfMemory = column > (1 << 20);
-        FLog += "insert code at " + Describe(Point(column, line)) + ": " + StrToUtf8(text) + "\n";
+        MayGrowHuge(column);
+        FLog += "  at " + Describe(Point(column, line)) + "\n";
         FEdit->InsertCode(line, column, text);
     }
-}
 
-void EditingSession::SearchOrReplace()
-{
-    using namespace fSxCodeEditSearchReplaceDlg;
-    const bool replace = FIn->Below(2) == 1;
-    const String line = LineOrEmpty(FIn->Below(std::max(FEdit->Lines().Count(), 1)));
-    const Integer from = FIn->Below(Integer(line.size()) + 1);
-    String find = FIn->Below(3) ? line.substr(std::size_t(from), std::size_t(1 + FIn->Below(4))) : TextChoice(3);
-    const String with = TextChoice(4);
-    const bool backward = FIn->Below(2), caseSensitive = FIn->Below(2), whole = FIn->Below(2), prompt = FIn->Below(2);
-    const Integer scope = FIn->Below(2), origin = FIn->Below(2);
-    const TModalResult result = TModalResult(FIn->Below(4) == 0 ? mrCancel : FIn->Below(2) ? mrOk : 14);
-    FModals.Answers.clear();
-    for (Integer n = FIn->Below(4); n > 0; --n)
-        FModals.Answers.push_back(FIn->Below(3) == 0 ? idCancel : FIn->Below(2) ? idYes : idNo);
-    FModals.DefaultAnswer = FIn->Below(2) ? idYes : idCancel;
-    FModals.OnForm = [=](TForm& form) {
-        auto& d = dynamic_cast<TFrmCodeEditSearchReplaceDlg&>(form);
-        d.edtTextToFind()->SetText(find);
-        d.rgDirection()->SetItemIndex(backward ? 1 : 0);
-        d.chkBxCaseSensitive()->SetChecked(caseSensitive);
-        d.chkBxWholeWordsOnly()->SetChecked(whole);
-        d.rgScope()->SetItemIndex(scope);
-        d.rgOrigin()->SetItemIndex(origin);
-        d.edtReplaceWith->SetText(with);
-        d.chkBxPromptOnReplace->SetChecked(prompt);
-        form.SetModalResult(result);
-    };
-    FLog += std::string(replace ? "replace \"" : "find \"") + StrToUtf8(find) + "\" with \"" + StrToUtf8(with) +
-            "\" result " + std::to_string(result) + (backward ? " backward" : "") + "\n";
-    PostMessage(FEdit, uSxCodeEdit::WM_SX_SEARCHREPLACEDLG, replace ? 1 : 0);
-    PumpPostedMessages();
-    if (FIn->Below(2)) {
-        FLog += "search again\n";
-        PostMessage(FEdit, uSxCodeEdit::WM_SX_SEARCHREPLACE);
+    void SearchOrReplace()
+    {
+        using namespace fSxCodeEditSearchReplaceDlg;
+        const bool replace = FIn->Below(2) == 1;
+        const String line = LineOrEmpty(FIn->Below(std::max(FEdit->Lines().Count(), 1)));
+        const Integer from = FIn->Below(Integer(line.size()) + 1);
+        String find = FIn->Below(3) ? line.substr(std::size_t(from), std::size_t(1 + FIn->Below(4))) : TextChoice(3);
+        const String with = TextChoice(4);
+        const bool backward = FIn->Below(2), caseSensitive = FIn->Below(2), whole = FIn->Below(2),
+                   prompt = FIn->Below(2);
+        const Integer scope = FIn->Below(2), origin = FIn->Below(2);
+        const TModalResult result = TModalResult(FIn->Below(4) == 0 ? mrCancel : FIn->Below(2) ? mrOk : mrYesToAll);
+        FModals.Answers.clear();
+        for (Integer n = FIn->Below(4); n > 0; --n)
+            FModals.Answers.push_back(FIn->Below(3) == 0 ? idCancel : FIn->Below(2) ? idYes : idNo);
+        FModals.DefaultAnswer = FIn->Below(2) ? idYes : idCancel;
+        FModals.OnForm = [=](TForm& form) {
+            auto& d = dynamic_cast<TFrmCodeEditSearchReplaceDlg&>(form);
+            d.edtTextToFind()->SetText(find);
+            d.rgDirection()->SetItemIndex(backward ? 1 : 0);
+            d.chkBxCaseSensitive()->SetChecked(caseSensitive);
+            d.chkBxWholeWordsOnly()->SetChecked(whole);
+            d.rgScope()->SetItemIndex(scope);
+            d.rgOrigin()->SetItemIndex(origin);
+            d.edtReplaceWith->SetText(with);
+            d.chkBxPromptOnReplace->SetChecked(prompt);
+            form.SetModalResult(result);
+        };
+        FLog += std::string(replace ? "replace \"" : "find \"") + StrToUtf8(find) + "\" with \"" + StrToUtf8(with) +
+                "\" result " + std::to_string(result) + (backward ? " backward" : "") + "\n";
+        PostMessage(FEdit, uSxCodeEdit::WM_SX_SEARCHREPLACEDLG, replace ? 1 : 0);
+        PumpPostedMessages();
+        if (FIn->Below(2))
+            PostMessage(FEdit, uSxCodeEdit::WM_SX_SEARCHREPLACE);  // search again
     }
-}
 
-void EditingSession::SetClipboardContent()
-{
-    switch (FIn->Below(3)) {
-    case 0: {
-        const String text = TextChoice(20);
-        Clipboard().SetAsText(text);
-        FLog += "clipboard := " + StrToUtf8(text) + "\n";
-        break;
-    }
-    case 1:
-        Clipboard().Clear();
-        FLog += "clipboard cleared\n";
-        break;
-    default: {
-        auto* data = new QMimeData;
+    void SetClipboardContent()
+    {
+        const Integer kind = FIn->Below(3);
+        if (kind == 0)
+            return Clipboard().SetAsText(TextChoice(20));
+        if (kind == 1)
+            return Clipboard().Clear();
+        auto* data = new QMimeData;  // no text at all
         data->setData(QStringLiteral("application/x-sx-binary"), QByteArray("\x01\x02", 2));
         QApplication::clipboard()->setMimeData(data);
-        FLog += "clipboard holds no text\n";
-        break;
     }
-    }
+
+    std::function<void(const std::string&)> FOnFailure;
+    CountingCodeEdit* FEdit = nullptr;
+    ModalScript FModals;
+    ByteReader* FIn = nullptr;
+    std::string FLog;
+    String FStartText;
+    const char* FLossy = nullptr;
+    bool FCaretStale = false;
+    bool FFailed = false;
+    /// Exceptions that reached the framework's event boundary during the step.
+    std::vector<std::string> FReported;
+    /// What the running step may raise: the index error of a stale undo record,
+    /// and the error of a line grown beyond what a line can hold.
+    bool FMayRaiseListError = false;
+    bool FMayRaiseOutOfMemory = false;
+};
+
+EditingSession::EditingSession(Host& AHost, std::function<void(const std::string&)> AOnFailure)
+    : FImpl(std::make_unique<Impl>(AHost, std::move(AOnFailure)))
+{
 }
+
+EditingSession::~EditingSession() = default;
+
+void EditingSession::Run(ByteReader& AIn, int AMaxSteps) { FImpl->Run(AIn, AMaxSteps); }
+
+bool EditingSession::RoundTripChecked() const { return FImpl->FRoundTripChecked; }
 
 }  // namespace sx::test

@@ -27,6 +27,14 @@ int CountPixels(const QImage& image, const TRect& area, TColor color)
     return count;
 }
 
+TRect CellRect(TSxCodeEdit& edit, Integer column, Integer line)
+{
+    const Integer cw = edit.GetCharWidth(), lh = edit.GetLineWidth();
+    const Integer x = edit.RealGuttorWidth() + 2 + (column - edit.HScrollBar().Position()) * cw;
+    const Integer y = (line - edit.VScrollBar().Position()) * lh;
+    return Rect(x, y, x + cw, y + lh);
+}
+
 void Host::Place(TWinControl& control, int width, int height)
 {
     control.Widget()->setParent(FWindow.get());

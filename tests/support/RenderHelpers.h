@@ -1,7 +1,9 @@
 // Helpers of the widget tests: host a control in a Qt window, render it into
-// an image as the screen would show it, and read its pixels as colours.
+// an image as the screen would show it, read its pixels as colours, and find
+// the pixels of a character cell of the code edit control.
 #pragma once
 
+#include "codeedit/uSxCodeEdit.h"
 #include "platform/Controls.h"
 
 #include <QImage>
@@ -22,6 +24,10 @@ inline TColor Drawn(TColor color) { return ColorToRGB(color); }
 
 /// Counts the pixels of a colour inside a rectangle.
 int CountPixels(const QImage& image, const TRect& area, TColor color);
+
+/// The widget pixels of the character cell at (column, line) of the text, in
+/// the view as it is scrolled: right of the gutter and its inner margin of 2.
+TRect CellRect(TSxCodeEdit& edit, Integer column, Integer line);
 
 /// A Qt window that hosts controls, as an application's window does. A control
 /// put into it is freed with it.

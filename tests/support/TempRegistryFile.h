@@ -10,7 +10,7 @@
 
 #include <unistd.h>
 
-namespace sxtest {
+namespace sx::test {
 
 /// Sets (or, with no value, removes) an environment variable for one scope.
 class ScopedEnv {
@@ -28,10 +28,7 @@ public:
 private:
     void Set(const std::optional<std::string>& value)
     {
-        if (value)
-            ::setenv(FName, value->c_str(), 1);
-        else
-            ::unsetenv(FName);
+        value ? ::setenv(FName, value->c_str(), 1) : ::unsetenv(FName);
     }
     const char* FName;
     std::optional<std::string> FOld;
@@ -57,4 +54,4 @@ private:
     ScopedEnv FEnv;
 };
 
-}  // namespace sxtest
+}  // namespace sx::test
