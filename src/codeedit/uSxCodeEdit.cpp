@@ -287,6 +287,13 @@ void TSxCodeEdit::SetOptions(TSxCodeOptions Value)
     Invalidate();
 }
 
+void TSxCodeEdit::SetExtOptions(TSxCodeExtOptions Value)
+{
+    FExtOptions = Value;
+    PositionScollBars();
+    Invalidate();
+}
+
 void TSxCodeEdit::SetShowGuttor(bool Value)
 {
     TSxCodeOptions options = FOptions;

@@ -27,6 +27,18 @@ enum class TSxCodeOption { coCanCollapse, coShowGuttor, coShowRightMargin };
 /// A set in one byte: bit 0 coCanCollapse, 1 coShowGuttor, 2 coShowRightMargin.
 using TSxCodeOptions = TSet<TSxCodeOption, 8>;
 
+/// Behaviour beyond the classic control, each off by default, in a set of its
+/// own so that Options keeps its one byte. A control whose ExtOptions are
+/// empty behaves, paints and answers as the classic control does.
+enum class TSxCodeExtOption {
+    coLineNumbers,   ///< line numbers in a gutter that widens to fit them
+    coCurrentLine,   ///< the caret's line painted in a colour of its own
+    coBracketMatch,  ///< the bracket at the caret and its partner highlighted
+    coRedo,          ///< undone steps can be redone
+    coGroupUndo,     ///< a run of typing or of Backspaces undoes as one step
+};
+using TSxCodeExtOptions = TSet<TSxCodeExtOption, 32>;
+
 /// Declared for the folding of lines; no operation uses its values.
 enum TSxLineKind { lkNotSet, lkNormal, lkMainOpen, lkMainClose, lkHidden };
 
@@ -49,6 +61,8 @@ void DarkenColor(TColor& AColor, bool ADarken, Integer APercent);
 
 }  // namespace uSxCodeEdit
 
+using uSxCodeEdit::TSxCodeExtOption;
+using uSxCodeEdit::TSxCodeExtOptions;
 using uSxCodeEdit::TSxCodeOption;
 using uSxCodeEdit::TSxCodeOptions;
 
@@ -121,6 +135,10 @@ public:
     void SetRightMarginColor(TColor Value);
     TSxCodeOptions Options() const { return FOptions; }
     void SetOptions(TSxCodeOptions Value);
+    /// Extensions: see TSxCodeExtOption.
+    TSxCodeExtOptions ExtOptions() const { return FExtOptions; }
+    void SetExtOptions(TSxCodeExtOptions Value);
+    bool HasExtOption(TSxCodeExtOption Option) const { return FExtOptions.Contains(Option); }
     const TNotifyEvent& OnCursorChange() const { return FOnCursorChange; }
     void SetOnCursorChange(TNotifyEvent Value);
     const TNotifyEvent& OnChange() const { return FOnChange; }
@@ -412,6 +430,7 @@ private:
     TBevelCut FBevelOuter = TBevelCut::bvLowered;
     TBevelKind FBevelKind = TBevelKind::bkNone;
     TBevelWidth FBevelWidth = 1;
+    TSxCodeExtOptions FExtOptions;
 };
 
 }  // namespace sx
