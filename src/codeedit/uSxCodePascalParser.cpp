@@ -376,16 +376,19 @@ void TSxCodePascalParser::ReadHexNumber(String& AText) { ReadWhile(ccHexDigit, A
 
 void TSxCodePascalParser::ReadIdentifier(String& AText) { ReadWhile(ccWord, AText); }
 
-/// A second period ends the number: the first belongs to a range ("1..5"),
-/// or the number already has one ("1.2.3" gives 1.2). There is no exponent.
+/// A second period ends the number at once and leaves it an integer number:
+/// the period belongs to a range ("1..5"), or the number already has one
+/// ("1.2.3" gives the number 1.2). There is no exponent.
 void TSxCodePascalParser::ReadNumber(TPascalToken& AToken, String& AText)
 {
     bool periodSeen = false;
     Char c = ReadChar();
     while (InClass(c, ccNumber)) {
         if (c == u'.') {
-            if (periodSeen || PeekChar() == u'.')
-                break;
+            if (periodSeen || PeekChar() == u'.') {
+                PushChar(c);
+                return;
+            }
             periodSeen = true;
         }
         AText += c;

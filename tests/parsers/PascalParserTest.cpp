@@ -48,11 +48,27 @@ TEST_F(PascalParser, NumbersStopAtASecondPeriodAndHaveNoExponent)
 {
     EXPECT_EQ(Scan(u"1..5"), (Tokens{{ptNumber, u"1"}, {ptRange, u".."}, {ptNumber, u"5"}}));
     EXPECT_EQ(Scan(u"1.5"), (Tokens{{ptFloat, u"1.5"}}));
-    EXPECT_EQ(Scan(u"1.2.3"), (Tokens{{ptFloat, u"1.2"}, {ptPeriod, u"."}, {ptNumber, u"3"}}));
     EXPECT_EQ(Scan(u"1e5"), (Tokens{{ptNumber, u"1"}, {ptIdentifier, u"e5"}}));
     EXPECT_EQ(Scan(u"$ffg"), (Tokens{{ptNumber, u"$ff"}, {ptIdentifier, u"g"}}));
     EXPECT_EQ(Scan(u"$"), (Tokens{{ptNumber, u"$"}}));
     EXPECT_EQ(Scan(u"#13#10"), (Tokens{{ptHash, u"#"}, {ptNumber, u"13"}, {ptHash, u"#"}, {ptNumber, u"10"}}));
+}
+
+// A second period ends the number at once: what stands before it stays an
+// integer number, coloured as "Number".
+TEST_F(PascalParser, SecondPeriodLeavesAnIntegerNumber)
+{
+    EXPECT_EQ(Scan(u"1.2.3"), (Tokens{{ptNumber, u"1.2"}, {ptPeriod, u"."}, {ptNumber, u"3"}}));
+    EXPECT_EQ(Scan(u"5.5.."), (Tokens{{ptNumber, u"5.5"}, {ptRange, u".."}}));
+    TSxCodePascalParser p(nullptr);
+    sxtest::FeedOnce(p, u"1.2.3");
+    String text;
+    TColor back, fore;
+    TFontStyles style;
+    bool lineBreak;
+    ASSERT_TRUE(p.GetNextToken(text, back, fore, style, lineBreak));
+    EXPECT_EQ(text, u"1.2");
+    EXPECT_TRUE(back == DrawInfo[6].BckColor && fore == DrawInfo[6].TextColor);
 }
 
 TEST_F(PascalParser, StringsKeepDoubledQuotesAndEndWithTheLine)
