@@ -1,18 +1,10 @@
-// The Visual Basic tokenizer: a dispatch on the first character of each token,
-// small readers behind it, keywords picked by first letter; and the handler
-// operations, which run on the same token stream.
+// The Visual Basic tokenizer: what it adds to the shared script scanner (its
+// comments, keywords, colour table and handler templates).
 #include "codeedit/uSxCodeVBParser.h"
-
-#include "codeedit/SxScriptScanner.h"
-
-#include <cassert>
 
 namespace sx {
 
 using namespace uSxCodeVBParser;
-using script::IsNoise;
-using script::MethodToken;
-using script::ToMethodToken;
 
 namespace uSxCodeVBParser {
 
@@ -40,43 +32,12 @@ void Finalization()
 
 namespace {
 
-using script::CR;
-using script::LF;
+using scan::CR;
+using scan::LF;
 
-/// A comment opened by "'" or "REM" ends with the line.
-const String LineCommentEnd(1, CR);
+using Keyword = scan::Keyword<TVBToken>;
 
-constexpr std::u16string_view FunctionTemplate = u"\r\nfunction %0:s(%1:s)\r\n  \r\nend function rem %0:s\r\n";
-constexpr std::u16string_view SubTemplate = u"\r\nsub %0:s(%1:s)\r\n  \r\nend sub rem %0:s\r\n";
-
-/// A sub or function behind "end" closes a handler; each fits its own kind of event.
-constexpr script::HeaderRules VBHeaderRules{};
-
-/// Tokens of one character that need no further read; every other character
-/// that the scanner does not handle itself is vtUnknown.
-constexpr std::array<TVBToken, 128> SingleCharTokens = [] {
-    std::array<TVBToken, 128> table{};
-    table.fill(vtUnknown);
-    table[0] = vtEndOfFile;
-    table[CR] = vtLineBreak;
-    table['&'] = vtConcat;
-    table[')'] = vtCloseParen;
-    table['*'] = vtMultiply;
-    table['+'] = vtPlus;
-    table[','] = vtComma;
-    table['-'] = vtMinus;
-    table['/'] = vtDivide;
-    table[';'] = vtSemicolon;
-    table['='] = vtEquals;
-    table['['] = vtOpenBracket;
-    table['\\'] = vtDivideInt;
-    table[']'] = vtCloseBracket;
-    return table;
-}();
-
-using Keyword = script::Keyword<TVBToken>;
-
-constexpr script::KeywordTable Keywords{std::array<Keyword, 46>{{
+constexpr Keyword KeywordList[] = {
     {u"BYVAL", vtByVal}, {u"BYREF", vtByRef},
     {u"CASE", vtCase}, {u"CLASS", vtClass}, {u"CONST", vtConst},
     {u"DIM", vtDim}, {u"DO", vtDo}, {u"DEFAULT", vtDefault},
@@ -95,98 +56,45 @@ constexpr script::KeywordTable Keywords{std::array<Keyword, 46>{{
     {u"TO", vtTo}, {u"THEN", vtThen},
     {u"UNTIL", vtUntil},
     {u"WHILE", vtWhile}, {u"WEND", vtWend}, {u"WITH", vtWith},
-}}};
+};
+
+constexpr scan::KeywordTable<TVBToken> Keywords{KeywordList};
 
 }  // namespace
 
+template class TSxScriptParser<TVBToken, TSxCodeVBParser>;
+
+/// A sub or function behind "end" closes a handler; each fits its own kind of event.
+const ScriptLanguage<TVBToken> TSxCodeVBParser::Script{
+    {&DrawInfo, 0, vtInvalid, vtLineBreak, vtEndOfFile, vtComment},
+    &Keywords,
+    script::HeaderRules{},
+    u"\r\nfunction %0:s(%1:s)\r\n  \r\nend function rem %0:s\r\n",
+    u"\r\nsub %0:s(%1:s)\r\n  \r\nend sub rem %0:s\r\n",
+};
+
 SX_DEFINE_CLASS(TSxCodeVBParser, TSxLangParser)
 
-TSxCodeVBParser::TSxCodeVBParser(TComponent* AOwner) : TSxLangParser(AOwner) {}
+TSxCodeVBParser::TSxCodeVBParser(TComponent* AOwner) : Scanner(AOwner) {}
 
 String TSxCodeVBParser::GetLanguage() { return u"Visual Basic"; }
 
-bool TSxCodeVBParser::GetNextToken(String& AToken, TColor& BackGround, TColor& TextColor, TFontStyles& FontStyle,
-                                   bool& LineBreak)
-{
-    const TVBToken token = InternalGetNextToken(AToken);
-    const TSxVBInfo& row = FindTokenInfo(DrawInfo, 0, token);
-    BackGround = row.BckColor;
-    TextColor = row.TextColor;
-    FontStyle = row.Style;
-    if (&row != &DrawInfo[0])
-        GetPaintInfo(AToken, BackGround, TextColor, FontStyle);
-    LineBreak = token == vtLineBreak;
-    GetPaintInfo(AToken, BackGround, TextColor, FontStyle);
-    return token != vtInvalid && token != vtEndOfFile;
-}
-
-TVBToken TSxCodeVBParser::InternalGetNextToken(String& AToken)
-{
-    TVBToken result = vtInvalid;
-    while (result == vtInvalid) {
-        const Char c = ReadChar();
-        AToken.assign(1, c);
-        result = ScanToken(c, AToken);
-    }
-    assert(result != vtInvalid && "Managed to find an invalid token.");
-    return result;
-}
-
-TVBToken TSxCodeVBParser::GetNextRealToken(String& AToken)
-{
-    TVBToken token = InternalGetNextToken(AToken);
-    while (IsNoise(token))
-        token = InternalGetNextToken(AToken);
-    return token;
-}
-
-/// One token that starts with c, which AToken already holds; vtInvalid when c
-/// makes no token (the LF of a line break).
-TVBToken TSxCodeVBParser::ScanToken(Char c, String& AToken)
+/// The characters the shared dispatch leaves to Visual Basic: "'" opens a
+/// comment to the end of the line, "(" may open a comment of its own. All
+/// others it does not know, the blank among them, are vtUnknown.
+TVBToken TSxCodeVBParser::ScanOwnToken(Char c, String& AToken)
 {
     switch (c) {
-    case LF:
-        return vtInvalid;
-    case u'"':
-        ReadString(AToken);
-        return vtString;
-    case u'$':
-        ReadHexNumber(AToken);
-        return vtNumber;
     case u'\'':
         ReadRemark(LineCommentEnd, AToken);
         return vtComment;
     case u'(':
         return ScanParenStarRemark(AToken);
-    case u'.':
-        return script::TakeNext(*this, u'.', AToken) ? vtRange : vtPeriod;
-    case u'<':
-        if (script::TakeNext(*this, u'=', AToken))
-            return vtLessEqual;
-        return script::TakeNext(*this, u'>', AToken) ? vtNotEquals : vtLess;
-    case u'>':
-        return script::TakeNext(*this, u'=', AToken) ? vtGreaterEqual : vtGreater;
+    case u'/':
+        return vtDivide;
     default:
-        break;
+        return vtUnknown;
     }
-    if (script::InClass(c, script::ccDigit)) {
-        TVBToken token = vtNumber;
-        ReadNumber(token, AToken);
-        return token;
-    }
-    if (script::InClass(c, script::ccWordStart))
-        return ScanWord(AToken);
-    return c < SingleCharTokens.size() ? SingleCharTokens[c] : vtUnknown;
-}
-
-/// A keyword keeps its text as typed; "REM" turns the rest of the line into a comment.
-TVBToken TSxCodeVBParser::ScanWord(String& AToken)
-{
-    ReadIdentifier(AToken);
-    const TVBToken token = Keywords.Find(AToken, vtIdentifier);
-    if (token == vtComment)
-        ReadRemark(LineCommentEnd, AToken);
-    return token;
 }
 
 /// "(" alone, or "(*" opening a comment that runs up to and with "*)" within
@@ -194,7 +102,7 @@ TVBToken TSxCodeVBParser::ScanWord(String& AToken)
 /// comment, so that the token texts of the line still make up the line.
 TVBToken TSxCodeVBParser::ScanParenStarRemark(String& AToken)
 {
-    if (!script::TakeNext(*this, u'*', AToken))
+    if (!scan::TakeNext(*this, u'*', AToken))
         return vtOpenParen;
     for (;;) {
         const Char c = ReadChar();
@@ -203,22 +111,10 @@ TVBToken TSxCodeVBParser::ScanParenStarRemark(String& AToken)
             return vtComment;
         }
         AToken += c;
-        if (c == u'*' && script::TakeNext(*this, u')', AToken))
+        if (c == u'*' && scan::TakeNext(*this, u')', AToken))
             return vtComment;
     }
 }
-
-void TSxCodeVBParser::ReadHexNumber(String& AText) { script::ReadWhile(*this, script::ccHexDigit, AText); }
-
-void TSxCodeVBParser::ReadIdentifier(String& AText) { script::ReadWhile(*this, script::ccWord, AText); }
-
-void TSxCodeVBParser::ReadNumber(TVBToken& AToken, String& AText)
-{
-    if (script::ReadNumberRest(*this, AText))
-        AToken = vtFloat;
-}
-
-void TSxCodeVBParser::ReadString(String& AText) { script::ReadStringRest(*this, AText); }
 
 /// The marker goes back to the input also at the end of input, so that a
 /// comment is always followed by a line break.
@@ -228,23 +124,6 @@ void TSxCodeVBParser::ReadRemark(const String& AEnd, String& AText)
     for (Char c = ReadChar(); c != marker && c != 0; c = ReadChar())
         AText += c;
     PushStr(AEnd);
-}
-
-String TSxCodeVBParser::CreateMethod(TObject* AInstance, const String& APropName, String& aName)
-{
-    return script::CreateMethodText(AInstance, APropName, aName, FunctionTemplate, SubTemplate);
-}
-
-String TSxCodeVBParser::GetSameMethods(TObject* AInstance, const String& APropName)
-{
-    return script::FindSameMethods(*this, AInstance, APropName, VBHeaderRules,
-                                   [this](String& AText) { return ToMethodToken(GetNextRealToken(AText)); });
-}
-
-Integer TSxCodeVBParser::MethodLineNr(const String& AMethodName)
-{
-    return script::FindMethodLine(*this, AMethodName, VBHeaderRules,
-                                  [this](String& AText) { return ToMethodToken(GetNextRealToken(AText)); });
 }
 
 }  // namespace sx
