@@ -6,8 +6,10 @@
 
 #include "codeedit/uSxCodeParser.h"
 
+#include <algorithm>
 #include <array>
 #include <cstddef>
+#include <initializer_list>
 #include <span>
 #include <string_view>
 
@@ -257,6 +259,21 @@ private:
     std::span<const Keyword<TToken>> FWords;
     std::array<LetterRange, 26> FByLetter{};
 };
+
+/// AWords without the keywords whose words stand in ALeftOut; M is what remains.
+template <std::size_t M, class TToken, std::size_t N>
+constexpr std::array<Keyword<TToken>, M> KeywordsWithout(const std::array<Keyword<TToken>, N>& AWords,
+                                                         std::initializer_list<std::u16string_view> ALeftOut)
+{
+    std::array<Keyword<TToken>, M> kept{};
+    std::size_t count = 0;
+    for (const Keyword<TToken>& keyword : AWords)
+        if (std::find(ALeftOut.begin(), ALeftOut.end(), keyword.Word) == ALeftOut.end())
+            kept[count++] = keyword;
+    if (count != M)
+        throw "the count of the keywords kept is wrong";
+    return kept;
+}
 
 /// A table of the tokens of one ASCII character; AUnknown for every other.
 template <class TToken>

@@ -9,9 +9,59 @@
 
 namespace sx {
 
+/// The colour table of a script language at its start: the rows are the same
+/// in both languages, the token sets follow each one's numbering. Row 6
+/// holds vtString and vtComment too, but rows 2 and 3 come first and give
+/// them their colours.
+template <class TToken>
+std::array<TSxTokenInfo<TToken>, 7> ScriptDrawInfo()
+{
+    using T = TToken;
+    return {{
+        {u"WhiteSpace", clWindowText, clWindow, {}, {}},
+        {u"Reserved word", clBlue, clWindow, TokenRange(T::vtFunction, T::vtUntil), {TFontStyle::fsBold}},
+        {u"string", clWindowText, clYellow, {T::vtString}, {}},
+        {u"Comment", clGreen, clWindow, {T::vtComment}, {}},
+        {u"Identifier", clWindowText, clWindow, {T::vtIdentifier}, {}},
+        {u"Symbol", clRed, clWindow, {T::vtHexNumber, T::vtNumber, T::vtFloat}, {}},
+        {u"Symbol", clBlue, clWindow, TSet<T, 128>{T::vtConcat, T::vtString} + TokenRange(T::vtComment, T::vtDivideInt),
+         {}},
+    }};
+}
+
+/// The Visual Basic keywords, grouped by first letter. "REM" opens a comment
+/// to the end of the line.
+template <class TToken>
+constexpr std::array<scan::Keyword<TToken>, 46> ScriptKeywords()
+{
+    using T = TToken;
+    return {{
+        {u"BYVAL", T::vtByVal}, {u"BYREF", T::vtByRef},
+        {u"CASE", T::vtCase}, {u"CLASS", T::vtClass}, {u"CONST", T::vtConst},
+        {u"DIM", T::vtDim}, {u"DO", T::vtDo}, {u"DEFAULT", T::vtDefault},
+        {u"END", T::vtEnd}, {u"EXIT", T::vtExit}, {u"EACH", T::vtEach}, {u"ELSE", T::vtElse},
+        {u"ERASE", T::vtErase}, {u"ERROR", T::vtError}, {u"ELSEIF", T::vtElseIf}, {u"EXECUTE", T::vtExecute},
+        {u"EXPLICIT", T::vtExplicit}, {u"EXECUTEGLOBAL", T::vtExecuteGlobal},
+        {u"FOR", T::vtFor}, {u"FUNCTION", T::vtFunction},
+        {u"GET", T::vtGet}, {u"GOTO", T::vtGoto},
+        {u"IN", T::vtIn}, {u"IF", T::vtIf},
+        {u"LET", T::vtLet}, {u"LOOP", T::vtLoop},
+        {u"NEXT", T::vtNext},
+        {u"ON", T::vtOn}, {u"OPTION", T::vtOption},
+        {u"PUBLIC", T::vtPublic}, {u"PRIVATE", T::vtPrivate}, {u"PROPERTY", T::vtProperty},
+        {u"PRESERVE", T::vtPreserve},
+        {u"REM", T::vtComment}, {u"REDIM", T::vtReDim}, {u"RESUME", T::vtResume}, {u"RANDOMIZE", T::vtRandomize},
+        {u"SELECT", T::vtSelect}, {u"SET", T::vtSet}, {u"SUB", T::vtSub},
+        {u"TO", T::vtTo}, {u"THEN", T::vtThen},
+        {u"UNTIL", T::vtUntil},
+        {u"WHILE", T::vtWhile}, {u"WEND", T::vtWend}, {u"WITH", T::vtWith},
+    }};
+}
+
 /// What a script language brings to the shared scanner besides its own characters.
 template <class TToken>
 struct ScriptLanguage {
+    std::u16string_view Name;
     scan::Language<TToken, 7> Scanner;
     const scan::KeywordTable<TToken>* Keywords;
     /// Which "function" and "sub" tokens open a handler.
@@ -21,14 +71,14 @@ struct ScriptLanguage {
     std::u16string_view SubTemplate;
 };
 
-/// TToken is the language's token enumeration. TParser, the language's parser
-/// class, has a static ScriptLanguage<TToken> Script and a member
-/// TToken ScanOwnToken(Char c, String& AToken), which makes the token of a
-/// character the shared dispatch does not know.
-template <class TToken, class TParser>
+/// TToken is the language's token enumeration. Each language defines, for its
+/// TToken, Script, ScanOwnToken and ReadRemark.
+template <class TToken>
 class TSxScriptParser : public TSxLangParser {
 public:
     using TSxLangParser::TSxLangParser;
+
+    String GetLanguage() override { return String(Script.Name); }
 
     /// Also calls GetPaintInfo: once with the row's colours for a token that
     /// stands in a row of DrawInfo, then once more for every token.
@@ -36,11 +86,11 @@ public:
                       bool& LineBreak) override
     {
         const TToken token = InternalGetNextToken(AToken);
-        if (scan::FillColours(TParser::Script.Scanner, token, BackGround, TextColor, FontStyle))
+        if (scan::FillColours(Script.Scanner, token, BackGround, TextColor, FontStyle))
             GetPaintInfo(AToken, BackGround, TextColor, FontStyle);
         LineBreak = token == TToken::vtLineBreak;
         GetPaintInfo(AToken, BackGround, TextColor, FontStyle);
-        return scan::GoesOn(TParser::Script.Scanner, token);
+        return scan::GoesOn(Script.Scanner, token);
     }
 
     /// The handler's name is the component's name, "_" and the event, or the
@@ -48,19 +98,19 @@ public:
     /// event and from the sub template for every other kind.
     String CreateMethod(TObject* AInstance, const String& APropName, String& aName) override
     {
-        return script::CreateMethodText(AInstance, APropName, aName, TParser::Script.FunctionTemplate,
-                                        TParser::Script.SubTemplate);
+        return script::CreateMethodText(AInstance, APropName, aName, Script.FunctionTemplate,
+                                        Script.SubTemplate);
     }
 
     String GetSameMethods(TObject* AInstance, const String& APropName) override
     {
-        return script::FindSameMethods(*this, AInstance, APropName, TParser::Script.Headers,
+        return script::FindSameMethods(*this, AInstance, APropName, Script.Headers,
                                        [this](String& AText) { return script::ToMethodToken(GetNextRealToken(AText)); });
     }
 
     Integer MethodLineNr(const String& AMethodName) override
     {
-        return script::FindMethodLine(*this, AMethodName, TParser::Script.Headers,
+        return script::FindMethodLine(*this, AMethodName, Script.Headers,
                                       [this](String& AText) { return script::ToMethodToken(GetNextRealToken(AText)); });
     }
 
@@ -69,7 +119,7 @@ protected:
     TToken InternalGetNextToken(String& AToken)
     {
         return scan::NextToken(
-            *this, TParser::Script.Scanner, AToken, [this](Char c, String& AText) { return ScanToken(c, AText); },
+            *this, Script.Scanner, AToken, [this](Char c, String& AText) { return ScanToken(c, AText); },
             [this](const String& AEnd, String& AText) { ReadRemark(AEnd, AText); });
     }
 
@@ -90,8 +140,9 @@ protected:
     virtual void ReadHexNumber(String& AText) { scan::ReadWhile(*this, scan::HexDigits, AText); }
     /// Appends a string's text behind its opening double quote, the closing quote included.
     virtual void ReadString(String& AText) { scan::ReadQuotedRest(*this, u'"', AText); }
-    /// Appends a comment's text behind its opening, up to its end marker.
-    virtual void ReadRemark(const String& AEnd, String& AText) = 0;
+    /// Appends a comment's text behind its opening, up to its end marker; each
+    /// language reads its comments in its own way.
+    virtual void ReadRemark(const String& AEnd, String& AText);
     /// Appends the rest of a number behind its first digit; sets AToken to
     /// vtFloat for a number with a period, also one that a second period ends.
     virtual void ReadNumber(TToken& AToken, String& AText)
@@ -106,7 +157,12 @@ protected:
     inline static const String LineCommentEnd{scan::CR};
 
 private:
-    TParser& Self() { return static_cast<TParser&>(*this); }
+    /// What the language brings to the shared scanner.
+    static const ScriptLanguage<TToken> Script;
+
+    /// The token of a character the shared dispatch does not know, which
+    /// AToken already holds.
+    TToken ScanOwnToken(Char c, String& AToken);
 
     /// One token that starts with c, which AToken already holds; vtInvalid
     /// when c makes no token (the LF of a line break).
@@ -140,14 +196,14 @@ private:
         if (scan::WordStart.Contains(c))
             return ScanWord(AToken);
         const TToken single = SingleCharTokens[c];
-        return single != TToken::vtUnknown ? single : Self().ScanOwnToken(c, AToken);
+        return single != TToken::vtUnknown ? single : ScanOwnToken(c, AToken);
     }
 
     /// A keyword keeps its text as typed; "REM" turns the rest of the line into a comment.
     TToken ScanWord(String& AToken)
     {
         ReadIdentifier(AToken);
-        const TToken token = TParser::Script.Keywords->Find(AToken, TToken::vtIdentifier);
+        const TToken token = Script.Keywords->Find(AToken, TToken::vtIdentifier);
         if (token == TToken::vtComment)
             ReadRemark(LineCommentEnd, AToken);
         return token;

@@ -15,14 +15,20 @@ namespace uSxCodeJSParser {
 /// handed out; vtInvalid marks "no token yet" inside the scanner. The braces
 /// give vtBegin and vtEnd.
 enum TJSToken {
-    vtLineBreak, vtUnknown, vtInvalid, vtEndOfFile, vtIdentifier, vtFunction, vtSub, vtEnd, vtBegin, vtClass,
-    vtPublic, vtPrivate, vtConst, vtDim, vtDo, vtWhile, vtUnitil, vtLoop, vtExit, vtErase, vtExecute, vtExecuteGlobal,
-    vtEach, vtIn, vtFor, vtTo, vtNext, vtDefault, vtByVal, vtByRef, vtIf, vtThen, vtElse, vtElseIf, vtOn,
-    vtError, vtResume, vtGoto, vtOption, vtExplicit, vtProperty, vtGet, vtSet, vtLet, vtRandomize, vtReDim,
-    vtPreserve, vtRem, vtSelect, vtCase, vtWend, vtWith, vtUntil, vtConcat, vtString, vtHexNumber, vtNumber,
-    vtFloat, vtComment, vtComma, vtSemicolon, vtColon, vtPeriod, vtRange, vtEquals, vtNotEquals, vtLess,
-    vtLessEqual, vtGreater, vtGreaterEqual, vtOpenParen, vtCloseParen, vtOpenBracket, vtCloseBracket, vtPlus,
-    vtMinus, vtMultiply, vtDivide, vtDivideInt
+    // 0 to 4: what is no keyword
+    vtLineBreak, vtUnknown, vtInvalid, vtEndOfFile, vtIdentifier,
+    // 5 to 52: the keywords, with vtBegin at 8
+    vtFunction, vtSub, vtEnd, vtBegin, vtClass, vtPublic, vtPrivate, vtConst, vtDim, vtDo, vtWhile, vtUnitil,
+    vtLoop, vtExit, vtErase, vtExecute, vtExecuteGlobal, vtEach, vtIn, vtFor, vtTo, vtNext, vtDefault,
+    vtByVal, vtByRef, vtIf, vtThen, vtElse, vtElseIf, vtOn, vtError, vtResume, vtGoto, vtOption, vtExplicit,
+    vtProperty, vtGet, vtSet, vtLet, vtRandomize, vtReDim, vtPreserve, vtRem, vtSelect, vtCase, vtWend,
+    vtWith, vtUntil,
+    // 53 to 58: text, numbers and comments
+    vtConcat, vtString, vtHexNumber, vtNumber, vtFloat, vtComment,
+    // 59 to 78: punctuation and operators
+    vtComma, vtSemicolon, vtColon, vtPeriod, vtRange, vtEquals, vtNotEquals, vtLess, vtLessEqual, vtGreater,
+    vtGreaterEqual, vtOpenParen, vtCloseParen, vtOpenBracket, vtCloseBracket, vtPlus, vtMinus, vtMultiply,
+    vtDivide, vtDivideInt
 };
 
 using TJSTokens = TSet<TJSToken, 128>;
@@ -42,28 +48,18 @@ void Finalization();
 /// is 1 inside "/*" at a line start; 2 ("}") and 3 (a line comment) are
 /// understood on input but never set. CreateMethod writes "function Name(a, b)"
 /// for every kind of event, with an empty body in braces and "// Name" behind it.
-class TSxCodeJSParser : public TSxScriptParser<uSxCodeJSParser::TJSToken, TSxCodeJSParser> {
+class TSxCodeJSParser : public TSxScriptParser<uSxCodeJSParser::TJSToken> {
     SX_DECLARE_CLASS
-    using Scanner = TSxScriptParser<uSxCodeJSParser::TJSToken, TSxCodeJSParser>;
-    friend Scanner;
-
 public:
-    explicit TSxCodeJSParser(TComponent* AOwner);
-
-    String GetLanguage() override;
-
-protected:
-    /// Appends a comment's text behind its opening, the end marker included.
-    /// With EndLines True it stops in front of a line end and leaves a comment
-    /// that the line end does not close open for the next token.
-    void ReadRemark(const String& AEnd, String& AText) override;
-
-private:
-    static const ScriptLanguage<uSxCodeJSParser::TJSToken> Script;
-    uSxCodeJSParser::TJSToken ScanOwnToken(Char c, String& AToken);
-    uSxCodeJSParser::TJSToken ScanSlash(String& AToken);
+    using TSxScriptParser::TSxScriptParser;
 };
 
-extern template class TSxScriptParser<uSxCodeJSParser::TJSToken, TSxCodeJSParser>;
+template <>
+const ScriptLanguage<uSxCodeJSParser::TJSToken> TSxScriptParser<uSxCodeJSParser::TJSToken>::Script;
+template <>
+uSxCodeJSParser::TJSToken TSxScriptParser<uSxCodeJSParser::TJSToken>::ScanOwnToken(Char c, String& AToken);
+template <>
+void TSxScriptParser<uSxCodeJSParser::TJSToken>::ReadRemark(const String& AEnd, String& AText);
+extern template class TSxScriptParser<uSxCodeJSParser::TJSToken>;
 
 }  // namespace sx

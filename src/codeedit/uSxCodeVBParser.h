@@ -41,27 +41,18 @@ void Finalization();
 /// keeps no state from line to line: it neither sets nor reads LineKind.
 /// CreateMethod writes "sub Name(a, b)" or, for a function event, "function
 /// Name(a, b)", with an empty body and "end sub rem Name" behind it.
-class TSxCodeVBParser : public TSxScriptParser<uSxCodeVBParser::TVBToken, TSxCodeVBParser> {
+class TSxCodeVBParser : public TSxScriptParser<uSxCodeVBParser::TVBToken> {
     SX_DECLARE_CLASS
-    using Scanner = TSxScriptParser<uSxCodeVBParser::TVBToken, TSxCodeVBParser>;
-    friend Scanner;
-
 public:
-    explicit TSxCodeVBParser(TComponent* AOwner);
-
-    String GetLanguage() override;
-
-protected:
-    /// Appends a comment's text up to the end marker (one character) or the
-    /// end of input, and gives the marker back to the input.
-    void ReadRemark(const String& AEnd, String& AText) override;
-
-private:
-    static const ScriptLanguage<uSxCodeVBParser::TVBToken> Script;
-    uSxCodeVBParser::TVBToken ScanOwnToken(Char c, String& AToken);
-    uSxCodeVBParser::TVBToken ScanParenStarRemark(String& AToken);
+    using TSxScriptParser::TSxScriptParser;
 };
 
-extern template class TSxScriptParser<uSxCodeVBParser::TVBToken, TSxCodeVBParser>;
+template <>
+const ScriptLanguage<uSxCodeVBParser::TVBToken> TSxScriptParser<uSxCodeVBParser::TVBToken>::Script;
+template <>
+uSxCodeVBParser::TVBToken TSxScriptParser<uSxCodeVBParser::TVBToken>::ScanOwnToken(Char c, String& AToken);
+template <>
+void TSxScriptParser<uSxCodeVBParser::TVBToken>::ReadRemark(const String& AEnd, String& AText);
+extern template class TSxScriptParser<uSxCodeVBParser::TVBToken>;
 
 }  // namespace sx
