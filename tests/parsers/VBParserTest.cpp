@@ -1,108 +1,64 @@
-// The Visual Basic tokenizer on token streams and colours, and the handler
-// operations on realistic scripts.
+// The Visual Basic tokenizer on token streams and the paint listener, and the
+// handler operations on realistic scripts.
 #include "codeedit/uSxCodeVBParser.h"
 #include "parsers/ScriptTestSupport.h"
 
-using namespace sx;
-using namespace sx::uSxCodeVBParser;
-using sxtest::LineFeed;
-using sxtest::TScriptButton;
-
 namespace {
 
-/// Opens the scanner's own token kinds to the tests.
-struct Probe : TSxCodeVBParser {
-    Probe() : TSxCodeVBParser(nullptr) {}
-    using TSxCodeVBParser::InternalGetNextToken;
-};
+using namespace sx;
+using namespace sx::uSxCodeVBParser;
+using sx::test::TScriptButton;
 
-struct VBParser : testing::Test, sxtest::ScriptScanner<Probe, vtEndOfFile, vtLineBreak, vtUnknown> {};
-using VBMethods = sxtest::ScriptMethods<TSxCodeVBParser>;
+struct VBParser : testing::Test, sx::test::Scanner<TSxCodeVBParser, vtEndOfFile, vtLineBreak> {};
+using VBMethods = sx::test::ScriptMethods<TSxCodeVBParser>;
 
 const String LB = u"\r";
 
-}  // namespace
-
-TEST_F(VBParser, RealisticLinesGiveTheirTokens)
+TEST_F(VBParser, TokensOfShortTexts)
 {
-    EXPECT_EQ(ScanLines({u"Dim total ' running sum"}),
-              (Tokens{{vtDim, u"Dim"}, {vtUnknown, u" "}, {vtIdentifier, u"total"}, {vtUnknown, u" "},
-                      {vtComment, u"' running sum"}, {vtLineBreak, LB}}));
-    EXPECT_EQ(Words(u"For i = 1 To 10: total = total + i * 2.5: Next"),
-              (Tokens{{vtFor, u"For"}, {vtIdentifier, u"i"}, {vtEquals, u"="}, {vtNumber, u"1"}, {vtTo, u"To"},
-                      {vtNumber, u"10"}, {vtUnknown, u":"}, {vtIdentifier, u"total"}, {vtEquals, u"="},
-                      {vtIdentifier, u"total"}, {vtPlus, u"+"}, {vtIdentifier, u"i"}, {vtMultiply, u"*"},
-                      {vtFloat, u"2.5"}, {vtUnknown, u":"}, {vtNext, u"Next"}}));
-    EXPECT_EQ(Words(u"If x <> \"a\"\"b\" Then MsgBox(x & \"!\")"),
-              (Tokens{{vtIf, u"If"}, {vtIdentifier, u"x"}, {vtNotEquals, u"<>"}, {vtString, u"\"a\"\"b\""},
-                      {vtThen, u"Then"}, {vtIdentifier, u"MsgBox"}, {vtOpenParen, u"("}, {vtIdentifier, u"x"},
-                      {vtConcat, u"&"}, {vtString, u"\"!\""}, {vtCloseParen, u")"}}));
-}
-
-TEST_F(VBParser, OperatorsAndUnknownCharacters)
-{
-    EXPECT_EQ(Words(u"<= <> < >= > .. . \\ ["),
-              (Tokens{{vtLessEqual, u"<="}, {vtNotEquals, u"<>"}, {vtLess, u"<"}, {vtGreaterEqual, u">="},
-                      {vtGreater, u">"}, {vtRange, u".."}, {vtPeriod, u"."}, {vtDivideInt, u"\\"},
-                      {vtOpenBracket, u"["}}));
-    EXPECT_EQ(Scan(u"<<="), (Tokens{{vtLess, u"<"}, {vtLessEqual, u"<="}}));
-    EXPECT_EQ(Scan(u"  \t"), (Tokens{{vtUnknown, u" "}, {vtUnknown, u" "}, {vtUnknown, u"\t"}}));
-    for (const auto& [kind, text] : Scan(u"!#%?@^`|~{}\u00E9\u4E00"))
-        EXPECT_EQ(kind, vtUnknown) << StrToUtf8(text);
+    const std::pair<String, Tokens> cases[] = {
+        {u"x<=<><", {{vtIdentifier, u"x"}, {vtLessEqual, u"<="}, {vtNotEquals, u"<>"}, {vtLess, u"<"}}},
+        {u"<<=>=>", {{vtLess, u"<"}, {vtLessEqual, u"<="}, {vtGreaterEqual, u">="}, {vtGreater, u">"}}},
+        {u"...\\[:", {{vtRange, u".."}, {vtPeriod, u"."}, {vtDivideInt, u"\\"}, {vtOpenBracket, u"["},
+                      {vtUnknown, u":"}}},
+        {u"  \t", {{vtUnknown, u" "}, {vtUnknown, u" "}, {vtUnknown, u"\t"}}},
+        {u"!#%?@{\u00E9", {{vtUnknown, u"!"}, {vtUnknown, u"#"}, {vtUnknown, u"%"}, {vtUnknown, u"?"},
+                           {vtUnknown, u"@"}, {vtUnknown, u"{"}, {vtUnknown, u"\u00E9"}}},
+        {u"x.End", {{vtIdentifier, u"x"}, {vtPeriod, u"."}, {vtEnd, u"End"}}},
+        {u"1.2.3", {{vtFloat, u"1.2"}, {vtPeriod, u"."}, {vtNumber, u"3"}}},
+        {u"&H10", {{vtConcat, u"&"}, {vtIdentifier, u"H10"}}},
+        {u"\"a\"\"b\"x", {{vtString, u"\"a\"\"b\""}, {vtIdentifier, u"x"}}},
+        // "(*" is no Visual Basic; it is a comment within its line, handed out whole
+        {u"a(* note *)b", {{vtIdentifier, u"a"}, {vtComment, u"(* note *)"}, {vtIdentifier, u"b"}}},
+    };
+    for (const auto& [text, tokens] : cases)
+        EXPECT_EQ(Scan(text), tokens) << StrToUtf8(text);
 }
 
 TEST_F(VBParser, KeywordsAreCaseBlindWholeWords)
 {
-    // Words that share their first letters.
-    EXPECT_EQ(Words(u"ByVal BYREF end exit each else erase error elseif execute explicit executeglobal"),
-              (Tokens{{vtByVal, u"ByVal"}, {vtByRef, u"BYREF"}, {vtEnd, u"end"}, {vtExit, u"exit"},
-                      {vtEach, u"each"}, {vtElse, u"else"}, {vtErase, u"erase"}, {vtError, u"error"},
-                      {vtElseIf, u"elseif"}, {vtExecute, u"execute"}, {vtExplicit, u"explicit"},
-                      {vtExecuteGlobal, u"executeglobal"}}));
-    for (const auto& [kind, text] : Words(u"And Or Not Is Nothing True Call New As Remark Rem1 _end ends"))
-        EXPECT_EQ(kind, vtIdentifier) << StrToUtf8(text);
-    EXPECT_EQ(Scan(u"x.End"), (Tokens{{vtIdentifier, u"x"}, {vtPeriod, u"."}, {vtEnd, u"End"}}));
-}
-
-TEST_F(VBParser, NumbersStringsAndTheDollarPrefix)
-{
-    EXPECT_EQ(Scan(u"1..5"), (Tokens{{vtNumber, u"1"}, {vtRange, u".."}, {vtNumber, u"5"}}));
-    EXPECT_EQ(Scan(u"1.2.3"), (Tokens{{vtFloat, u"1.2"}, {vtPeriod, u"."}, {vtNumber, u"3"}}));
-    EXPECT_EQ(Scan(u"1e5"), (Tokens{{vtNumber, u"1"}, {vtIdentifier, u"e5"}}));
-    EXPECT_EQ(Scan(u"$10fg"), (Tokens{{vtNumber, u"$10f"}, {vtIdentifier, u"g"}}));
-    EXPECT_EQ(Scan(u"&H10"), (Tokens{{vtConcat, u"&"}, {vtIdentifier, u"H10"}}));
-    EXPECT_EQ(Scan(u"\"\"x"), (Tokens{{vtString, u"\"\""}, {vtIdentifier, u"x"}}));
-    EXPECT_EQ(ScanLines({u"\"open ' rem", u"b"}),
-              (Tokens{{vtString, u"\"open ' rem"}, {vtLineBreak, LB}, {vtIdentifier, u"b"}, {vtLineBreak, LB}}));
+    // words that share their first letters
+    const String words[] = {u"ByVal", u"BYREF", u"end", u"exit", u"each", u"else", u"elseif", u"executeglobal"};
+    const TVBToken tokens[] = {vtByVal, vtByRef, vtEnd, vtExit, vtEach, vtElse, vtElseIf, vtExecuteGlobal};
+    for (std::size_t i = 0; i < std::size(words); ++i)
+        EXPECT_EQ(Scan(words[i]), (Tokens{{tokens[i], words[i]}}));
+    for (const String word : {u"And", u"Nothing", u"True", u"As", u"Remark", u"Rem1", u"_end", u"ends"})
+        EXPECT_EQ(Scan(word), (Tokens{{vtIdentifier, word}}));
 }
 
 TEST_F(VBParser, CommentsRunToTheLineEnd)
 {
-    EXPECT_EQ(ScanLines({u"a REM b ' c", u"rEm", u"remark"}),
-              (Tokens{{vtIdentifier, u"a"}, {vtUnknown, u" "}, {vtComment, u"REM b ' c"}, {vtLineBreak, LB},
-                      {vtComment, u"rEm"}, {vtLineBreak, LB}, {vtIdentifier, u"remark"}, {vtLineBreak, LB}}));
-    // at the end of input a comment is still followed by a line break
-    EXPECT_EQ(Scan(u"x ' last"), (Tokens{{vtIdentifier, u"x"}, {vtUnknown, u" "}, {vtComment, u"' last"},
-                                         {vtLineBreak, LB}}));
-    // "(*" is no Visual Basic; it is a comment within its line, handed out whole
-    EXPECT_EQ(Scan(u"a(* note *)b"), (Tokens{{vtIdentifier, u"a"}, {vtComment, u"(* note *)"},
-                                             {vtIdentifier, u"b"}}));
-    EXPECT_EQ(ScanLines({u"(*) x", u"y"}),
-              (Tokens{{vtComment, u"(*) x"}, {vtLineBreak, LB}, {vtIdentifier, u"y"}, {vtLineBreak, LB}}));
+    EXPECT_EQ(ScanLines({u"Dim total ' running sum", u"a REM b ' c", u"rEm", u"\"open ' rem", u"(*) x"}),
+              (Tokens{{vtDim, u"Dim"}, {vtUnknown, u" "}, {vtIdentifier, u"total"}, {vtUnknown, u" "},
+                      {vtComment, u"' running sum"}, {vtLineBreak, LB}, {vtIdentifier, u"a"}, {vtUnknown, u" "},
+                      {vtComment, u"REM b ' c"}, {vtLineBreak, LB}, {vtComment, u"rEm"}, {vtLineBreak, LB},
+                      {vtString, u"\"open ' rem"}, {vtLineBreak, LB}, {vtComment, u"(*) x"}, {vtLineBreak, LB}}));
 }
 
-TEST_F(VBParser, LineEndsAndTheEndOfInput)
-{
-    EXPECT_EQ(Scan(u"a\nb\rc"), (Tokens{{vtIdentifier, u"a"}, {vtIdentifier, u"b"}, {vtLineBreak, LB},
-                                        {vtIdentifier, u"c"}}));
-    EXPECT_EQ(Scan(u""), Tokens{});
-    EXPECT_EQ(Scan(String(u"a") + Char(0) + u"b"), (Tokens{{vtIdentifier, u"a"}}));
-}
-
-TEST_F(VBParser, ColoursComeFromTheFirstRowAndPaintInfoRunsOnceOrTwice)
+TEST_F(VBParser, PaintInfoRunsTwiceForATokenWithARowAndOnceForOthers)
 {
     TSxCodeVBParser p(nullptr);
-    LineFeed feed{{u"Dim x = 1 ' c"}, &p};
+    sx::test::LineFeed feed{{u"Dim x"}};
     p.SetOnGetNewBuffer(std::ref(feed));
     std::vector<String> seen;
     p.SetOnPaintInfo([&seen](const String& token, TColor&, TColor& text, TFontStyles&) {
@@ -110,40 +66,20 @@ TEST_F(VBParser, ColoursComeFromTheFirstRowAndPaintInfoRunsOnceOrTwice)
         if (token == u"x")
             text = clMaroon;
     });
-    // Dim, blank, x, blank, =, blank, 1, blank, the comment, the line break
-    const std::vector<std::size_t> rows{1, 0, 4, 0, 6, 0, 5, 0, 3, 0};
-    String text;
-    TColor back, fore;
-    TFontStyles style;
-    bool lineBreak;
-    std::size_t calls = 0;
-    for (std::size_t i = 0; i < rows.size(); ++i) {
-        ASSERT_TRUE(p.GetNextToken(text, back, fore, style, lineBreak));
-        const TSxVBInfo& row = DrawInfo[rows[i]];
-        EXPECT_EQ(back, row.BckColor) << i;
-        EXPECT_EQ(fore, text == u"x" ? clMaroon : row.TextColor) << i;
-        EXPECT_EQ(style, row.Style) << i;
-        EXPECT_EQ(lineBreak, i + 1 == rows.size()) << i;
-        calls += rows[i] == 0 ? 1 : 2;
-        EXPECT_EQ(seen.size(), calls) << i;
-    }
-    EXPECT_FALSE(p.GetNextToken(text, back, fore, style, lineBreak));
-    EXPECT_EQ(seen.size(), calls + 1);  // the end token is shown to the listener too
+    EXPECT_EQ(sx::test::Paint(p).Fore, DrawInfo[1].TextColor);
+    EXPECT_EQ(sx::test::Paint(p).Fore, DrawInfo[0].TextColor);
+    EXPECT_EQ(sx::test::Paint(p).Fore, clMaroon);
+    EXPECT_TRUE(sx::test::Paint(p).LineBreak);
+    EXPECT_FALSE(sx::test::Paint(p).More);
+    // the line break and the end token are shown to the listener too
+    EXPECT_EQ(seen, (std::vector<String>{u"Dim", u"Dim", u" ", u"x", u"x", u"\r", String(1, Char(0))}));
 }
 
 TEST_F(VBParser, LinesAddUpAndARestartAtAnyLineGivesTheFullPass)
 {
     ExpectRestartGivesTheFullPass({u"'", u"\"", u"\"\"", u"(*", u"*)", u"(", u"rem", u"Rem ", u" ", u"\t", u"a",
                                    u"Sub", u"1", u".", u"..", u"$f", u"&", u"<>", u"\u00E9", u"x1"});
-    ExpectAnyCharactersReachTheEnd();
 }
-
-TEST_F(VBParser, UnitStartAndStop)
-{
-    sxtest::ExpectUnitStartAndStop(u"TSxCodeVBParser", u"Visual Basic", DrawInfo, &Initialization, &Finalization);
-}
-
-namespace {
 
 const std::vector<String> Script{
     u"Option Explicit",                        // 1
@@ -162,8 +98,6 @@ const std::vector<String> Script{
     u"sub logClick(Sender) rem fits OnClick",  // 14
     u"end sub",                                // 15
 };
-
-}  // namespace
 
 TEST_F(VBMethods, CreateMethodWritesASubOrAFunction)
 {
@@ -185,19 +119,12 @@ TEST_F(VBMethods, CreateMethodWritesASubOrAFunction)
     EXPECT_EQ(parser.GetSameMethods(nullptr, u"OnClick"), u"");
 }
 
-TEST_F(VBMethods, SameMethodsFitByKindAndParameterCount)
+TEST_F(VBMethods, SameMethodsFitByKindAndParameterCountAndLinesAreFoundCaseBlind)
 {
     Feed(Script);
     EXPECT_EQ(parser.GetSameMethods(&button1, u"OnClick"), u"Button1_OnClick\r\nlogClick\r\n");
     EXPECT_EQ(parser.GetSameMethods(&button1, u"OnKeyPress"), u"Helper\r\n");  // ByVal and ByRef are noise
     EXPECT_EQ(parser.GetSameMethods(&button1, u"OnValidate"), u"Validate\r\n");
-    Feed({});
-    EXPECT_EQ(parser.GetSameMethods(&button1, u"OnClick"), u"");
-}
-
-TEST_F(VBMethods, MethodLineNrFindsHeadersCaseBlind)
-{
-    Feed(Script);
     EXPECT_EQ(parser.MethodLineNr(u"BUTTON1_ONCLICK"), 4);
     EXPECT_EQ(parser.MethodLineNr(u"helper"), 8);
     EXPECT_EQ(parser.MethodLineNr(u"LogClick"), 14);
@@ -206,6 +133,7 @@ TEST_F(VBMethods, MethodLineNrFindsHeadersCaseBlind)
     Feed({u"If done Then Exit Sub", u"count = 0"});
     EXPECT_EQ(parser.MethodLineNr(u"count"), 2);
     Feed({});
+    EXPECT_EQ(parser.GetSameMethods(&button1, u"OnClick"), u"");
     EXPECT_EQ(parser.MethodLineNr(u"x"), -1);
 }
 
@@ -215,7 +143,7 @@ TEST_F(VBMethods, AGeneratedHandlerIsFoundUnderBothNames)
     String name1, name2;
     const String text = Joined(Script) + parser.CreateMethod(&button1, u"OnClick", name1) +
                         parser.CreateMethod(&button2, u"OnClick", name2);
-    parser.SetInputStream(sxtest::Utf16Stream(text), true);
+    parser.SetInputStream(sx::test::Utf16Stream(text), true);
     // the name behind "end sub rem" is comment text, no header
     EXPECT_EQ(parser.GetSameMethods(&button1, u"OnClick"),
               u"Button1_OnClick\r\nlogClick\r\nButton1_OnClick\r\nButton2_OnClick\r\n");
@@ -240,3 +168,5 @@ TEST_F(VBMethods, MethodScansWorkOnAnyFeed)
     TSxCodeVBParser unfed(nullptr);
     EXPECT_EQ(unfed.MethodLineNr(u"Helper"), -1);
 }
+
+}  // namespace

@@ -1,0 +1,177 @@
+// Test helpers of the language scanners: feeds as the editor and a stream give
+// them, token streams, what GetNextToken paints, and the restart property.
+#pragma once
+
+#include "codeedit/uSxCodeParser.h"
+
+#include <gtest/gtest.h>
+
+#include <cstdint>
+#include <memory>
+#include <random>
+#include <vector>
+
+namespace sx::test {
+
+/// Hands out lines one at a time, each followed by CR LF as the editor feeds
+/// them, from line First on; starts again on reset, and records the parser's
+/// LineKind at the moment each line is fetched, as the editor stores it.
+struct LineFeed {
+    explicit LineFeed(std::vector<String> ALines, TSxLangParser* AParser = nullptr, std::size_t AFirst = 0)
+        : Lines(std::move(ALines)), Parser(AParser), First(AFirst), Next(AFirst) {}
+    std::vector<String> Lines;
+    TSxLangParser* Parser;
+    std::size_t First;
+    std::size_t Next;
+    std::vector<Integer> Kinds;
+    bool operator()(bool AReset, String& S)
+    {
+        if (AReset) {
+            Next = First;
+            Kinds.clear();
+            return true;
+        }
+        if (Next >= Lines.size())
+            return false;
+        Kinds.push_back(Parser ? Parser->LineKind() : 0);
+        S = Lines[Next++] + u"\r\n";
+        return true;
+    }
+};
+
+/// Hands out the text as one piece, then nothing.
+inline void FeedOnce(TSxLangParser& AParser, const String& AText)
+{
+    AParser.SetOnGetNewBuffer([AText, done = false](bool AReset, String& S) mutable {
+        if (AReset || done)
+            return AReset;
+        S = AText;
+        return done = true;
+    });
+}
+
+/// A stream of the text as raw UTF-16, low byte first.
+inline TMemoryStream* Utf16Stream(const String& AText)
+{
+    std::vector<std::uint8_t> bytes;
+    for (const Char c : AText) {
+        bytes.push_back(std::uint8_t(c & 0xFF));
+        bytes.push_back(std::uint8_t(c >> 8));
+    }
+    return new TMemoryStream(std::move(bytes));
+}
+
+/// One call of GetNextToken: what it hands out and its result.
+struct Painted {
+    String Text;
+    TColor Back = 0;
+    TColor Fore = 0;
+    TFontStyles Style;
+    bool LineBreak = false;
+    bool More = false;
+};
+
+inline Painted Paint(TSxLangParser& AParser)
+{
+    Painted p;
+    p.More = AParser.GetNextToken(p.Text, p.Back, p.Fore, p.Style, p.LineBreak);
+    return p;
+}
+
+/// A parser with its tokenizer opened to the tests.
+template <class TParser>
+struct Probe : TParser {
+    Probe() : TParser(nullptr) {}
+    using TParser::InternalGetNextToken;
+};
+
+/// Token streams of a scanner; EndOfFile and LineBreak are its tokens.
+template <class TParser, auto EndOfFile, auto LineBreak>
+struct Scanner {
+    using Parser = TParser;
+    using Token = decltype(EndOfFile);
+    static constexpr Token Break = LineBreak;
+    using Tokens = std::vector<std::pair<Token, String>>;
+
+    /// Every token up to the end of input, the end excluded.
+    static Tokens Collect(Probe<TParser>& AProbe)
+    {
+        Tokens out;
+        String text;
+        for (Token kind = AProbe.InternalGetNextToken(text); kind != EndOfFile;
+             kind = AProbe.InternalGetNextToken(text)) {
+            out.emplace_back(kind, text);
+            if (out.size() > 100000) {
+                ADD_FAILURE() << "the scanner does not reach the end";
+                break;
+            }
+        }
+        return out;
+    }
+
+    /// The tokens of one piece of text, with no line break added.
+    static Tokens Scan(const String& AText, bool AEndLines = true)
+    {
+        Probe<TParser> p;
+        p.SetEndLines(AEndLines);
+        FeedOnce(p, AText);
+        return Collect(p);
+    }
+
+    /// The tokens of lines fed as a paint does: each line with CR LF, EndLines
+    /// True, the scan started with the given line kind.
+    static Tokens ScanLines(std::vector<String> ALines, Integer AStartKind = 0, std::vector<Integer>* AKinds = nullptr)
+    {
+        Probe<TParser> p;
+        LineFeed feed{std::move(ALines), &p};
+        p.SetOnGetNewBuffer(std::ref(feed));
+        p.SetEndLines(true);
+        p.SetLineKind(AStartKind);
+        Tokens out = Collect(p);
+        if (AKinds)
+            *AKinds = feed.Kinds;
+        return out;
+    }
+
+    /// On random lines made of the pieces: the texts of each line's tokens
+    /// make up the line, and a run started at any line with the kind the full
+    /// pass stored there gives the tokens of the full pass from that line on.
+    /// Random characters, with and without EndLines, always reach the end.
+    static void ExpectRestartGivesTheFullPass(const std::vector<String>& APieces)
+    {
+        for (unsigned seed = 1; seed <= 30; ++seed) {
+            SCOPED_TRACE(seed);
+            std::mt19937 random(seed);
+            std::vector<String> lines(20);
+            for (String& line : lines)
+                for (auto n = random() % 7; n > 0; --n)
+                    line += APieces[random() % APieces.size()];
+            std::vector<Integer> kinds;
+            const Tokens full = ScanLines(lines, 0, &kinds);
+            std::vector<std::size_t> lineStart{0};
+            String lineText;
+            for (std::size_t i = 0; i < full.size(); ++i) {
+                if (full[i].first != LineBreak) {
+                    lineText += full[i].second;
+                    continue;
+                }
+                ASSERT_LT(lineStart.size(), lines.size() + 1);
+                EXPECT_EQ(lineText, lines[lineStart.size() - 1]);
+                lineText.clear();
+                lineStart.push_back(i + 1);
+            }
+            ASSERT_EQ(lineStart.size(), lines.size() + 1);
+            for (std::size_t k = 1; k < lines.size(); ++k)
+                EXPECT_EQ(ScanLines({lines.begin() + std::ptrdiff_t(k), lines.end()}, kinds[k]),
+                          Tokens(full.begin() + std::ptrdiff_t(lineStart[k]), full.end()))
+                    << "restart at line " << k;
+            String noise(500, u' ');
+            for (Char& c : noise)
+                c = Char(1 + random() % 300);
+            for (const bool endLines : {false, true})
+                EXPECT_LE(Scan(noise, endLines).size(), noise.size() + 1);
+        }
+    }
+};
+
+}  // namespace sx::test
