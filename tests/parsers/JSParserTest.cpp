@@ -12,56 +12,44 @@ using sx::test::TScriptButton;
 struct JSParser : testing::Test, sx::test::Scanner<TSxCodeJSParser, vtEndOfFile, vtLineBreak> {};
 using JSMethods = sx::test::ScriptMethods<TSxCodeJSParser>;
 
-const String LB = u"\r";
-
+// Tokens as {kind}text: 0 line break, 1 unknown, 4 identifier, 54 string,
+// 58 comment; keywords and symbols by number.
 TEST_F(JSParser, WhatDiffersFromVisualBasic)
 {
-    const std::pair<String, Tokens> cases[] = {
-        {u"'abc'", {{vtUnknown, u"'"}, {vtIdentifier, u"abc"}, {vtUnknown, u"'"}}},
-        {u"(*x", {{vtOpenParen, u"("}, {vtMultiply, u"*"}, {vtIdentifier, u"x"}}},
-        {u"{}&&", {{vtBegin, u"{"}, {vtEnd, u"}"}, {vtConcat, u"&"}, {vtConcat, u"&"}}},
-        {u"a/b// c / d", {{vtIdentifier, u"a"}, {vtDivide, u"/"}, {vtIdentifier, u"b"}, {vtComment, u"// c / d"}}},
-        {u"\"/* no */\"==!", {{vtString, u"\"/* no */\""}, {vtEquals, u"="}, {vtEquals, u"="}, {vtUnknown, u"!"}}},
+    const std::pair<String, std::string> cases[] = {
+        {u"'abc'(*x", "{1}'{4}abc{1}'{70}({76}*{4}x"}, {u"{}&&", "{8}{{7}}{53}&{53}&"},
+        {u"a/b// c / d", "{4}a{77}/{4}b{58}// c / d"}, {u"\"/* no */\"==!", "{54}\"/* no */\"{64}={64}={1}!"},
         // an escaped quote is not known: the backslash is string text and the quote ends the string
-        {u"\"a\\\"b", {{vtString, u"\"a\\\""}, {vtIdentifier, u"b"}}},
-        {u"x=rem;", {{vtIdentifier, u"x"}, {vtEquals, u"="}, {vtComment, u"rem;"}}},
-        {u"END", {{vtEnd, u"END"}}},
-        {u"Function", {{vtFunction, u"Function"}}},
+        {u"\"a\\\"b", "{54}\"a\\\"{4}b"}, {u"x=rem;", "{4}x{64}={58}rem;"}, {u"END Function", "{7}END{1} {5}Function"},
+        // the Visual Basic keywords less three, and JavaScript's own words, are identifiers
+        {u"exit then until begin var try", "{4}exit{1} {4}then{1} {4}until{1} {4}begin{1} {4}var{1} {4}try"},
     };
     for (const auto& [text, tokens] : cases)
-        EXPECT_EQ(Scan(text), tokens) << StrToUtf8(text);
-    // the Visual Basic keywords less three, and JavaScript's own words, are identifiers
-    for (const String word : {u"exit", u"then", u"until", u"begin", u"var", u"return", u"this", u"try"})
-        EXPECT_EQ(Scan(word), (Tokens{{vtIdentifier, word}}));
+        EXPECT_EQ(Dump(text), tokens) << StrToUtf8(text);
 }
 
 TEST_F(JSParser, BlockCommentsAcrossLines)
 {
     std::vector<Integer> kinds;
-    EXPECT_EQ(ScanLines({u"a /* one", u"", u"two *) three */ b", u"/* x */ c"}, 0, &kinds),
-              (Tokens{{vtIdentifier, u"a"}, {vtUnknown, u" "}, {vtComment, u"/* one"}, {vtLineBreak, LB},
-                      {vtComment, u""}, {vtLineBreak, LB},
-                      {vtComment, u"two *) three */"}, {vtUnknown, u" "}, {vtIdentifier, u"b"}, {vtLineBreak, LB},
-                      {vtComment, u"/* x */"}, {vtUnknown, u" "}, {vtIdentifier, u"c"}, {vtLineBreak, LB}}));
+    EXPECT_EQ(DumpLines({u"a /* one", u"", u"two *) three */ b", u"/* x */ c"}, 0, &kinds),
+              "{4}a{1} {58}/* one{0}\r{58}{0}\r{58}two *) three */{1} {4}b{0}\r{58}/* x */{1} {4}c{0}\r");
     EXPECT_EQ(kinds, (std::vector<Integer>{0, 1, 1, 0}));
     // a line comment needs no state; the opening characters do not close a block comment
     ScanLines({u"// a /* b", u"/*/", u"x"}, 0, &kinds);
     EXPECT_EQ(kinds, (std::vector<Integer>{0, 0, 1}));
-    EXPECT_EQ(Scan(u"// x\r\ny", false), (Tokens{{vtComment, u"// x\r"}, {vtIdentifier, u"y"}}));
+    EXPECT_EQ(Dump(u"// x\r\ny", false), "{58}// x\r{4}y");
 }
 
 TEST_F(JSParser, ARestartInsideACommentContinuesIt)
 {
-    EXPECT_EQ(ScanLines({u"still */ x"}, 1),
-              (Tokens{{vtComment, u"still */"}, {vtUnknown, u" "}, {vtIdentifier, u"x"}, {vtLineBreak, LB}}));
+    EXPECT_EQ(DumpLines({u"still */ x"}, 1),
+              "{58}still */{1} {4}x{0}\r");
     // an empty line inside the comment gets its empty piece, as in a scan from above
-    EXPECT_EQ(ScanLines({u"", u"*/"}, 1),
-              (Tokens{{vtComment, u""}, {vtLineBreak, LB}, {vtComment, u"*/"}, {vtLineBreak, LB}}));
+    EXPECT_EQ(DumpLines({u"", u"*/"}, 1),
+              "{58}{0}\r{58}*/{0}\r");
     // kinds 2 and 3 are understood on input
-    EXPECT_EQ(ScanLines({u"a } b"}, 2), (Tokens{{vtComment, u"a }"}, {vtUnknown, u" "}, {vtIdentifier, u"b"},
-                                                {vtLineBreak, LB}}));
-    EXPECT_EQ(ScanLines({u"a }", u"b"}, 3), (Tokens{{vtComment, u"a }"}, {vtLineBreak, LB}, {vtIdentifier, u"b"},
-                                                    {vtLineBreak, LB}}));
+    EXPECT_EQ(DumpLines({u"a } b"}, 2), "{58}a }{1} {4}b{0}\r");
+    EXPECT_EQ(DumpLines({u"a }", u"b"}, 3), "{58}a }{0}\r{4}b{0}\r");
 }
 
 // A paint starts at any line with the kind a full pass left there; it must see
@@ -72,16 +60,11 @@ TEST_F(JSParser, RestartAtAnyLineGivesTheTokensOfTheFullPass)
                                    u"{", u"}", u"(", u"1.5", u"$f", u"\u00E9", u"<>"});
 }
 
+// Handlers on lines 3 and 8; a header in a comment on line 6.
 const std::vector<String> Script{
-    u"// click handlers",                                                             // 1
-    u"var clicks = 0;",                                                               // 2
-    u"function Button1_OnClick(Sender)",                                              // 3
-    u"{",                                                                             // 4
-    u"  clicks = clicks + 1; /* counted",                                             // 5
-    u"     function notAHeader(x) */",                                                // 6
-    u"} // Button1_OnClick",                                                          // 7
-    u"function add(a, b) { return a + b; } FUNCTION twice(x) { return add(x, x); }",  // 8
-};
+    u"// click handlers", u"var clicks = 0;", u"function Button1_OnClick(Sender)", u"{",
+    u"  clicks = clicks + 1; /* counted", u"     function notAHeader(x) */", u"} // Button1_OnClick",
+    u"function add(a, b) { return a + b; } FUNCTION twice(x) { return add(x, x); }"};
 
 TEST_F(JSMethods, CreateMethodWritesOneTemplateForEveryKind)
 {

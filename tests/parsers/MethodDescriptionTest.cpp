@@ -9,10 +9,10 @@
 
 #include <memory>
 
+namespace {
+
 using namespace sx;
 using namespace sx::uSxCodeParser;
-
-namespace {
 
 class THost : public TComponent {
     SX_DECLARE_CLASS
@@ -70,23 +70,16 @@ struct MethodDescription : testing::Test {
     MethodDescription() { host.SetName(u"Host1"); }
 };
 
-}  // namespace
-
 TEST_F(MethodDescription, KindNameAndResult)
 {
     const auto nothing = Describe(&host, u"OnNothing");
     ASSERT_TRUE(nothing);
-    EXPECT_EQ(nothing->Name(), u"Host1");
-    EXPECT_EQ(nothing->ProcName(), u"OnNothing");
-    EXPECT_EQ(nothing->ProcType(), mkProcedure);
-    EXPECT_EQ(nothing->ParamCount(), 0);
-    EXPECT_EQ(nothing->ResultType(), u"");
+    EXPECT_TRUE(nothing->Name() == u"Host1" && nothing->ProcName() == u"OnNothing");
+    EXPECT_TRUE(nothing->ProcType() == mkProcedure && nothing->ParamCount() == 0 && nothing->ResultType().empty());
     nothing->SetParamCount(5);  // stored, never read
     EXPECT_EQ(nothing->ParamCount(), 0);
-
     const auto query = Describe(&host, u"OnQuery");
-    EXPECT_EQ(query->ProcType(), mkFunction);
-    EXPECT_EQ(query->ResultType(), u"Boolean");
+    EXPECT_TRUE(query->ProcType() == mkFunction && query->ResultType() == u"Boolean");
     EXPECT_EQ(query->Params(0)->ParamVarType(), u"TObject");
     EXPECT_EQ(Describe(&host, u"OnCount")->ResultType(), u"Integer");  // a class function
     EXPECT_EQ(Describe(&host, u"OnOdd")->ResultType(), u"");           // only functions have a result
@@ -95,51 +88,39 @@ TEST_F(MethodDescription, KindNameAndResult)
 TEST_F(MethodDescription, ParametersKeepOrderNamesTypesAndPassing)
 {
     const auto d = Describe(&host, u"OnPassing");
-    ASSERT_TRUE(d);
-    ASSERT_EQ(d->ParamCount(), 6);
+    ASSERT_TRUE(d && d->ParamCount() == 6);
     const std::vector<std::pair<String, TSxParamType>> expected{
         {u"A", ptVar}, {u"B", ptConst}, {u"C", ptOut}, {u"D", ptNone}, {u"E", ptConst}, {u"F", ptOut}};
-    for (Integer i = 0; i < d->ParamCount(); ++i) {
-        EXPECT_EQ(d->Params(i)->Name(), expected[std::size_t(i)].first);
-        EXPECT_EQ(d->Params(i)->ParamType(), expected[std::size_t(i)].second) << i;
-    }
+    for (Integer i = 0; i < d->ParamCount(); ++i)
+        EXPECT_EQ(std::pair(d->Params(i)->Name(), d->Params(i)->ParamType()), expected[std::size_t(i)]) << i;
     EXPECT_EQ(d->Params(1)->ParamVarType(), u"string");
     EXPECT_THROW(d->Params(6), EListError);
-
     const auto arrays = Describe(&host, u"OnArray");
     ASSERT_TRUE(arrays && arrays->ParamCount() == 1);
-    EXPECT_EQ(arrays->Params(0)->ParamVarType(), u"Integer[]");
-    EXPECT_EQ(arrays->Params(0)->ParamType(), ptConst);
+    EXPECT_TRUE(arrays->Params(0)->ParamVarType() == u"Integer[]" && arrays->Params(0)->ParamType() == ptConst);
 }
 
 TEST_F(MethodDescription, NamesAndInheritance)
 {
-    // the declared name, whatever the case of the question
-    EXPECT_EQ(Describe(&host, u"onquery")->ProcName(), u"OnQuery");
+    EXPECT_EQ(Describe(&host, u"onquery")->ProcName(), u"OnQuery");  // the declared name, whatever the case asked
     TDerivedHost derived(nullptr);
     EXPECT_EQ(Describe(&derived, u"OnQuery")->Name(), u"");  // an inherited event of a component with no name
-
     TPlainHolder plain;
     const auto d = Describe(&plain, u"OnNotify");
     ASSERT_TRUE(d);
-    EXPECT_EQ(d->Name(), u"");
-    EXPECT_EQ(d->ProcName(), u"OnNotify");
-    EXPECT_EQ(d->Params(0)->Name(), u"Sender");
+    EXPECT_TRUE(d->Name().empty() && d->ProcName() == u"OnNotify" && d->Params(0)->Name() == u"Sender");
 }
 
 TEST_F(MethodDescription, EveryRefusalAnswersNone)
 {
+    // no object, a blank name, a name no property has, a property that is no event, a missing event
     EXPECT_FALSE(Describe(nullptr, u"OnNothing"));
-    EXPECT_FALSE(Describe(&host, u""));
-    EXPECT_FALSE(Describe(&host, u" \t "));
-    EXPECT_FALSE(Describe(&host, u" OnNothing "));  // not blank, but no property has that name
-    EXPECT_FALSE(Describe(&host, u"Caption"));      // a property, but no event
-    EXPECT_FALSE(Describe(&host, u"OnMissing"));
+    for (const String name : {u"", u" \t ", u" OnNothing ", u"Caption", u"OnMissing"})
+        EXPECT_FALSE(Describe(&host, name)) << StrToUtf8(name);
     // an event without type information gives the empty description
     const auto broken = Describe(&host, u"OnBroken");
     ASSERT_TRUE(broken);
-    EXPECT_EQ(broken->ProcName(), u"");
-    EXPECT_EQ(broken->ParamCount(), 0);
+    EXPECT_TRUE(broken->ProcName().empty() && broken->ParamCount() == 0);
 }
 
 TEST_F(MethodDescription, ParsersWithoutHandlersAnswerNothing)
@@ -157,3 +138,5 @@ TEST_F(MethodDescription, ParsersWithoutHandlersAnswerNothing)
         EXPECT_EQ(parser->MethodLineNr(u"OnQuery"), -1);
     }
 }
+
+}  // namespace

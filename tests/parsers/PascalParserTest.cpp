@@ -9,43 +9,29 @@ namespace {
 using namespace sx;
 using namespace sx::uSxCodePascalParser;
 
-struct PascalParser : testing::Test, sx::test::Scanner<TSxCodePascalParser, ptEndOfFile, ptLineBreak> {
-    /// Each text with the tokens it gives.
-    static void ExpectTokens(const std::vector<std::pair<String, Tokens>>& ACases)
-    {
-        for (const auto& [text, tokens] : ACases)
-            EXPECT_EQ(Scan(text), tokens) << StrToUtf8(text);
-    }
-};
+struct PascalParser : testing::Test, sx::test::Scanner<TSxCodePascalParser, ptEndOfFile, ptLineBreak> {};
 
-const String LB = u"\r";
-
-TEST_F(PascalParser, OperatorsTakeASecondCharacterOnlyWhenItFits)
+// Tokens as {kind}text: 0 unknown, 1 line break, 6 space, 35 identifier, 36
+// string, 38 number, 40 comment; keywords and symbols by their numbers.
+TEST_F(PascalParser, TokensOfShortTexts)
 {
-    ExpectTokens({
-        {u"<=<><", {{ptLessEqual, u"<="}, {ptNotEquals, u"<>"}, {ptLess, u"<"}}},
-        {u"<<=", {{ptLess, u"<"}, {ptLessEqual, u"<="}}},
-        {u">=>", {{ptGreaterEqual, u">="}, {ptGreater, u">"}}},
-        {u":=:", {{ptAssign, u":="}, {ptColon, u":"}}},
-        {u"...", {{ptRange, u".."}, {ptPeriod, u"."}}},
-        {u"(#@^", {{ptOpenParen, u"("}, {ptHash, u"#"}, {ptAddress, u"@"}, {ptCaret, u"^"}}},
-        {u"#13#10", {{ptHash, u"#"}, {ptNumber, u"13"}, {ptHash, u"#"}, {ptNumber, u"10"}}},
-    });
-}
-
-TEST_F(PascalParser, KeywordsAreCaseBlindWholeWords)
-{
-    // words that share their first letters, and "object", which is a class
-    ExpectTokens({
-        {u"Begin", {{ptBegin, u"Begin"}}},  {u"CONSTRUCTOR", {{ptConstructor, u"CONSTRUCTOR"}}},
-        {u"const", {{ptConst, u"const"}}},  {u"object", {{ptClass, u"object"}}},
-        {u"AS", {{ptAs, u"AS"}}},           {u"interface", {{ptinterface, u"interface"}}},
-        {u"end.", {{ptEnd, u"end"}, {ptPeriod, u"."}}},
-    });
-    const Tokens words = Scan(u"repeat for CONSTX _end end1 Integer e Zend string");
-    ASSERT_EQ(words.size(), 17u);
-    for (std::size_t i = 0; i < words.size(); i += 2)
-        EXPECT_EQ(words[i].first, ptIdentifier) << StrToUtf8(words[i].second);
+    const std::pair<String, std::string> cases[] = {
+        // operators take a second character only when it fits
+        {u"<=<><<=", "{53}<={51}<>{52}<{53}<="}, {u">=>:=:...", "{55}>={54}>{56}:={47}:{49}..{48}."},
+        {u"(#@^", "{57}({62}#{63}@{61}^"}, {u"#13#10", "{62}#{38}13{62}#{38}10"},
+        // keywords are case-blind whole words; "object" is a class
+        {u"Begin CONSTRUCTOR const", "{18}Begin{6} {12}CONSTRUCTOR{6} {43}const"},
+        {u"object AS interface end.", "{27}object{6} {7}AS{6} {33}interface{6} {19}end{48}."},
+        {u"repeat CONSTX _end end1 Zend", "{35}repeat{6} {35}CONSTX{6} {35}_end{6} {35}end1{6} {35}Zend"},
+        {u"'it''s'x''", "{36}'it''s'{35}x{36}''"},
+        {u"a  \t b", "{35}a{6}  {0}\t{6} {35}b"},
+        {String(u"a") + Char(8), "{35}a{6}    "},
+        {u"caf\u00E9x\u4E00!\"%&?\\`|}~", "{35}caf{0}\u00E9{35}x{0}\u4E00{0}!{0}\"{0}%{0}&{0}?{0}\\{0}`{0}|{0}}{0}~"},
+        // comments do not nest
+        {u"(* { *)x{ (* }x(* ) * *)", "{40}(* { *){35}x{40}{ (* }{35}x{40}(* ) * *)"},
+    };
+    for (const auto& [text, tokens] : cases)
+        EXPECT_EQ(Dump(text), tokens) << StrToUtf8(text);
 }
 
 // A second period ends the number at once: what stands before it stays an
@@ -61,54 +47,27 @@ TEST_F(PascalParser, SecondPeriodLeavesAnIntegerNumber)
     EXPECT_TRUE(number.Back == DrawInfo[6].BckColor && number.Fore == DrawInfo[6].TextColor);
 }
 
-TEST_F(PascalParser, StringsBlanksAndUnknownCharacters)
-{
-    ExpectTokens({
-        {u"'it''s'x", {{ptString, u"'it''s'"}, {ptIdentifier, u"x"}}},
-        {u"''", {{ptString, u"''"}}},
-        {u"a  \t b", {{ptIdentifier, u"a"}, {ptSpace, u"  "}, {ptUnknown, u"\t"}, {ptSpace, u" "}, {ptIdentifier, u"b"}}},
-        {String(u"a") + Char(8), {{ptIdentifier, u"a"}, {ptSpace, u"    "}}},
-        {u"caf\u00E9x\u4E00", {{ptIdentifier, u"caf"}, {ptUnknown, u"\u00E9"}, {ptIdentifier, u"x"}, {ptUnknown, u"\u4E00"}}},
-        {u"!\"%&?", {{ptUnknown, u"!"}, {ptUnknown, u"\""}, {ptUnknown, u"%"}, {ptUnknown, u"&"}, {ptUnknown, u"?"}}},
-        {u"\\`|}~", {{ptUnknown, u"\\"}, {ptUnknown, u"`"}, {ptUnknown, u"|"}, {ptUnknown, u"}"}, {ptUnknown, u"~"}}},
-    });
-    EXPECT_EQ(ScanLines({u"'open (*", u"b"}),
-              (Tokens{{ptString, u"'open (*"}, {ptLineBreak, LB}, {ptIdentifier, u"b"}, {ptLineBreak, LB}}));
-}
-
 TEST_F(PascalParser, CommentAcrossLinesGivesOnePieceAndOneBreakPerLine)
 {
     std::vector<Integer> kinds;
-    EXPECT_EQ(ScanLines({u"(* a", u"", u"b *) x", u"{", u"}"}, 0, &kinds),
-              (Tokens{{ptComment, u"(* a"}, {ptLineBreak, LB}, {ptComment, u""}, {ptLineBreak, LB},
-                      {ptComment, u"b *)"}, {ptSpace, u" "}, {ptIdentifier, u"x"}, {ptLineBreak, LB},
-                      {ptComment, u"{"}, {ptLineBreak, LB}, {ptComment, u"}"}, {ptLineBreak, LB}}));
+    EXPECT_EQ(DumpLines({u"(* a", u"", u"b *) x", u"{", u"}"}, 0, &kinds),
+              "{40}(* a{1}\r{40}{1}\r{40}b *){6} {35}x{1}\r{40}{{1}\r{40}}{1}\r");
     EXPECT_EQ(kinds, (std::vector<Integer>{0, 1, 1, 0, 2}));
     // a line comment needs no state; the opening characters are not reused to close
     ScanLines({u"a // b (* c", u"(*)", u"x"}, 0, &kinds);
     EXPECT_EQ(kinds, (std::vector<Integer>{0, 0, 1}));
     // without EndLines a line comment holds its CR, and the LF is dropped
-    EXPECT_EQ(Scan(u"// x\r\ny", false), (Tokens{{ptComment, u"// x\r"}, {ptIdentifier, u"y"}}));
-}
-
-TEST_F(PascalParser, CommentsDoNotNest)
-{
-    ExpectTokens({
-        {u"(* { *)x", {{ptComment, u"(* { *)"}, {ptIdentifier, u"x"}}},
-        {u"{ (* }x", {{ptComment, u"{ (* }"}, {ptIdentifier, u"x"}}},
-        {u"(* ) * *)", {{ptComment, u"(* ) * *)"}}},
-    });
+    EXPECT_EQ(Dump(u"// x\r\ny", false), "{40}// x\r{35}y");
+    // a string ends with its line
+    EXPECT_EQ(DumpLines({u"'open (*", u"b"}), "{36}'open (*{1}\r{35}b{1}\r");
 }
 
 TEST_F(PascalParser, StoredLineKindTurnsIntoTheOpenComment)
 {
-    EXPECT_EQ(ScanLines({u"x := 'a'; } y"}, 2),
-              (Tokens{{ptComment, u"x := 'a'; }"}, {ptSpace, u" "}, {ptIdentifier, u"y"}, {ptLineBreak, LB}}));
+    EXPECT_EQ(DumpLines({u"x := 'a'; } y"}, 2), "{40}x := 'a'; }{6} {35}y{1}\r");
     // an empty line inside the comment gets its empty piece, as in a scan from above
-    EXPECT_EQ(ScanLines({u"", u"*) x"}, 1), (Tokens{{ptComment, u""}, {ptLineBreak, LB}, {ptComment, u"*)"},
-                                                    {ptSpace, u" "}, {ptIdentifier, u"x"}, {ptLineBreak, LB}}));
-    EXPECT_EQ(ScanLines({u"a }", u"b"}, 3), (Tokens{{ptComment, u"a }"}, {ptLineBreak, LB}, {ptIdentifier, u"b"},
-                                                    {ptLineBreak, LB}}));
+    EXPECT_EQ(DumpLines({u"", u"*) x"}, 1), "{40}{1}\r{40}*){6} {35}x{1}\r");
+    EXPECT_EQ(DumpLines({u"a }", u"b"}, 3), "{40}a }{1}\r{35}b{1}\r");
 }
 
 // A paint starts at any line with the kind a full pass left there; it must see

@@ -9,6 +9,7 @@
 #include <cstdint>
 #include <memory>
 #include <random>
+#include <string>
 #include <vector>
 
 namespace sx::test {
@@ -118,6 +119,16 @@ struct Scanner {
         return Collect(p);
     }
 
+    /// Tokens as "{kind}text", kinds by number: "{35}x{6} {19}end".
+    static std::string Golden(const Tokens& ATokens)
+    {
+        std::string out;
+        for (const auto& [kind, text] : ATokens)
+            out += "{" + std::to_string(int(kind)) + "}" + StrToUtf8(text);
+        return out;
+    }
+    static std::string Dump(const String& AText, bool AEndLines = true) { return Golden(Scan(AText, AEndLines)); }
+
     /// The tokens of lines fed as a paint does: each line with CR LF, EndLines
     /// True, the scan started with the given line kind.
     static Tokens ScanLines(std::vector<String> ALines, Integer AStartKind = 0, std::vector<Integer>* AKinds = nullptr)
@@ -131,6 +142,10 @@ struct Scanner {
         if (AKinds)
             *AKinds = feed.Kinds;
         return out;
+    }
+    static std::string DumpLines(std::vector<String> ALines, Integer AStartKind = 0, std::vector<Integer>* AKinds = nullptr)
+    {
+        return Golden(ScanLines(std::move(ALines), AStartKind, AKinds));
     }
 
     /// On random lines made of the pieces: the texts of each line's tokens
