@@ -14,8 +14,7 @@ using sx::test::Utf16Stream;
 /// counts its calls.
 struct PieceFeed {
     std::deque<String> Pieces;
-    int Resets = 0;
-    int Calls = 0;
+    int Resets = 0, Calls = 0;
     bool operator()(bool AReset, String& S)
     {
         Resets += AReset ? 1 : 0;
@@ -45,7 +44,7 @@ struct ParserBase : testing::Test {
     String Read(int ACount)
     {
         String read;
-        for (int i = 0; i < ACount; ++i)
+        while (ACount-- > 0)
             read += parser.ReadChar();
         return read;
     }
@@ -92,12 +91,8 @@ TEST_F(ParserBase, ResetAsksTheCallbackOnceAndKeepsTheLineToLineState)
     parser.SetInRemark(true);
     parser.SetEndLines(true);
     parser.ResetBuffer();
-    EXPECT_EQ(feed.Resets, 1);
-    EXPECT_EQ(parser.ReadChar(), u'a');
-    EXPECT_EQ(parser.LineNr(), 1);
-    EXPECT_EQ(parser.LineKind(), 7);
-    EXPECT_EQ(parser.RemarkEnd(), u"*)");
-    EXPECT_TRUE(parser.InRemark() && parser.EndLines());
+    EXPECT_TRUE(feed.Resets == 1 && parser.ReadChar() == u'a' && parser.LineNr() == 1);
+    EXPECT_TRUE(parser.LineKind() == 7 && parser.RemarkEnd() == u"*)" && parser.InRemark() && parser.EndLines());
 }
 
 TEST_F(ParserBase, StreamsAreReadInBlocksThatAShortReadEnds)
@@ -124,20 +119,23 @@ TEST_F(ParserBase, SetInputStreamFreesAnOwnedStreamAndKeepsAForeignOne)
     };
     bool ownedFreed = false, foreignFreed = false;
     auto* foreign = new Tracked(&foreignFreed);
-    {
-        TSxLangParser p(nullptr);
-        p.SetInputStream(new Tracked(&ownedFreed), true);
-        p.SetInputStream(foreign, false);
-        EXPECT_TRUE(ownedFreed);
-    }
+    parser.SetInputStream(new Tracked(&ownedFreed), true);
+    parser.SetInputStream(foreign, false);
+    EXPECT_TRUE(ownedFreed);
+    parser.SetInputStream(nullptr, false);
     EXPECT_FALSE(foreignFreed);
     delete foreign;
 }
 
-TEST_F(ParserBase, LineNumberCountsLfOnReadAndPush)
+TEST_F(ParserBase, PushesNeedNotBeWhatWasReadAndLineNumbersCountLfBothWays)
 {
-    Feed({u"\r\nx"});
-    EXPECT_EQ(parser.ReadChar(), u'\r');
+    Feed({u"xyz\r\n"});
+    EXPECT_EQ(parser.ReadChar(), u'x');
+    parser.PushChar(u'q');
+    EXPECT_EQ(parser.ReadChar(), u'q');
+    parser.PushStr(u"abc");  // more than was read: the surplus goes in front of the buffer
+    EXPECT_EQ(Read(6), u"abcyz\r");
+    EXPECT_EQ(parser.ReadCurrChar(), u'\r');
     EXPECT_EQ(parser.PeekChar(), u'\n');
     EXPECT_EQ(parser.LineNr(), 1);
     EXPECT_EQ(parser.ReadChar(), u'\n');
@@ -147,17 +145,6 @@ TEST_F(ParserBase, LineNumberCountsLfOnReadAndPush)
     parser.ResetBuffer();
     parser.PushChar(u'\n');  // a push in front of the buffer counts too
     EXPECT_EQ(parser.LineNr(), 0);
-}
-
-TEST_F(ParserBase, PushesNeedNotBeWhatWasReadAndMayGoInFrontOfTheBuffer)
-{
-    Feed({u"xyz"});
-    EXPECT_EQ(parser.ReadChar(), u'x');
-    parser.PushChar(u'q');
-    EXPECT_EQ(parser.ReadChar(), u'q');
-    parser.PushStr(u"abc");
-    EXPECT_EQ(Read(5), u"abcyz");
-    EXPECT_EQ(parser.ReadCurrChar(), u'z');
 }
 
 TEST_F(ParserBase, ClassReferenceBuildsTheParserWithItsOwner)
