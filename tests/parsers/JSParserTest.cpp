@@ -1,16 +1,14 @@
 // The JavaScript tokenizer: token streams, block comments across lines and a
 // restart inside one, and the handler operations on realistic scripts.
 #include "codeedit/uSxCodeJSParser.h"
-#include "parsers/ScriptTestSupport.h"
+#include "parsers/ScannerTestSupport.h"
 
 namespace {
 
 using namespace sx;
 using namespace sx::uSxCodeJSParser;
-using sx::test::TScriptButton;
 
 struct JSParser : testing::Test, sx::test::Scanner<TSxCodeJSParser, vtEndOfFile, vtLineBreak> {};
-using JSMethods = sx::test::ScriptMethods<TSxCodeJSParser>;
 
 // Tokens as {kind}text: 0 line break, 1 unknown, 4 identifier, 54 string,
 // 58 comment; keywords and symbols by number.
@@ -58,61 +56,6 @@ TEST_F(JSParser, RestartAtAnyLineGivesTheTokensOfTheFullPass)
 {
     ExpectRestartGivesTheFullPass({u"/*", u"*/", u"//", u"/", u"*", u"\"", u"'", u"rem ", u" ", u"a", u"function",
                                    u"{", u"}", u"(", u"1.5", u"$f", u"\u00E9", u"<>"});
-}
-
-// Handlers on lines 3 and 8; a header in a comment on line 6.
-const std::vector<String> Script{
-    u"// click handlers", u"var clicks = 0;", u"function Button1_OnClick(Sender)", u"{",
-    u"  clicks = clicks + 1; /* counted", u"     function notAHeader(x) */", u"} // Button1_OnClick",
-    u"function add(a, b) { return a + b; } FUNCTION twice(x) { return add(x, x); }"};
-
-TEST_F(JSMethods, CreateMethodWritesOneTemplateForEveryKind)
-{
-    String name;
-    EXPECT_EQ(parser.CreateMethod(&button1, u"OnClick", name),
-              u"\r\nfunction Button1_OnClick(Sender)\r\n{  \r\n} // Button1_OnClick\r\n");
-    EXPECT_EQ(name, u"Button1_OnClick");
-    TScriptButton unnamed(nullptr);
-    EXPECT_EQ(parser.CreateMethod(&unnamed, u"OnValidate", name),
-              u"\r\nfunction OnValidate(Sender, Value)\r\n{  \r\n} // OnValidate\r\n");
-    EXPECT_EQ(name, u"OnValidate");
-    EXPECT_EQ(parser.CreateMethod(&button1, u"Caption", name), u"");
-}
-
-TEST_F(JSMethods, FunctionsCountBehindBracesAndFitAnyKind)
-{
-    Feed(Script);
-    EXPECT_EQ(parser.GetSameMethods(&button1, u"OnClick"), u"Button1_OnClick\r\ntwice\r\n");
-    EXPECT_EQ(parser.GetSameMethods(&button1, u"OnKeyPress"), u"add\r\n");
-    EXPECT_EQ(parser.GetSameMethods(&button1, u"OnValidate"), u"add\r\n");
-    EXPECT_EQ(parser.MethodLineNr(u"button1_onclick"), 3);
-    EXPECT_EQ(parser.MethodLineNr(u"ADD"), 8);
-    EXPECT_EQ(parser.MethodLineNr(u"twice"), 8);
-    EXPECT_EQ(parser.MethodLineNr(u"notAHeader"), -1);
-    EXPECT_EQ(parser.MethodLineNr(u"clicks"), -1);
-}
-
-TEST_F(JSMethods, AGeneratedHandlerIsFoundUnderBothNames)
-{
-    TScriptButton button2(nullptr, u"Button2");
-    String name1, name2;
-    const String text = parser.CreateMethod(&button1, u"OnKeyPress", name1) +
-                        parser.CreateMethod(&button2, u"OnKeyPress", name2);
-    parser.SetInputStream(sx::test::Utf16Stream(Joined(Script) + text), true);
-    EXPECT_EQ(parser.GetSameMethods(&button1, u"OnKeyPress"), u"add\r\nButton1_OnKeyPress\r\nButton2_OnKeyPress\r\n");
-    EXPECT_EQ(parser.MethodLineNr(name1), 10);
-    EXPECT_EQ(parser.MethodLineNr(u"BUTTON2_ONKEYPRESS"), 14);
-}
-
-TEST_F(JSMethods, AScanStartsOutsideTheCommentAPaintLeftOpen)
-{
-    Feed(Script);
-    parser.SetLineKind(1);
-    parser.SetRemarkEnd(u"*/");
-    EXPECT_EQ(parser.MethodLineNr(u"Button1_OnClick"), 3);
-    Feed({});
-    EXPECT_EQ(parser.GetSameMethods(&button1, u"OnClick"), u"");
-    EXPECT_EQ(parser.MethodLineNr(u"x"), -1);
 }
 
 }  // namespace

@@ -5,7 +5,7 @@
 #include "codeedit/uSxCodeSqlParser.h"
 #include "codeedit/uSxCodeXmlParser.h"
 
-#include <gtest/gtest.h>
+#include "parsers/ScriptTestSupport.h"
 
 #include <memory>
 
@@ -14,16 +14,12 @@ namespace {
 using namespace sx;
 using namespace sx::uSxCodeParser;
 
-class THost : public TComponent {
-    SX_DECLARE_CLASS
-public:
-    using TComponent::TComponent;
-};
+using sx::test::TScriptButton;
 
-class TDerivedHost : public THost {
+class TDerivedHost : public TScriptButton {
     SX_DECLARE_CLASS
 public:
-    using THost::THost;
+    using TScriptButton::TScriptButton;
 };
 
 /// An object that is no component, with an event of its own.
@@ -31,54 +27,32 @@ class TPlainHolder : public TObject {
     SX_DECLARE_CLASS
 };
 
-SX_DEFINE_CLASS(THost, TComponent)
-SX_DEFINE_CLASS(TDerivedHost, THost)
+SX_DEFINE_CLASS(TDerivedHost, TScriptButton)
 SX_DEFINE_CLASS(TPlainHolder, TObject)
 
 struct MethodDescription : testing::Test {
     static void SetUpTestSuite()
     {
-        RegisterPublishedProps(THost::ClassInfo(), {
-            {u"OnNothing", MethodType(u"TNothingEvent", mkProcedure, {})},
-            {u"OnPassing", MethodType(u"TPassingEvent", mkProcedure,
-                                      {{u"A", u"Integer", {pfVar}}, {u"B", u"string", {pfConst}},
-                                       {u"C", u"Integer", {pfOut}}, {u"D", u"Integer"},
-                                       {u"E", u"Integer", {pfVar, pfConst}}, {u"F", u"Integer", {pfConst, pfOut}}})},
-            {u"OnArray", MethodType(u"TArrayEvent", mkProcedure, {{u"Values", u"Integer", {pfConst, pfArray}}})},
-            {u"OnQuery", MethodType(u"TQueryEvent", mkFunction, {{u"Sender", u"TObject"}}, u"Boolean")},
-            {u"OnCount", MethodType(u"TCountEvent", mkClassFunction, {}, u"Integer")},
-            {u"OnOdd", MethodType(u"TOddEvent", mkProcedure, {}, u"Integer")},
-            {u"OnBroken", std::nullopt},
-            {u"Caption", PlainType(tkUString, u"string")},
-        });
+        TScriptButton::RegisterEvents();
         RegisterPublishedProps(TDerivedHost::ClassInfo(), {{u"OnExtra", NotifyEventType()}});
         RegisterPublishedProps(TPlainHolder::ClassInfo(), {{u"OnNotify", NotifyEventType()}});
     }
-    static void TearDownTestSuite()
+    static std::unique_ptr<TSxMethodDescription> Describe(const TObject* AInstance, const String& AName)
     {
-        UnRegisterPublishedProps(THost::ClassInfo());
-        UnRegisterPublishedProps(TDerivedHost::ClassInfo());
-        UnRegisterPublishedProps(TPlainHolder::ClassInfo());
+        return std::unique_ptr<TSxMethodDescription>(GetMethodDescription(AInstance, AName));
     }
-
-    static std::unique_ptr<TSxMethodDescription> Describe(const TObject* instance, const String& name)
-    {
-        return std::unique_ptr<TSxMethodDescription>(GetMethodDescription(instance, name));
-    }
-
-    THost host{nullptr};
-    MethodDescription() { host.SetName(u"Host1"); }
+    TScriptButton host{nullptr, u"Host1"};
 };
 
 TEST_F(MethodDescription, KindNameAndResult)
 {
-    const auto nothing = Describe(&host, u"OnNothing");
+    const auto nothing = Describe(&host, u"OnIdle");
     ASSERT_TRUE(nothing);
-    EXPECT_TRUE(nothing->Name() == u"Host1" && nothing->ProcName() == u"OnNothing");
+    EXPECT_TRUE(nothing->Name() == u"Host1" && nothing->ProcName() == u"OnIdle");
     EXPECT_TRUE(nothing->ProcType() == mkProcedure && nothing->ParamCount() == 0 && nothing->ResultType().empty());
     nothing->SetParamCount(5);  // stored, never read
     EXPECT_EQ(nothing->ParamCount(), 0);
-    const auto query = Describe(&host, u"OnQuery");
+    const auto query = Describe(&host, u"OnValidate");
     EXPECT_TRUE(query->ProcType() == mkFunction && query->ResultType() == u"Boolean");
     EXPECT_EQ(query->Params(0)->ParamVarType(), u"TObject");
     EXPECT_EQ(Describe(&host, u"OnCount")->ResultType(), u"Integer");  // a class function
@@ -102,9 +76,9 @@ TEST_F(MethodDescription, ParametersKeepOrderNamesTypesAndPassing)
 
 TEST_F(MethodDescription, NamesAndInheritance)
 {
-    EXPECT_EQ(Describe(&host, u"onquery")->ProcName(), u"OnQuery");  // the declared name, whatever the case asked
+    EXPECT_EQ(Describe(&host, u"onvalidate")->ProcName(), u"OnValidate");  // the declared name, whatever the case asked
     TDerivedHost derived(nullptr);
-    EXPECT_EQ(Describe(&derived, u"OnQuery")->Name(), u"");  // an inherited event of a component with no name
+    EXPECT_EQ(Describe(&derived, u"OnValidate")->Name(), u"");  // an inherited event of a component with no name
     TPlainHolder plain;
     const auto d = Describe(&plain, u"OnNotify");
     ASSERT_TRUE(d);
@@ -114,8 +88,8 @@ TEST_F(MethodDescription, NamesAndInheritance)
 TEST_F(MethodDescription, EveryRefusalAnswersNone)
 {
     // no object, a blank name, a name no property has, a property that is no event, a missing event
-    EXPECT_FALSE(Describe(nullptr, u"OnNothing"));
-    for (const String name : {u"", u" \t ", u" OnNothing ", u"Caption", u"OnMissing"})
+    EXPECT_FALSE(Describe(nullptr, u"OnIdle"));
+    for (const String name : {u"", u" \t ", u" OnIdle ", u"Caption", u"OnMissing"})
         EXPECT_FALSE(Describe(&host, name)) << StrToUtf8(name);
     // an event without type information gives the empty description
     const auto broken = Describe(&host, u"OnBroken");
@@ -132,10 +106,10 @@ TEST_F(MethodDescription, ParsersWithoutHandlersAnswerNothing)
     parsers.emplace_back(new TSxCodeSqlParser(nullptr));
     for (const auto& parser : parsers) {
         String name = u"kept";
-        EXPECT_EQ(parser->CreateMethod(&host, u"OnQuery", name), u"") << StrToUtf8(parser->GetLanguage());
+        EXPECT_EQ(parser->CreateMethod(&host, u"OnValidate", name), u"") << StrToUtf8(parser->GetLanguage());
         EXPECT_EQ(name, u"kept");
-        EXPECT_EQ(parser->GetSameMethods(&host, u"OnQuery"), u"");
-        EXPECT_EQ(parser->MethodLineNr(u"OnQuery"), -1);
+        EXPECT_EQ(parser->GetSameMethods(&host, u"OnValidate"), u"");
+        EXPECT_EQ(parser->MethodLineNr(u"OnValidate"), -1);
     }
 }
 

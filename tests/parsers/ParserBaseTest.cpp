@@ -2,30 +2,12 @@
 #include "codeedit/uSxCodeParser.h"
 #include "parsers/ScannerTestSupport.h"
 
-#include <deque>
 
 namespace {
 
 using namespace sx;
 using sx::test::Paint;
 using sx::test::Utf16Stream;
-
-/// A callback feed that hands out the given pieces, then answers False, and
-/// counts its calls.
-struct PieceFeed {
-    std::deque<String> Pieces;
-    int Resets = 0, Calls = 0;
-    bool operator()(bool AReset, String& S)
-    {
-        Resets += AReset ? 1 : 0;
-        Calls += AReset ? 0 : 1;
-        if (AReset || Pieces.empty())
-            return AReset;
-        S = Pieces.front();
-        Pieces.pop_front();
-        return true;
-    }
-};
 
 /// A base parser on a feed of the pieces.
 struct ParserBase : testing::Test {
@@ -49,7 +31,7 @@ struct ParserBase : testing::Test {
         return read;
     }
     TSxLangParser parser{nullptr};
-    PieceFeed feed;
+    sx::test::PieceFeed feed;
 };
 
 TEST_F(ParserBase, BaseTokenizerSplitsLinesAndKeepsTextBeforeTheEnd)

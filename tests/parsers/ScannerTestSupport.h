@@ -7,6 +7,7 @@
 #include <gtest/gtest.h>
 
 #include <cstdint>
+#include <deque>
 #include <memory>
 #include <random>
 #include <string>
@@ -35,6 +36,22 @@ struct LineFeed {
     TSxLangParser* Parser;
     std::size_t First, Next;
     std::vector<Integer> Kinds;
+};
+
+/// Hands out the pieces one at a time, then answers False; counts its calls.
+struct PieceFeed {
+    std::deque<String> Pieces;
+    int Resets = 0, Calls = 0;
+    bool operator()(bool AReset, String& S)
+    {
+        Resets += AReset ? 1 : 0;
+        Calls += AReset ? 0 : 1;
+        if (AReset || Pieces.empty())
+            return AReset;
+        S = Pieces.front();
+        Pieces.pop_front();
+        return true;
+    }
 };
 
 /// Hands out the text as one piece, then nothing.

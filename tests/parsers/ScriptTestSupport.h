@@ -26,16 +26,24 @@ public:
     const TClass& ClassType() const override { return ClassInfo(); }
 
     /// OnClick(Sender), OnKeyPress(Sender, var Key), OnIdle(), a function
-    /// OnValidate(Sender, const Value): Boolean, and a plain property Caption.
+    /// OnValidate(Sender, const Value): Boolean, events with parameters of
+    /// every way of passing, an array parameter, a class function, a procedure
+    /// with a result type, one without type information, and a plain property.
     static void RegisterEvents()
     {
         RegisterPublishedProps(ClassInfo(), {
             {u"OnClick", NotifyEventType()},
-            {u"OnKeyPress", MethodType(u"TKeyPressEvent", mkProcedure,
-                                       {{u"Sender", u"TObject"}, {u"Key", u"Char", {pfVar}}})},
+            {u"OnKeyPress", MethodType(u"TKeyPressEvent", mkProcedure, {{u"Sender", u"TObject"}, {u"Key", u"Char", {pfVar}}})},
             {u"OnIdle", MethodType(u"TIdleEvent", mkProcedure, {})},
             {u"OnValidate", MethodType(u"TValidateEvent", mkFunction,
                                        {{u"Sender", u"TObject"}, {u"Value", u"string", {pfConst}}}, u"Boolean")},
+            {u"OnPassing", MethodType(u"TPassingEvent", mkProcedure,
+                                      {{u"A", u"Integer", {pfVar}}, {u"B", u"string", {pfConst}}, {u"C", u"Integer", {pfOut}},
+                                       {u"D", u"Integer"}, {u"E", u"Integer", {pfVar, pfConst}}, {u"F", u"Integer", {pfConst, pfOut}}})},
+            {u"OnArray", MethodType(u"TArrayEvent", mkProcedure, {{u"Values", u"Integer", {pfConst, pfArray}}})},
+            {u"OnCount", MethodType(u"TCountEvent", mkClassFunction, {}, u"Integer")},
+            {u"OnOdd", MethodType(u"TOddEvent", mkProcedure, {}, u"Integer")},
+            {u"OnBroken", std::nullopt},
             {u"Caption", PlainType(tkUString, u"string")},
         });
     }

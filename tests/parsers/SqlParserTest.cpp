@@ -4,7 +4,6 @@
 #include "codeedit/uSxCodeSqlParser.h"
 #include "parsers/ScannerTestSupport.h"
 
-#include <deque>
 
 namespace {
 
@@ -23,22 +22,10 @@ std::string Dump(const Sql::Tokens& ATokens)
 
 std::string Scan(const String& AText) { return Dump(Sql::Scan(AText)); }
 
-/// Feeds the pieces, one at a time.
-void FeedPieces(TSxLangParser& AParser, std::deque<String> APieces)
-{
-    AParser.SetOnGetNewBuffer([APieces](bool AReset, String& S) mutable {
-        if (AReset || APieces.empty())
-            return AReset;
-        S = APieces.front();
-        APieces.pop_front();
-        return true;
-    });
-}
-
 std::string ScanPieces(std::deque<String> APieces)
 {
     sx::test::Probe<TSxCodeSqlParser> p;
-    FeedPieces(p, std::move(APieces));
+    p.SetOnGetNewBuffer(sx::test::PieceFeed{std::move(APieces)});
     return Dump(Sql::Collect(p));
 }
 
@@ -144,7 +131,7 @@ TEST(SqlParser, RestartAtAnyLineOutsideABlockCommentGivesTheSameTokens)
 TEST(SqlParser, PeekStringLeavesTheInputAsItWas)
 {
     sx::test::Probe<TSxCodeSqlParser> p;
-    FeedPieces(p, {u"ab", u"cd"});
+    p.SetOnGetNewBuffer(sx::test::PieceFeed{{u"ab", u"cd"}});
     EXPECT_EQ(p.PeekString(3), u"abc");
     EXPECT_EQ(Dump(Sql::Collect(p)), "{U}ab{U}c{U}d");
 }

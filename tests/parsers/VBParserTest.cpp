@@ -1,16 +1,14 @@
 // The Visual Basic tokenizer on token streams and the paint listener, and the
 // handler operations on realistic scripts.
 #include "codeedit/uSxCodeVBParser.h"
-#include "parsers/ScriptTestSupport.h"
+#include "parsers/ScannerTestSupport.h"
 
 namespace {
 
 using namespace sx;
 using namespace sx::uSxCodeVBParser;
-using sx::test::TScriptButton;
 
 struct VBParser : testing::Test, sx::test::Scanner<TSxCodeVBParser, vtEndOfFile, vtLineBreak> {};
-using VBMethods = sx::test::ScriptMethods<TSxCodeVBParser>;
 
 // Tokens as {kind}text: 0 line break, 1 unknown, 4 identifier, 53 string,
 // 55 number, 56 real number, 57 comment; keywords and symbols by number.
@@ -60,83 +58,6 @@ TEST_F(VBParser, LinesAddUpAndARestartAtAnyLineGivesTheFullPass)
 {
     ExpectRestartGivesTheFullPass({u"'", u"\"", u"\"\"", u"(*", u"*)", u"(", u"rem", u"Rem ", u" ", u"\t", u"a",
                                    u"Sub", u"1", u".", u"..", u"$f", u"&", u"<>", u"\u00E9", u"x1"});
-}
-
-// Handlers on lines 4, 8, 11 and 14.
-const std::vector<String> Script{
-    u"Option Explicit", u"Dim clicks", u"", u"Sub Button1_OnClick(Sender)", u"  clicks = clicks + 1",
-    u"  If clicks > 3 Then Exit Sub", u"End Sub", u"Private Sub Helper(ByVal a, ByRef b)", u"  b = a * 2 ' doubles",
-    u"End Sub", u"Function Validate(Sender, Value)", u"  Validate = Len(Value) > 0", u"End Function",
-    u"sub logClick(Sender) rem fits OnClick", u"end sub"};
-
-TEST_F(VBMethods, CreateMethodWritesASubOrAFunction)
-{
-    String name = u"old";
-    EXPECT_EQ(parser.CreateMethod(&button1, u"OnClick", name),
-              u"\r\nsub Button1_OnClick(Sender)\r\n  \r\nend sub rem Button1_OnClick\r\n");
-    EXPECT_EQ(name, u"Button1_OnClick");
-    EXPECT_EQ(parser.CreateMethod(&button1, u"OnValidate", name),
-              u"\r\nfunction Button1_OnValidate(Sender, Value)\r\n  \r\nend function rem Button1_OnValidate\r\n");
-    TScriptButton unnamed(nullptr);
-    EXPECT_EQ(parser.CreateMethod(&unnamed, u"OnKeyPress", name),
-              u"\r\nsub OnKeyPress(Sender, Key)\r\n  \r\nend sub rem OnKeyPress\r\n");
-    EXPECT_EQ(name, u"OnKeyPress");
-    EXPECT_EQ(parser.CreateMethod(&button1, u"OnIdle", name),
-              u"\r\nsub Button1_OnIdle()\r\n  \r\nend sub rem Button1_OnIdle\r\n");
-    // without a method description there is nothing to write
-    EXPECT_EQ(parser.CreateMethod(&button1, u"Caption", name), u"");
-    EXPECT_EQ(parser.CreateMethod(nullptr, u"OnClick", name), u"");
-    EXPECT_EQ(parser.GetSameMethods(nullptr, u"OnClick"), u"");
-}
-
-TEST_F(VBMethods, SameMethodsFitByKindAndParameterCountAndLinesAreFoundCaseBlind)
-{
-    Feed(Script);
-    EXPECT_EQ(parser.GetSameMethods(&button1, u"OnClick"), u"Button1_OnClick\r\nlogClick\r\n");
-    EXPECT_EQ(parser.GetSameMethods(&button1, u"OnKeyPress"), u"Helper\r\n");  // ByVal and ByRef are noise
-    EXPECT_EQ(parser.GetSameMethods(&button1, u"OnValidate"), u"Validate\r\n");
-    EXPECT_EQ(parser.MethodLineNr(u"BUTTON1_ONCLICK"), 4);
-    EXPECT_EQ(parser.MethodLineNr(u"helper"), 8);
-    EXPECT_EQ(parser.MethodLineNr(u"LogClick"), 14);
-    EXPECT_EQ(parser.MethodLineNr(u"clicks"), -1);
-    // "exit sub" is taken for a header when an identifier follows it
-    Feed({u"If done Then Exit Sub", u"count = 0"});
-    EXPECT_EQ(parser.MethodLineNr(u"count"), 2);
-    Feed({});
-    EXPECT_EQ(parser.GetSameMethods(&button1, u"OnClick"), u"");
-    EXPECT_EQ(parser.MethodLineNr(u"x"), -1);
-}
-
-TEST_F(VBMethods, AGeneratedHandlerIsFoundUnderBothNames)
-{
-    TScriptButton button2(nullptr, u"Button2");
-    String name1, name2;
-    const String text = Joined(Script) + parser.CreateMethod(&button1, u"OnClick", name1) +
-                        parser.CreateMethod(&button2, u"OnClick", name2);
-    parser.SetInputStream(sx::test::Utf16Stream(text), true);
-    // the name behind "end sub rem" is comment text, no header
-    EXPECT_EQ(parser.GetSameMethods(&button1, u"OnClick"),
-              u"Button1_OnClick\r\nlogClick\r\nButton1_OnClick\r\nButton2_OnClick\r\n");
-    EXPECT_EQ(parser.MethodLineNr(name1), 4);  // the first header of a name wins
-    EXPECT_EQ(parser.MethodLineNr(name2), 21);
-    EXPECT_EQ(parser.MethodLineNr(name2), 21);  // each scan rewinds the stream
-}
-
-TEST_F(VBMethods, MethodScansWorkOnAnyFeed)
-{
-    const String source = Joined(Script);
-    std::size_t next = 0;  // one character per piece
-    parser.SetOnGetNewBuffer([&](bool reset, String& s) {
-        if (reset)
-            next = 0;
-        else if (next < source.size())
-            s.assign(1, source[next++]);
-        return reset || !s.empty();
-    });
-    EXPECT_EQ(parser.MethodLineNr(u"validate"), 11);
-    EXPECT_EQ(parser.GetSameMethods(&button1, u"OnKeyPress"), u"Helper\r\n");
-    TSxCodeVBParser unfed(nullptr);
-    EXPECT_EQ(unfed.MethodLineNr(u"Helper"), -1);
 }
 
 }  // namespace

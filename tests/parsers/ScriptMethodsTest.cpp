@@ -1,0 +1,129 @@
+// The handler operations of both script parsers on realistic scripts: the
+// text of a new handler, the handlers that fit an event, and their lines.
+#include "codeedit/uSxCodeJSParser.h"
+#include "codeedit/uSxCodeVBParser.h"
+#include "parsers/ScriptTestSupport.h"
+
+namespace {
+
+using namespace sx;
+using sx::test::TScriptButton;
+using Cases = std::vector<std::pair<String, String>>;
+
+/// Per language: a script, the handlers of it that fit each event, the lines
+/// of names, new handlers (component name, event, text), and what a script
+/// with two new handlers of one event behind it gives.
+struct VBScript {
+    using Parser = TSxCodeVBParser;
+    // handlers on lines 4, 8, 11 and 14
+    static inline const std::vector<String> Script{
+        u"Option Explicit", u"Dim clicks", u"", u"Sub Button1_OnClick(Sender)", u"  clicks = clicks + 1",
+        u"  If clicks > 3 Then Exit Sub", u"End Sub", u"Private Sub Helper(ByVal a, ByRef b)",
+        u"  b = a * 2 ' doubles", u"End Sub", u"Function Validate(Sender, Value)", u"  Validate = Len(Value) > 0",
+        u"End Function", u"sub logClick(Sender) rem fits OnClick", u"end sub"};
+    // ByVal and ByRef are noise
+    static inline const Cases SameMethods{{u"OnClick", u"Button1_OnClick\r\nlogClick\r\n"},
+                                          {u"OnKeyPress", u"Helper\r\n"}, {u"OnValidate", u"Validate\r\n"}};
+    static inline const std::vector<std::pair<String, Integer>> Lines{
+        {u"BUTTON1_ONCLICK", 4}, {u"helper", 8}, {u"LogClick", 14}, {u"clicks", -1}};
+    static inline const std::vector<std::array<String, 3>> Created{
+        {u"Button1", u"OnClick", u"\r\nsub Button1_OnClick(Sender)\r\n  \r\nend sub rem Button1_OnClick\r\n"},
+        {u"Button1", u"OnValidate",
+         u"\r\nfunction Button1_OnValidate(Sender, Value)\r\n  \r\nend function rem Button1_OnValidate\r\n"},
+        {u"", u"OnKeyPress", u"\r\nsub OnKeyPress(Sender, Key)\r\n  \r\nend sub rem OnKeyPress\r\n"},
+        {u"Button1", u"OnIdle", u"\r\nsub Button1_OnIdle()\r\n  \r\nend sub rem Button1_OnIdle\r\n"}};
+    // the name behind "end sub rem" is comment text, no header; the first header of a name wins
+    static inline const String Generated = u"OnClick",
+                               GeneratedSame = u"Button1_OnClick\r\nlogClick\r\nButton1_OnClick\r\nButton2_OnClick\r\n";
+    static constexpr Integer GeneratedLines[2] = {4, 21};
+};
+
+struct JSScript {
+    using Parser = TSxCodeJSParser;
+    // handlers on lines 3 and 8; a header in a comment on line 6
+    static inline const std::vector<String> Script{
+        u"// click handlers", u"var clicks = 0;", u"function Button1_OnClick(Sender)", u"{",
+        u"  clicks = clicks + 1; /* counted", u"     function notAHeader(x) */", u"} // Button1_OnClick",
+        u"function add(a, b) { return a + b; } FUNCTION twice(x) { return add(x, x); }"};
+    // a function counts behind a brace and fits events of any kind
+    static inline const Cases SameMethods{
+        {u"OnClick", u"Button1_OnClick\r\ntwice\r\n"}, {u"OnKeyPress", u"add\r\n"}, {u"OnValidate", u"add\r\n"}};
+    static inline const std::vector<std::pair<String, Integer>> Lines{
+        {u"button1_onclick", 3}, {u"ADD", 8}, {u"twice", 8}, {u"notAHeader", -1}, {u"clicks", -1}};
+    static inline const std::vector<std::array<String, 3>> Created{
+        {u"Button1", u"OnClick", u"\r\nfunction Button1_OnClick(Sender)\r\n{  \r\n} // Button1_OnClick\r\n"},
+        {u"", u"OnValidate", u"\r\nfunction OnValidate(Sender, Value)\r\n{  \r\n} // OnValidate\r\n"}};
+    static inline const String Generated = u"OnKeyPress",
+                               GeneratedSame = u"add\r\nButton1_OnKeyPress\r\nButton2_OnKeyPress\r\n";
+    static constexpr Integer GeneratedLines[2] = {10, 14};
+};
+
+template <class L>
+struct ScriptMethods : sx::test::ScriptMethods<typename L::Parser> {};
+using Languages = testing::Types<VBScript, JSScript>;
+TYPED_TEST_SUITE(ScriptMethods, Languages);
+
+TYPED_TEST(ScriptMethods, CreateMethodNamesTheHandlerAndWritesItsText)
+{
+    for (const auto& [component, event, text] : TypeParam::Created) {
+        TScriptButton button(nullptr, component);
+        String name = u"old";
+        EXPECT_EQ(this->parser.CreateMethod(&button, event, name), text);
+        EXPECT_EQ(name, component.empty() ? event : component + u"_" + event);
+    }
+    // without a method description there is nothing to write
+    String name;
+    EXPECT_EQ(this->parser.CreateMethod(&this->button1, u"Caption", name), u"");
+    EXPECT_EQ(this->parser.CreateMethod(nullptr, u"OnClick", name), u"");
+    EXPECT_EQ(this->parser.GetSameMethods(nullptr, u"OnClick"), u"");
+}
+
+TYPED_TEST(ScriptMethods, SameMethodsFitByKindAndParameterCountAndLinesAreFoundCaseBlind)
+{
+    this->Feed(TypeParam::Script);
+    for (const auto& [event, names] : TypeParam::SameMethods)
+        EXPECT_EQ(this->parser.GetSameMethods(&this->button1, event), names) << StrToUtf8(event);
+    for (const auto& [name, line] : TypeParam::Lines)
+        EXPECT_EQ(this->parser.MethodLineNr(name), line) << StrToUtf8(name);
+    this->Feed({});
+    EXPECT_EQ(this->parser.GetSameMethods(&this->button1, u"OnClick"), u"");
+    EXPECT_EQ(this->parser.MethodLineNr(u"x"), -1);
+}
+
+TYPED_TEST(ScriptMethods, AGeneratedHandlerIsFoundUnderBothNames)
+{
+    TScriptButton button2(nullptr, u"Button2");
+    String name1, name2;
+    const String text = this->parser.CreateMethod(&this->button1, TypeParam::Generated, name1) +
+                        this->parser.CreateMethod(&button2, TypeParam::Generated, name2);
+    this->parser.SetInputStream(sx::test::Utf16Stream(this->Joined(TypeParam::Script) + text), true);
+    EXPECT_EQ(this->parser.GetSameMethods(&this->button1, TypeParam::Generated), TypeParam::GeneratedSame);
+    EXPECT_EQ(this->parser.MethodLineNr(name1), TypeParam::GeneratedLines[0]);
+    EXPECT_EQ(this->parser.MethodLineNr(UpperCase(name2)), TypeParam::GeneratedLines[1]);
+    EXPECT_EQ(this->parser.MethodLineNr(name2), TypeParam::GeneratedLines[1]);  // each scan rewinds the stream
+}
+
+// A scan reads any feed, also one of a character a piece, and starts outside
+// a comment that a paint left open; "exit sub" is taken for a header when an
+// identifier follows it, over line breaks.
+TYPED_TEST(ScriptMethods, ScansStartAtTheTopOfAnyFeed)
+{
+    const String source = this->Joined(TypeParam::Script);
+    std::size_t next = 0;
+    this->parser.SetOnGetNewBuffer([&](bool AReset, String& S) {
+        next = AReset ? 0 : next;
+        if (!AReset && next < source.size())
+            S.assign(1, source[next++]);
+        return AReset || !S.empty();
+    });
+    this->parser.SetLineKind(1);
+    this->parser.SetRemarkEnd(u"*/");
+    EXPECT_EQ(this->parser.MethodLineNr(TypeParam::Lines[0].first), TypeParam::Lines[0].second);
+    EXPECT_EQ(this->parser.GetSameMethods(&this->button1, u"OnKeyPress"), TypeParam::SameMethods[1].second);
+    this->Feed({u"If done Then Exit Sub", u"count = 0"});
+    EXPECT_EQ(this->parser.MethodLineNr(u"count"), 2);
+    typename TypeParam::Parser unfed(nullptr);
+    EXPECT_EQ(unfed.MethodLineNr(u"x"), -1);
+}
+
+}  // namespace
