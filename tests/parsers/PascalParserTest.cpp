@@ -2,7 +2,6 @@
 // scan at any line from the line kind stored there.
 #include "codeedit/uSxCodePascalParser.h"
 #include "parsers/ScannerTestSupport.h"
-#include "support/TempRegistryFile.h"
 
 namespace {
 
@@ -10,29 +9,6 @@ using namespace sx;
 using namespace sx::uSxCodePascalParser;
 
 struct PascalParser : testing::Test, sx::test::Scanner<TSxCodePascalParser, ptEndOfFile, ptLineBreak> {};
-
-// Tokens as {kind}text: 0 unknown, 1 line break, 6 space, 35 identifier, 36
-// string, 38 number, 40 comment; keywords and symbols by their numbers.
-TEST_F(PascalParser, TokensOfShortTexts)
-{
-    const std::pair<String, std::string> cases[] = {
-        // operators take a second character only when it fits
-        {u"<=<><<=", "{53}<={51}<>{52}<{53}<="}, {u">=>:=:...", "{55}>={54}>{56}:={47}:{49}..{48}."},
-        {u"(#@^", "{57}({62}#{63}@{61}^"}, {u"#13#10", "{62}#{38}13{62}#{38}10"},
-        // keywords are case-blind whole words; "object" is a class
-        {u"Begin CONSTRUCTOR const", "{18}Begin{6} {12}CONSTRUCTOR{6} {43}const"},
-        {u"object AS interface end.", "{27}object{6} {7}AS{6} {33}interface{6} {19}end{48}."},
-        {u"repeat CONSTX _end end1 Zend", "{35}repeat{6} {35}CONSTX{6} {35}_end{6} {35}end1{6} {35}Zend"},
-        {u"'it''s'x''", "{36}'it''s'{35}x{36}''"},
-        {u"a  \t b", "{35}a{6}  {0}\t{6} {35}b"},
-        {String(u"a") + Char(8), "{35}a{6}    "},
-        {u"caf\u00E9x\u4E00!\"%&?\\`|}~", "{35}caf{0}\u00E9{35}x{0}\u4E00{0}!{0}\"{0}%{0}&{0}?{0}\\{0}`{0}|{0}}{0}~"},
-        // comments do not nest
-        {u"(* { *)x{ (* }x(* ) * *)", "{40}(* { *){35}x{40}{ (* }{35}x{40}(* ) * *)"},
-    };
-    for (const auto& [text, tokens] : cases)
-        EXPECT_EQ(Dump(text), tokens) << StrToUtf8(text);
-}
 
 // A second period ends the number at once: what stands before it stays an
 // integer number, coloured as "Number".
@@ -78,7 +54,7 @@ TEST_F(PascalParser, RestartAtAnyLineGivesTheTokensOfTheFullPass)
                                    u"1", u".", u"..", u"$f", u"#", u"*", u")", u"(", u"\u00E9", u":=", u"<"});
 }
 
-TEST_F(PascalParser, EveryCommentClearsTheSoapFieldsAndAnAbsentIdeLeavesTheColours)
+TEST_F(PascalParser, EveryCommentClearsTheSoapFields)
 {
     TSxCodePascalParser p(nullptr);
     p.SetSoapCommentLineStart(3);
@@ -88,11 +64,6 @@ TEST_F(PascalParser, EveryCommentClearsTheSoapFieldsAndAnAbsentIdeLeavesTheColou
     EXPECT_EQ(p.SoapCommentLineStart(), -1);
     EXPECT_EQ(p.SoapComment(), u"");
 
-    const auto saved = DrawInfo;
-    const sxtest::ScopedEnv noRegistry("SX_REGISTRY_FILE", "/nonexistent/registry.reg");
-    p.SetDelphiVersion(7);
-    EXPECT_EQ(DrawInfo[3].BckColor, saved[3].BckColor);
-    EXPECT_EQ(DrawInfo[3].Name, u"Comment");
 }
 
 TEST_F(PascalParser, UnitRegistersTheShortClassNameOnly)

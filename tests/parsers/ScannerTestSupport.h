@@ -55,15 +55,7 @@ struct PieceFeed {
 };
 
 /// Hands out the text as one piece, then nothing.
-inline void FeedOnce(TSxLangParser& AParser, const String& AText)
-{
-    AParser.SetOnGetNewBuffer([AText, done = false](bool AReset, String& S) mutable {
-        if (AReset || done)
-            return AReset;
-        S = AText;
-        return done = true;
-    });
-}
+inline void FeedOnce(TSxLangParser& AParser, const String& AText) { AParser.SetOnGetNewBuffer(PieceFeed{{AText}}); }
 
 /// A stream of the text as raw UTF-16, low byte first.
 inline TMemoryStream* Utf16Stream(const String& AText)
@@ -136,10 +128,11 @@ struct Scanner {
 
     /// The tokens of lines fed as a paint does: each line with CR LF, EndLines
     /// True, the scan started with the given line kind.
-    static Tokens ScanLines(std::vector<String> ALines, Integer AStartKind = 0, std::vector<Integer>* AKinds = nullptr)
+    static Tokens ScanLines(std::vector<String> ALines, Integer AStartKind = 0, std::vector<Integer>* AKinds = nullptr,
+                            std::size_t AFirst = 0)
     {
         Probe<TParser> p;
-        LineFeed feed(std::move(ALines), &p);
+        LineFeed feed(std::move(ALines), &p, AFirst);
         p.SetOnGetNewBuffer(std::ref(feed));
         p.SetEndLines(true);
         p.SetLineKind(AStartKind);
@@ -148,9 +141,10 @@ struct Scanner {
             *AKinds = feed.Kinds;
         return out;
     }
-    static std::string DumpLines(std::vector<String> ALines, Integer AStartKind = 0, std::vector<Integer>* AKinds = nullptr)
+    static std::string DumpLines(std::vector<String> ALines, Integer AStartKind = 0, std::vector<Integer>* AKinds = nullptr,
+                                 std::size_t AFirst = 0)
     {
-        return Golden(ScanLines(std::move(ALines), AStartKind, AKinds));
+        return Golden(ScanLines(std::move(ALines), AStartKind, AKinds, AFirst));
     }
 
     /// On random lines made of the pieces: the texts of each line's tokens
