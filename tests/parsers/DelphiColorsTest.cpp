@@ -84,10 +84,8 @@ TEST_F(DelphiColors, FlagsAreIntegersOrTheWordTrue)
 TEST_F(DelphiColors, ColoursAreIdentifiersOrPaletteIndexes)
 {
     const std::pair<std::string, TColor> cases[] = {
-        {R"("Background Color New"="clMoneyGreen")", clMoneyGreen},
-        {R"("Background Color New"="7")", 0x808080},
-        {R"("Background Color New"=dword:00000009)", 0x0000FF},
-        {R"("Background Color New"="16")", clWindow},
+        {R"("Background Color New"="clMoneyGreen")", clMoneyGreen}, {R"("Background Color New"="7")", 0x808080},
+        {R"("Background Color New"=dword:00000009)", 0x0000FF}, {R"("Background Color New"="16")", clWindow},
         {R"("Background Color New"="banana")", clWindow},
         // without the new value the older palette index is taken
         {"\"Background Color\"=dword:0000000c", 0xFF0000},

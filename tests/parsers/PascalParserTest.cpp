@@ -19,11 +19,10 @@ TEST_F(PascalParser, SecondPeriodLeavesAnIntegerNumber)
     TSxCodePascalParser p(nullptr);
     sx::test::FeedOnce(p, u"1.2.3");
     const sx::test::Painted number = sx::test::Paint(p);
-    EXPECT_EQ(number.Text, u"1.2");
-    EXPECT_TRUE(number.Back == DrawInfo[6].BckColor && number.Fore == DrawInfo[6].TextColor);
+    EXPECT_TRUE(number.Text == u"1.2" && number.Back == DrawInfo[6].BckColor && number.Fore == DrawInfo[6].TextColor);
 }
 
-TEST_F(PascalParser, CommentAcrossLinesGivesOnePieceAndOneBreakPerLine)
+TEST_F(PascalParser, CommentAcrossLinesGivesOnePieceAndOneBreakPerLineAndIsStoredInTheLineKind)
 {
     std::vector<Integer> kinds;
     EXPECT_EQ(DumpLines({u"(* a", u"", u"b *) x", u"{", u"}"}, 0, &kinds),
@@ -36,10 +35,7 @@ TEST_F(PascalParser, CommentAcrossLinesGivesOnePieceAndOneBreakPerLine)
     EXPECT_EQ(Dump(u"// x\r\ny", false), "{40}// x\r{35}y");
     // a string ends with its line
     EXPECT_EQ(DumpLines({u"'open (*", u"b"}), "{36}'open (*{1}\r{35}b{1}\r");
-}
-
-TEST_F(PascalParser, StoredLineKindTurnsIntoTheOpenComment)
-{
+    // a stored line kind turns into the open comment
     EXPECT_EQ(DumpLines({u"x := 'a'; } y"}, 2), "{40}x := 'a'; }{6} {35}y{1}\r");
     // an empty line inside the comment gets its empty piece, as in a scan from above
     EXPECT_EQ(DumpLines({u"", u"*) x"}, 1), "{40}{1}\r{40}*){6} {35}x{1}\r");
@@ -54,21 +50,15 @@ TEST_F(PascalParser, RestartAtAnyLineGivesTheTokensOfTheFullPass)
                                    u"1", u".", u"..", u"$f", u"#", u"*", u")", u"(", u"\u00E9", u":=", u"<"});
 }
 
-TEST_F(PascalParser, EveryCommentClearsTheSoapFields)
+TEST_F(PascalParser, EveryCommentClearsTheSoapFieldsAndTheUnitRegistersTheShortName)
 {
     TSxCodePascalParser p(nullptr);
     p.SetSoapCommentLineStart(3);
     p.SetSoapComment(u"x");
     sx::test::FeedOnce(p, u"{}");
     sx::test::Paint(p);
-    EXPECT_EQ(p.SoapCommentLineStart(), -1);
-    EXPECT_EQ(p.SoapComment(), u"");
-
-}
-
-TEST_F(PascalParser, UnitRegistersTheShortClassNameOnly)
-{
-    Initialization();
+    EXPECT_TRUE(p.SoapCommentLineStart() == -1 && p.SoapComment().empty());
+    Initialization();  // the unit registers the short class name only
     EXPECT_NE(GetClass(u"TsxCodePasParser"), nullptr);
     EXPECT_EQ(GetClass(u"TSxCodePascalParser"), nullptr);
 }

@@ -27,8 +27,8 @@ struct PascalCase : Scanner<TSxCodePascalParser, uSxCodePascalParser::ptEndOfFil
     static inline const std::vector<std::size_t> ColourRows{1, 0, 2, 0, 3, 0, 4, 0, 5, 0, 0, 6, 7, 0};
     static constexpr bool EndLinesMatter = true;
     static inline const String OpenComment = u"(* abc", LinesComment = u"{a\r\nb}c", Numbers = u"1..5 1.5 $fg 1e5";
-    static inline const std::string OpenCommentTokens = "{40}(* abc";
-    static inline const std::string LinesCommentTokens = "{40}{a\r\nb}{35}c";
+    static inline const std::string OpenCommentTokens = "{40}(* abc",
+                                     LinesCommentTokens = "{40}{a\r\nb}{35}c";
     static inline const std::string NumberTokens = "{38}1{49}..{38}5{6} {39}1.5{6} {38}$f{35}g{6} {38}1{35}e5";
     static inline const Cases Texts{
         // operators take a second character only when it fits
@@ -38,8 +38,7 @@ struct PascalCase : Scanner<TSxCodePascalParser, uSxCodePascalParser::ptEndOfFil
         {u"Begin CONSTRUCTOR const", "{18}Begin{6} {12}CONSTRUCTOR{6} {43}const"},
         {u"object AS interface end.", "{27}object{6} {7}AS{6} {33}interface{6} {19}end{48}."},
         {u"repeat CONSTX _end end1 Zend", "{35}repeat{6} {35}CONSTX{6} {35}_end{6} {35}end1{6} {35}Zend"},
-        {u"'it''s'x''", "{36}'it''s'{35}x{36}''"},
-        {u"a  \t b", "{35}a{6}  {0}\t{6} {35}b"},
+        {u"'it''s'x''", "{36}'it''s'{35}x{36}''"}, {u"a  \t b", "{35}a{6}  {0}\t{6} {35}b"},
         {String(u"a") + Char(8), "{35}a{6}    "},
         {u"caf\u00E9x\u4E00!\"%&?\\`|}~", "{35}caf{0}\u00E9{35}x{0}\u4E00{0}!{0}\"{0}%{0}&{0}?{0}\\{0}`{0}|{0}}{0}~"},
         // comments do not nest
@@ -54,9 +53,9 @@ struct VBCase : Scanner<TSxCodeVBParser, uSxCodeVBParser::vtEndOfFile, uSxCodeVB
     static inline const std::vector<std::size_t> ColourRows{1, 0, 4, 0, 6, 0, 5, 0, 3, 0};
     static constexpr bool EndLinesMatter = false;
     static inline const String OpenComment = u"' abc", LinesComment = u"' a\r\nb", Numbers = u"1..5 1.5 $fg 1e5";
-    static inline const std::string NumberTokens = "{55}1{62}..{55}5{1} {56}1.5{1} {55}$f{4}g{1} {55}1{4}e5";
     // the line end goes back to the input, also at the end of input
-    static inline const std::string OpenCommentTokens = "{57}' abc{0}\r";
+    static inline const std::string NumberTokens = "{55}1{62}..{55}5{1} {56}1.5{1} {55}$f{4}g{1} {55}1{4}e5",
+                                     OpenCommentTokens = "{57}' abc{0}\r";
     static inline const std::string LinesCommentTokens = "{57}' a{0}\r{4}b";
     static inline const Cases Texts{
         {u"x<=<><", "{4}x{66}<={64}<>{65}<"}, {u"<<=>=>", "{65}<{66}<={68}>={67}>"},
@@ -79,8 +78,8 @@ struct JSCase : Scanner<TSxCodeJSParser, uSxCodeJSParser::vtEndOfFile, uSxCodeJS
     static inline const std::vector<std::size_t> ColourRows{1, 0, 4, 0, 1, 0};
     static constexpr bool EndLinesMatter = true;
     static inline const String OpenComment = u"/* abc", LinesComment = u"/*a\r\nb*/c", Numbers = u"1..5 1.5 $fg 1e5";
-    static inline const std::string NumberTokens = "{56}1{63}..{56}5{1} {57}1.5{1} {56}$f{4}g{1} {56}1{4}e5";
-    static inline const std::string OpenCommentTokens = "{58}/* abc";
+    static inline const std::string NumberTokens = "{56}1{63}..{56}5{1} {57}1.5{1} {56}$f{4}g{1} {56}1{4}e5",
+                                     OpenCommentTokens = "{58}/* abc";
     static inline const std::string LinesCommentTokens = "{58}/*a\r\nb*/{4}c";
     static inline const Cases Texts{
         {u"'abc'(*x", "{1}'{4}abc{1}'{70}({76}*{4}x"}, {u"{}&&", "{8}{{7}}{53}&{53}&"},
@@ -100,8 +99,8 @@ struct SqlCase : Scanner<TSxCodeSqlParser, uSxCodeSqlParser::vtEndOfFile, uSxCod
     static constexpr bool EndLinesMatter = false;
     static inline const String OpenComment = u"/* abc", LinesComment = u"/* a\r\nb */x", Numbers = u"10 1,5 1.5 12a";
     // the piece takes the terminator that ended it
-    static inline const std::string OpenCommentTokens = "{9}/* abc\0"s;
-    static inline const std::string LinesCommentTokens = "{9}/* a{0}\r\n{9}b */{1}x";
+    static inline const std::string OpenCommentTokens = "{9}/* abc\0"s,
+                                     LinesCommentTokens = "{9}/* a{0}\r\n{9}b */{1}x";
     static inline const std::string NumberTokens = "{7}10{1} {7}1,5{1} {7}1.5{1} {1}12{1}a";
     static inline const Cases Texts{
         // words: keywords, whatever their case, and where a word may start
@@ -109,8 +108,7 @@ struct SqlCase : Scanner<TSxCodeSqlParser, uSxCodeSqlParser::vtEndOfFile, uSxCod
          "{4}SeLeCt{1} {4}CURRENT{1} {4}CURRENT_DATE{1} {4}CURRENT_TIMESTAMP"},
         {u"SELECTED SELECT1", "{1}SELECTE{1}D{1} {4}SELECT{1}1"},
         {u"a=SELECT a = SELECT", "{1}a{1}={1}S{1}E{1}L{1}E{1}C{1}T{1} {1}a{1} {1}={1} {4}SELECT"},
-        {u"(SELECT,FROM)AS t.ON", "{1}({4}SELECT{1},{4}FROM{1}){4}AS{1} {1}t{1}.{1}O{1}N"},
-        {u"\tON", "{1}{1}O{1}N"},
+        {u"(SELECT,FROM)AS t.ON", "{1}({4}SELECT{1},{4}FROM{1}){4}AS{1} {1}t{1}.{1}O{1}N"}, {u"\tON", "{1}{1}O{1}N"},
         {u"x\r\nON\nON\rON", "{1}x{0}\r\n{4}ON{1}\n{1}O{1}N{0}\r{4}ON"},
         // numbers need a start and an end; parameters end only at white space
         {u"1, 1 .5 (12) x1", "{7}1,{1} {7}1{1} {1}.{7}5{1} {1}({7}12{1}){1} {1}x{1}1"},
@@ -131,8 +129,8 @@ struct XmlCase : Scanner<TSxCodeXMLParser, uSxCodeXmlParser::vtEndOfFile, uSxCod
     static inline const std::vector<std::size_t> ColourRows{5, 7, 5, 2};
     static constexpr bool EndLinesMatter = false;
     static inline const String OpenComment = u"<!-- abc", LinesComment = u"<!-- a\r\nb -->", Numbers = u"<a>1.5";
-    static inline const std::string OpenCommentTokens = "{9}<{16}!-- abc\0\0"s;
-    static inline const std::string LinesCommentTokens = "{9}<{16}!-- a\r\nb --{10}>";
+    static inline const std::string OpenCommentTokens = "{9}<{16}!-- abc\0\0"s,
+                                     LinesCommentTokens = "{9}<{16}!-- a\r\nb --{10}>";
     // digits are characters of the state's kind, like any other
     static inline const std::string NumberTokens = "{9}<{8}a{10}>{12}1{12}.{12}5";
     static inline const Cases Texts{
@@ -141,8 +139,7 @@ struct XmlCase : Scanner<TSxCodeXMLParser, uSxCodeXmlParser::vtEndOfFile, uSxCod
         // only double quotes open values, and only '<' ends them
         {u"<a k='v'>/", "{9}<{8}a{4} {4}k{5}={4}'{4}v{4}'{10}>{12}/"},
         {u"<a b=\"x>/=<c", "{9}<{8}a{4} {4}b{5}={6}\"{7}x{7}>{7}/{7}={9}<{8}c"},
-        {u"<!-- a -->", "{9}<{16}!-- a --{10}>"},
-        {u"<!---->x", "{9}<{16}!----{10}>{12}x"},
+        {u"<!-- a -->", "{9}<{16}!-- a --{10}>"}, {u"<!---->x", "{9}<{16}!----{10}>{12}x"},
         {u"<![cdata[x]]>", "{9}<{13}![cdata[{15}x{14}]]>"},
         {u"<![CDATA[]<>\"]]>t<", "{9}<{13}![CDATA[{15}]{15}<{15}>{15}\"{14}]]>{8}t{9}<"},
         // a declaration's name and words are coloured as element and attributes
@@ -150,8 +147,7 @@ struct XmlCase : Scanner<TSxCodeXMLParser, uSxCodeXmlParser::vtEndOfFile, uSxCod
         {u"<!a", "{9}<{4}!{8}a"},  // a short one at the end goes back untouched
         {u"<?xml version=\"1.0\"?>", "{9}<{18}?xml version=\"1.0\"?{10}>"},
         // control characters give empty tokens of the state's kind
-        {u"<a\t>\t\n<b", "{9}<{8}a{8}{10}>{12}{12}{9}<{8}b"},
-        {u"<a\rb", "{9}<{8}a{0}~~{8}b"},
+        {u"<a\t>\t\n<b", "{9}<{8}a{8}{10}>{12}{12}{9}<{8}b"}, {u"<a\rb", "{9}<{8}a{0}~~{8}b"},
     };
 };
 

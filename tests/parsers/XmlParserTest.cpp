@@ -9,16 +9,13 @@ using namespace sx;
 using namespace sx::uSxCodeXmlParser;
 using Xml = sx::test::Scanner<TSxCodeXMLParser, vtEndOfFile, vtLineBreak>;
 
-TEST(XmlParser, TagsValuesCommentsAndInstructionsGoOnOverLineBreaks)
+TEST(XmlParser, TheStateGoesOnOverLineBreaksUntilAReset)
 {
     EXPECT_EQ(Xml::DumpLines({u"<a b=\"x", u"y\"", u">z", u"w"}),
               "{9}<{8}a{4} {4}b{5}={6}\"{7}x{0}~~{7}y{6}\"{0}~~{10}>{12}z{0}~~{12}w{0}~~");
     EXPECT_EQ(Xml::DumpLines({u"<!-- one", u"two -->"}), "{9}<{16}!-- one\r\ntwo --{10}>{0}~~");
     EXPECT_EQ(Xml::DumpLines({u"<?pi a", u"b"}), "{9}<{18}?pi a\r\nb\r\n");
-}
-
-TEST(XmlParser, ResetGoesBackToTheStartState)
-{
+    // a reset goes back to the start state
     sx::test::Probe<TSxCodeXMLParser> p;
     sx::test::FeedOnce(p, u"<a b=\"x");  // stops inside a value
     Xml::Collect(p);
