@@ -1,7 +1,7 @@
 // The highlight colours of an installed Delphi IDE: reading one element from
 // a registry file, and the Pascal colour table taking them over.
 #include "codeedit/uSxCodePascalParser.h"
-#include "parsers/ScannerTestSupport.h"
+#include "parsers/ParserTestSupport.h"
 #include "platform/Registry.h"
 
 #ifndef _WIN32

@@ -1,11 +1,7 @@
-// Method descriptions of events of every shape, every refusal, and the
-// handler operations of the parsers that have none.
-#include "codeedit/uSxCodePascalParser.h"
+// Method descriptions of events of every shape, and every refusal.
 #include "codeedit/uSxCodeParser.h"
-#include "codeedit/uSxCodeSqlParser.h"
-#include "codeedit/uSxCodeXmlParser.h"
 
-#include "parsers/ScriptTestSupport.h"
+#include "parsers/ParserTestSupport.h"
 
 #include <memory>
 
@@ -95,22 +91,6 @@ TEST_F(MethodDescription, EveryRefusalAnswersNone)
     const auto broken = Describe(&host, u"OnBroken");
     ASSERT_TRUE(broken);
     EXPECT_TRUE(broken->ProcName().empty() && broken->ParamCount() == 0);
-}
-
-TEST_F(MethodDescription, ParsersWithoutHandlersAnswerNothing)
-{
-    std::vector<std::unique_ptr<TSxLangParser>> parsers;
-    parsers.emplace_back(new TSxLangParser(nullptr));
-    parsers.emplace_back(new TSxCodePascalParser(nullptr));
-    parsers.emplace_back(new TSxCodeXMLParser(nullptr));
-    parsers.emplace_back(new TSxCodeSqlParser(nullptr));
-    for (const auto& parser : parsers) {
-        String name = u"kept";
-        EXPECT_EQ(parser->CreateMethod(&host, u"OnValidate", name), u"") << StrToUtf8(parser->GetLanguage());
-        EXPECT_EQ(name, u"kept");
-        EXPECT_EQ(parser->GetSameMethods(&host, u"OnValidate"), u"");
-        EXPECT_EQ(parser->MethodLineNr(u"OnValidate"), -1);
-    }
 }
 
 }  // namespace

@@ -1,6 +1,6 @@
 // The parser base: both feeds, push-back, line counting and the base tokenizer.
 #include "codeedit/uSxCodeParser.h"
-#include "parsers/ScannerTestSupport.h"
+#include "parsers/ParserTestSupport.h"
 
 
 namespace {
@@ -47,7 +47,9 @@ TEST_F(ParserBase, BaseTokenizerSplitsLinesAndKeepsTextBeforeTheEnd)
             EXPECT_EQ(Next(), token) << StrToUtf8(text);
     }
     TSxLangParser unfed(nullptr);  // without a feed the end comes for ever
-    EXPECT_EQ(unfed.ReadChar(), 0);
+    String name = u"kept";
+    EXPECT_TRUE(unfed.ReadChar() == 0 && unfed.CreateMethod(nullptr, u"OnClick", name).empty() && name == u"kept");
+    EXPECT_TRUE(unfed.GetSameMethods(nullptr, u"OnClick").empty() && unfed.MethodLineNr(u"x") == -1);
     for (int i = 0; i < 3; ++i)
         EXPECT_TRUE(Paint(unfed).More && Paint(unfed).LineBreak);
 }
@@ -123,15 +125,6 @@ TEST_F(ParserBase, PushesNeedNotBeWhatWasReadAndLineNumbersCountLfBothWays)
     parser.ResetBuffer();
     parser.PushChar(u'\n');  // a push in front of the buffer counts too
     EXPECT_EQ(parser.LineNr(), 0);
-}
-
-TEST_F(ParserBase, ClassReferenceBuildsTheParserWithItsOwner)
-{
-    TComponent owner(nullptr);
-    TSxLangParser* p = TSxLangParserClass(TSxLangParser::ClassInfo()).Create(&owner);
-    EXPECT_EQ(p->Owner(), &owner);
-    EXPECT_EQ(p->ClassName(), u"TSxLangParser");
-    EXPECT_THROW(TSxLangParserClass{TComponent::ClassInfo()}, EInvalidOperation);
 }
 
 }  // namespace

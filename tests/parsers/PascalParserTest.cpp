@@ -1,7 +1,7 @@
 // The Pascal tokenizer: token streams, comments across lines and restarting a
 // scan at any line from the line kind stored there.
 #include "codeedit/uSxCodePascalParser.h"
-#include "parsers/ScannerTestSupport.h"
+#include "parsers/ParserTestSupport.h"
 
 namespace {
 

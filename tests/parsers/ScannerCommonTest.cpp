@@ -7,7 +7,7 @@
 #include "codeedit/uSxCodeSqlParser.h"
 #include "codeedit/uSxCodeVBParser.h"
 #include "codeedit/uSxCodeXmlParser.h"
-#include "parsers/ScannerTestSupport.h"
+#include "parsers/ParserTestSupport.h"
 
 namespace {
 
@@ -217,6 +217,13 @@ TYPED_TEST(Scanners, UnitRegistersTheClassAndReleasesTheRowNames)
     ASSERT_NE(cls, nullptr);
     const std::unique_ptr<TSxLangParser> made(TSxLangParserClass(*cls).Create(nullptr));
     EXPECT_EQ(made->GetLanguage(), L::Language);
+    // only the script languages write and find handlers; the others answer as the base does
+    TScriptButton::RegisterEvents();
+    TScriptButton host(nullptr, u"Host1");
+    String name = u"kept";
+    const bool writes = !made->CreateMethod(&host, u"OnValidate", name).empty();
+    EXPECT_TRUE(writes == (name != u"kept") && writes == (L::Language == u"JavaScript" || L::Language == u"Visual Basic"));
+    EXPECT_TRUE(made->GetSameMethods(&host, u"OnValidate").empty() && made->MethodLineNr(u"OnValidate") == -1);
     L::Stop();
     EXPECT_EQ(GetClass(L::ClassName), nullptr);
     for (const auto& row : L::DrawInfo)

@@ -4,7 +4,7 @@
 // an event, and their lines.
 #include "codeedit/uSxCodeJSParser.h"
 #include "codeedit/uSxCodeVBParser.h"
-#include "parsers/ScriptTestSupport.h"
+#include "parsers/ParserTestSupport.h"
 
 namespace {
 

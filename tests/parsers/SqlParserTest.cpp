@@ -2,7 +2,7 @@
 // the shared colour table, and the independence of the tokens from how the
 // input is cut and from where a run starts.
 #include "codeedit/uSxCodeSqlParser.h"
-#include "parsers/ScannerTestSupport.h"
+#include "parsers/ParserTestSupport.h"
 
 
 namespace {

@@ -1,7 +1,7 @@
 // The XML tokenizer: token streams with their kinds and line breaks, and a
 // run started at a line that opens with a tag.
 #include "codeedit/uSxCodeXmlParser.h"
-#include "parsers/ScannerTestSupport.h"
+#include "parsers/ParserTestSupport.h"
 
 namespace {
 
