@@ -18,19 +18,20 @@ using Cases = std::vector<std::pair<String, std::string>>;
 
 /// Per language: its unit, a line with the row of DrawInfo each of its tokens
 /// is painted from (the line break last), a comment the end of input closes,
-/// a comment over two lines read with EndLines False, numbers, and short
-/// texts with their tokens as {kind}text, kinds by their numbers.
+/// a comment over two lines read with EndLines False, and short texts,
+/// number forms among them, with their tokens as {kind}text, kinds by their numbers.
 struct PascalCase : Scanner<TSxCodePascalParser, uSxCodePascalParser::ptEndOfFile, uSxCodePascalParser::ptLineBreak> {
     static constexpr auto& DrawInfo = uSxCodePascalParser::DrawInfo;
     static constexpr auto Start = &uSxCodePascalParser::Initialization, Stop = &uSxCodePascalParser::Finalization;
     static inline const String ClassName = u"TsxCodePasParser", Language = u"Pascal", ColourLine = u"begin 'a' {c} x #1.5 $f;";
     static inline const std::vector<std::size_t> ColourRows{1, 0, 2, 0, 3, 0, 4, 0, 5, 0, 0, 6, 7, 0};
     static constexpr bool EndLinesMatter = true;
-    static inline const String OpenComment = u"(* abc", LinesComment = u"{a\r\nb}c", Numbers = u"1..5 1.5 $fg 1e5";
+    static inline const String OpenComment = u"(* abc", LinesComment = u"{a\r\nb}c";
     static inline const std::string OpenCommentTokens = "{40}(* abc",
                                      LinesCommentTokens = "{40}{a\r\nb}{35}c";
-    static inline const std::string NumberTokens = "{38}1{49}..{38}5{6} {39}1.5{6} {38}$f{35}g{6} {38}1{35}e5";
     static inline const Cases Texts{
+        // number forms
+        {u"1..5 1.5 $fg 1e5", "{38}1{49}..{38}5{6} {39}1.5{6} {38}$f{35}g{6} {38}1{35}e5"},
         // operators take a second character only when it fits
         {u"<=<><<=", "{53}<={51}<>{52}<{53}<="}, {u">=>:=:...", "{55}>={54}>{56}:={47}:{49}..{48}."},
         {u"(#@^", "{57}({62}#{63}@{61}^"}, {u"#13#10", "{62}#{38}13{62}#{38}10"},
@@ -52,12 +53,13 @@ struct VBCase : Scanner<TSxCodeVBParser, uSxCodeVBParser::vtEndOfFile, uSxCodeVB
     static inline const String ClassName = u"TSxCodeVBParser", Language = u"Visual Basic", ColourLine = u"Dim x = 1 ' c";
     static inline const std::vector<std::size_t> ColourRows{1, 0, 4, 0, 6, 0, 5, 0, 3, 0};
     static constexpr bool EndLinesMatter = false;
-    static inline const String OpenComment = u"' abc", LinesComment = u"' a\r\nb", Numbers = u"1..5 1.5 $fg 1e5";
+    static inline const String OpenComment = u"' abc", LinesComment = u"' a\r\nb";
     // the line end goes back to the input, also at the end of input
-    static inline const std::string NumberTokens = "{55}1{62}..{55}5{1} {56}1.5{1} {55}$f{4}g{1} {55}1{4}e5",
-                                     OpenCommentTokens = "{57}' abc{0}\r";
+    static inline const std::string OpenCommentTokens = "{57}' abc{0}\r";
     static inline const std::string LinesCommentTokens = "{57}' a{0}\r{4}b";
     static inline const Cases Texts{
+        // number forms
+        {u"1..5 1.5 $fg 1e5", "{55}1{62}..{55}5{1} {56}1.5{1} {55}$f{4}g{1} {55}1{4}e5"},
         {u"x<=<><", "{4}x{66}<={64}<>{65}<"}, {u"<<=>=>", "{65}<{66}<={68}>={67}>"},
         {u"...\\[: \t", "{62}..{61}.{77}\\{71}[{1}:{1} {1}\t"}, {u"!#%?@{\u00E9", "{1}!{1}#{1}%{1}?{1}@{1}{{1}\u00E9"},
         {u"x.End", "{4}x{61}.{7}End"}, {u"1.2.3", "{56}1.2{61}.{55}3"}, {u"&H10", "{52}&{4}H10"},
@@ -77,11 +79,12 @@ struct JSCase : Scanner<TSxCodeJSParser, uSxCodeJSParser::vtEndOfFile, uSxCodeJS
     static inline const String ClassName = u"TSxCodeJSParser", Language = u"JavaScript", ColourLine = u"{ x }";
     static inline const std::vector<std::size_t> ColourRows{1, 0, 4, 0, 1, 0};
     static constexpr bool EndLinesMatter = true;
-    static inline const String OpenComment = u"/* abc", LinesComment = u"/*a\r\nb*/c", Numbers = u"1..5 1.5 $fg 1e5";
-    static inline const std::string NumberTokens = "{56}1{63}..{56}5{1} {57}1.5{1} {56}$f{4}g{1} {56}1{4}e5",
-                                     OpenCommentTokens = "{58}/* abc";
+    static inline const String OpenComment = u"/* abc", LinesComment = u"/*a\r\nb*/c";
+    static inline const std::string OpenCommentTokens = "{58}/* abc";
     static inline const std::string LinesCommentTokens = "{58}/*a\r\nb*/{4}c";
     static inline const Cases Texts{
+        // number forms
+        {u"1..5 1.5 $fg 1e5", "{56}1{63}..{56}5{1} {57}1.5{1} {56}$f{4}g{1} {56}1{4}e5"},
         {u"'abc'(*x", "{1}'{4}abc{1}'{70}({76}*{4}x"}, {u"{}&&", "{8}{{7}}{53}&{53}&"},
         {u"a/b// c / d", "{4}a{77}/{4}b{58}// c / d"}, {u"\"/* no */\"==!", "{54}\"/* no */\"{64}={64}={1}!"},
         // an escaped quote is not known: the backslash is string text and the quote ends the string
@@ -97,12 +100,13 @@ struct SqlCase : Scanner<TSxCodeSqlParser, uSxCodeSqlParser::vtEndOfFile, uSxCod
     static inline const String ClassName = u"TSxCodeSqlParser", Language = u"Sql", ColourLine = u"ON 'q' 1 @p -- c";
     static inline const std::vector<std::size_t> ColourRows{2, 1, 3, 1, 4, 1, 5, 1, 7, 2};
     static constexpr bool EndLinesMatter = false;
-    static inline const String OpenComment = u"/* abc", LinesComment = u"/* a\r\nb */x", Numbers = u"10 1,5 1.5 12a";
+    static inline const String OpenComment = u"/* abc", LinesComment = u"/* a\r\nb */x";
     // the piece takes the terminator that ended it
     static inline const std::string OpenCommentTokens = "{9}/* abc\0"s,
                                      LinesCommentTokens = "{9}/* a{0}\r\n{9}b */{1}x";
-    static inline const std::string NumberTokens = "{7}10{1} {7}1,5{1} {7}1.5{1} {1}12{1}a";
     static inline const Cases Texts{
+        // number forms
+        {u"10 1,5 1.5 12a", "{7}10{1} {7}1,5{1} {7}1.5{1} {1}12{1}a"},
         // words: keywords, whatever their case, and where a word may start
         {u"SeLeCt CURRENT CURRENT_DATE CURRENT_TIMESTAMP",
          "{4}SeLeCt{1} {4}CURRENT{1} {4}CURRENT_DATE{1} {4}CURRENT_TIMESTAMP"},
@@ -128,12 +132,13 @@ struct XmlCase : Scanner<TSxCodeXMLParser, uSxCodeXmlParser::vtEndOfFile, uSxCod
     static inline const String ClassName = u"TSxCodeXMLParser", Language = u"XML", ColourLine = u"<!-- c -->";
     static inline const std::vector<std::size_t> ColourRows{5, 7, 5, 2};
     static constexpr bool EndLinesMatter = false;
-    static inline const String OpenComment = u"<!-- abc", LinesComment = u"<!-- a\r\nb -->", Numbers = u"<a>1.5";
+    static inline const String OpenComment = u"<!-- abc", LinesComment = u"<!-- a\r\nb -->";
     static inline const std::string OpenCommentTokens = "{9}<{16}!-- abc\0\0"s,
                                      LinesCommentTokens = "{9}<{16}!-- a\r\nb --{10}>";
     // digits are characters of the state's kind, like any other
-    static inline const std::string NumberTokens = "{9}<{8}a{10}>{12}1{12}.{12}5";
     static inline const Cases Texts{
+        // number forms
+        {u"<a>1.5", "{9}<{8}a{10}>{12}1{12}.{12}5"},
         // text before the first tag is markup, text behind a tag is content
         {u"x\"<b>y=\"z", "{9}x{9}\"{9}<{8}b{10}>{12}y{12}={12}\"{12}z"},
         // only double quotes open values, and only '<' ends them
@@ -186,11 +191,6 @@ TYPED_TEST(Scanners, TokensOfShortTexts)
 {
     for (const auto& [text, tokens] : TypeParam::Texts)
         EXPECT_EQ(TypeParam::Dump(text), tokens) << StrToUtf8(text);
-}
-
-TYPED_TEST(Scanners, NumberForms)
-{
-    EXPECT_EQ(TypeParam::Dump(TypeParam::Numbers), TypeParam::NumberTokens);
 }
 
 TYPED_TEST(Scanners, EachTokenIsPaintedFromTheFirstRowThatHoldsIt)
