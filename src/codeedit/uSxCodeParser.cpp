@@ -1,6 +1,6 @@
 // The parser base: its two input feeds, push-back and the base tokenizer;
 // and the descriptions of event methods taken from type information.
-#include "uSxCodeParser.h"
+#include "codeedit/uSxCodeParser.h"
 
 #include "platform/Registry.h"
 

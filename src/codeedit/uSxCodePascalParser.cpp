@@ -1,9 +1,9 @@
-// The Pascal tokenizer: a dispatch on the first character of each token, small
-// readers behind it, and the comment state that survives a restart at any line.
+// The Pascal tokenizer: its dispatch on the first character of each token,
+// keywords, comment forms and colour table, on the shared scanner toolkit.
 #include "codeedit/uSxCodePascalParser.h"
 
-#include <cassert>
-#include <cstdint>
+#include "codeedit/SxScanner.h"
+
 #include <string_view>
 
 namespace sx {
@@ -44,83 +44,37 @@ void Finalization()
 
 namespace {
 
-/// Line kinds: the comment that is open where a line starts.
-constexpr Integer lkNoComment = 0;
-constexpr Integer lkParenStarComment = 1;
-constexpr Integer lkBraceComment = 2;
-constexpr Integer lkLineComment = 3;
+using scan::CR;
+using scan::LF;
+
+constexpr Char Backspace = 8;
 
 /// End markers of the three comment forms.
 constexpr std::u16string_view ParenStarEnd = u"*)";
 constexpr std::u16string_view BraceEnd = u"}";
 constexpr std::u16string_view LineCommentEnd = u"\r";
 
-constexpr Char CR = 13;
-constexpr Char LF = 10;
-constexpr Char Backspace = 8;
+/// Line kinds: 1 inside "(*", 2 inside "{" at a line start; 3, a comment that
+/// ends with the line, is understood on input but never set.
+constexpr scan::CommentKind CommentKinds[] = {{ParenStarEnd, 1}, {BraceEnd, 2}, {LineCommentEnd, 0}};
+constexpr scan::LineKinds OpenComments{CommentKinds};
 
-/// Character classes, as bits of one table over the ASCII range. A character
-/// from 128 on belongs to no class, so it ends words and numbers.
-enum CharClass : unsigned {
-    ccWordStart = 1,  // letters and the underscore
-    ccWord = 2,       // word start and digits
-    ccDigit = 4,
-    ccHexDigit = 8,
-    ccNumber = 16,  // digits and the period
-    ccKeywordStart = 32,
+constexpr scan::Language<TPascalToken, 8> Pascal{&DrawInfo,   0,           ptInvalid,    ptLineBreak,
+                                                 ptEndOfFile, ptComment, &OpenComments};
+
+/// Tokens of one character that need no further read; every other character
+/// that the scanner does not handle itself is ptUnknown.
+constexpr scan::CharTokenTable<TPascalToken>::Entry SingleChars[] = {
+    {0, ptEndOfFile}, {CR, ptLineBreak}, {'#', ptHash},       {')', ptCloseParen}, {'*', ptMultiply},
+    {'+', ptPlus},    {',', ptComma},    {'-', ptMinus},      {';', ptSemicolon},  {'=', ptEquals},
+    {'@', ptAddress}, {'[', ptOpenBracket}, {']', ptCloseBracket}, {'^', ptCaret},
 };
+constexpr scan::CharTokenTable<TPascalToken> SingleCharTokens{ptUnknown, SingleChars};
 
-constexpr std::array<std::uint8_t, 128> CharClasses = [] {
-    std::array<std::uint8_t, 128> table{};
-    const auto add = [&table](char from, char to, unsigned classes) {
-        for (int c = from; c <= to; ++c)
-            table[std::size_t(c)] = std::uint8_t(table[std::size_t(c)] | classes);
-    };
-    add('0', '9', ccWord | ccDigit | ccHexDigit | ccNumber);
-    add('A', 'Z', ccWordStart | ccWord);
-    add('a', 'z', ccWordStart | ccWord);
-    add('_', '_', ccWordStart | ccWord);
-    add('A', 'F', ccHexDigit);
-    add('a', 'f', ccHexDigit);
-    add('.', '.', ccNumber);
-    for (char c : std::string_view("ABCDEFIOPTUV")) {
-        add(c, c, ccKeywordStart);
-        add(char(c - 'A' + 'a'), char(c - 'A' + 'a'), ccKeywordStart);
-    }
-    return table;
-}();
-
-bool InClass(Char c, unsigned classes) { return c < CharClasses.size() && (CharClasses[c] & classes) != 0; }
-
-/// Tokens of one character that need no further read; every other ASCII
-/// character that the scanner does not handle itself is ptUnknown.
-constexpr std::array<TPascalToken, 128> SingleCharTokens = [] {
-    std::array<TPascalToken, 128> table{};
-    table.fill(ptUnknown);
-    table[0] = ptEndOfFile;
-    table[CR] = ptLineBreak;
-    table['#'] = ptHash;
-    table[')'] = ptCloseParen;
-    table['*'] = ptMultiply;
-    table['+'] = ptPlus;
-    table[','] = ptComma;
-    table['-'] = ptMinus;
-    table[';'] = ptSemicolon;
-    table['='] = ptEquals;
-    table['@'] = ptAddress;
-    table['['] = ptOpenBracket;
-    table[']'] = ptCloseBracket;
-    table['^'] = ptCaret;
-    return table;
-}();
-
-struct Keyword {
-    std::u16string_view Word;
-    TPascalToken Token;
-};
+using Keyword = scan::Keyword<TPascalToken>;
 
 /// The keywords, grouped by first letter; within a letter the first equal word wins.
-constexpr std::array<Keyword, 32> Keywords{{
+constexpr Keyword KeywordList[] = {
     {u"AS", ptAs},
     {u"BEGIN", ptBegin},
     {u"CONSTRUCTOR", ptConstructor}, {u"CONST", ptConst}, {u"CLASS", ptClass},
@@ -135,47 +89,9 @@ constexpr std::array<Keyword, 32> Keywords{{
     {u"THEN", ptThen}, {u"TRY", ptTry}, {u"TYPE", ptType},
     {u"UNIT", ptUnit}, {u"USES", ptUses}, {u"UNTIL", ptUntil},
     {u"VAR", ptVar},
-}};
-
-/// The slice of Keywords that starts with one letter.
-struct KeywordRange {
-    std::size_t First = 0;
-    std::size_t Count = 0;
 };
 
-constexpr std::array<KeywordRange, 26> KeywordsByLetter = [] {
-    std::array<KeywordRange, 26> ranges{};
-    for (std::size_t i = 0; i < Keywords.size(); ++i) {
-        KeywordRange& range = ranges[std::size_t(Keywords[i].Word[0] - u'A')];
-        if (range.Count == 0)
-            range.First = i;
-        ++range.Count;
-    }
-    return ranges;
-}();
-
-/// Whether the word, folded to upper case, is the keyword.
-bool SameWord(const String& word, std::u16string_view keyword)
-{
-    if (word.size() != keyword.size())
-        return false;
-    for (std::size_t i = 0; i < word.size(); ++i)
-        if (UpCase(word[i]) != keyword[i])
-            return false;
-    return true;
-}
-
-/// The keyword's token for a whole word, or ptIdentifier.
-TPascalToken WordToken(const String& word)
-{
-    if (!InClass(word[0], ccKeywordStart))
-        return ptIdentifier;
-    const KeywordRange& range = KeywordsByLetter[std::size_t(UpCase(word[0]) - u'A')];
-    for (std::size_t i = range.First; i < range.First + range.Count; ++i)
-        if (SameWord(word, Keywords[i].Word))
-            return Keywords[i].Token;
-    return ptIdentifier;
-}
+constexpr scan::KeywordTable<TPascalToken> Keywords{KeywordList};
 
 }  // namespace
 
@@ -211,68 +127,14 @@ void TSxCodePascalParser::ClearSoapComment()
 bool TSxCodePascalParser::GetNextToken(String& AToken, TColor& BackGround, TColor& TextColor,
                                        TFontStyles& FontStyle, bool& LineBreak)
 {
-    const TPascalToken token = InternalGetNextToken(AToken);
-    SetTokenPaintInfo(DrawInfo, 0, token, BackGround, TextColor, FontStyle);
-    LineBreak = token == ptLineBreak;
-    return token != ptInvalid && token != ptEndOfFile;
+    return scan::HandOut(Pascal, InternalGetNextToken(AToken), BackGround, TextColor, FontStyle, LineBreak);
 }
 
 TPascalToken TSxCodePascalParser::InternalGetNextToken(String& AToken)
 {
-    AToken.clear();
-    // Within a scan a comment left open keeps its marker; a marker that only
-    // the line kind brings back means the scan restarts at this line start.
-    const bool restartsAtLineStart = FRemarkEnd.empty();
-    LineKindToRemarkEnd();
-    if (!FRemarkEnd.empty())
-        return ContinueRemark(AToken, restartsAtLineStart);
-    TPascalToken result = ptInvalid;
-    while (result == ptInvalid) {
-        const Char c = ReadChar();
-        AToken.assign(1, c);
-        result = ScanToken(c, AToken);
-    }
-    assert(result != ptInvalid && "Managed to find an invalid token.");
-    return result;
-}
-
-/// A restart at a line start brings only LineKind; the open comment's end
-/// marker follows from it. Done on every call; it is one switch.
-void TSxCodePascalParser::LineKindToRemarkEnd()
-{
-    switch (FLineKind) {
-    case lkParenStarComment:
-        FRemarkEnd = ParenStarEnd;
-        break;
-    case lkBraceComment:
-        FRemarkEnd = BraceEnd;
-        break;
-    case lkLineComment:
-        FRemarkEnd = LineCommentEnd;
-        break;
-    default:
-        break;
-    }
-}
-
-/// The next piece of a comment that is open: up to its end or the line end.
-/// Each line the comment crosses gets its piece, possibly empty, before its
-/// line break. Mid-scan a CR here follows the piece already handed out and is
-/// the line break; at a restart nothing of the line has been handed out yet,
-/// so an empty line still gets its empty piece first, as in a scan from above.
-TPascalToken TSxCodePascalParser::ContinueRemark(String& AToken, bool AAtLineStart)
-{
-    if (!AAtLineStart) {
-        const Char c = ReadChar();
-        if (c == CR) {
-            AToken.assign(1, c);  // the LF behind it is dropped by the next call
-            return ptLineBreak;
-        }
-        if (c != LF)
-            PushChar(c);
-    }
-    ReadRemark(FRemarkEnd, AToken);
-    return ptComment;
+    return scan::NextToken(
+        *this, Pascal, AToken, [this](Char c, String& AText) { return ScanToken(c, AText); },
+        [this](const String& AEnd, String& AText) { ReadRemark(AEnd, AText); });
 }
 
 /// One token that starts with c, which AToken already holds; ptInvalid when
@@ -286,7 +148,8 @@ TPascalToken TSxCodePascalParser::ScanToken(Char c, String& AToken)
         AToken = u"    ";
         return ptSpace;
     case u' ':
-        return ScanSpaces(AToken);
+        scan::ReadWhile(*this, [](Char next) { return next == u' '; }, AToken);
+        return ptSpace;
     case u'$':
         ReadHexNumber(AToken);
         return ptNumber;
@@ -294,164 +157,67 @@ TPascalToken TSxCodePascalParser::ScanToken(Char c, String& AToken)
         ReadString(AToken);
         return ptString;
     case u'(':
-        if (!TakeNext(u'*', AToken))
-            return ptOpenParen;
-        ReadRemark(String(ParenStarEnd), AToken);
-        return ptComment;
+        return ScanRemark(u'*', ParenStarEnd, AToken, ptOpenParen);
     case u'{':
         ReadRemark(String(BraceEnd), AToken);
         return ptComment;
     case u'/':
-        if (!TakeNext(u'/', AToken))
-            return ptDivide;
-        ReadRemark(String(LineCommentEnd), AToken);
-        return ptComment;
+        return ScanRemark(u'/', LineCommentEnd, AToken, ptDivide);
     case u'.':
-        return TakeNext(u'.', AToken) ? ptRange : ptPeriod;
+        return scan::TakeNext(*this, u'.', AToken) ? ptRange : ptPeriod;
     case u':':
-        return TakeNext(u'=', AToken) ? ptAssign : ptColon;
+        return scan::TakeNext(*this, u'=', AToken) ? ptAssign : ptColon;
     case u'<':
-        return ScanLess(AToken);
+        if (scan::TakeNext(*this, u'=', AToken))
+            return ptLessEqual;
+        return scan::TakeNext(*this, u'>', AToken) ? ptNotEquals : ptLess;
     case u'>':
-        return TakeNext(u'=', AToken) ? ptGreaterEqual : ptGreater;
+        return scan::TakeNext(*this, u'=', AToken) ? ptGreaterEqual : ptGreater;
     default:
         break;
     }
-    if (InClass(c, ccDigit)) {
+    if (scan::Digits.Contains(c)) {
         TPascalToken token = ptNumber;
         ReadNumber(token, AToken);
         return token;
     }
-    if (InClass(c, ccWordStart)) {
+    if (scan::WordStart.Contains(c)) {
         ReadIdentifier(AToken);
-        return WordToken(AToken);
+        return Keywords.Find(AToken, ptIdentifier);
     }
-    return c < SingleCharTokens.size() ? SingleCharTokens[c] : ptUnknown;
+    return SingleCharTokens[c];
 }
 
-TPascalToken TSxCodePascalParser::ScanSpaces(String& AToken)
+/// A comment whose opening is the character in AToken and ASecond, or the
+/// token AAlone when the second character is another.
+TPascalToken TSxCodePascalParser::ScanRemark(Char ASecond, std::u16string_view AEnd, String& AToken,
+                                             TPascalToken AAlone)
 {
-    Char c = ReadChar();
-    while (c == u' ') {
-        AToken += c;
-        c = ReadChar();
-    }
-    PushChar(c);
-    return ptSpace;
+    if (!scan::TakeNext(*this, ASecond, AToken))
+        return AAlone;
+    ReadRemark(String(AEnd), AToken);
+    return ptComment;
 }
 
-TPascalToken TSxCodePascalParser::ScanLess(String& AToken)
-{
-    const Char c = ReadChar();
-    if (c == u'=' || c == u'>') {
-        AToken += c;
-        return c == u'=' ? ptLessEqual : ptNotEquals;
-    }
-    PushChar(c);
-    return ptLess;
-}
+void TSxCodePascalParser::ReadHexNumber(String& AText) { scan::ReadWhile(*this, scan::HexDigits, AText); }
 
-bool TSxCodePascalParser::TakeNext(Char AExpected, String& AToken)
-{
-    const Char c = ReadChar();
-    if (c == AExpected) {
-        AToken += c;
-        return true;
-    }
-    PushChar(c);
-    return false;
-}
+void TSxCodePascalParser::ReadIdentifier(String& AText) { scan::ReadWhile(*this, scan::WordChars, AText); }
 
-void TSxCodePascalParser::ReadWhile(unsigned AClass, String& AText)
-{
-    Char c = ReadChar();
-    while (InClass(c, AClass)) {
-        AText += c;
-        c = ReadChar();
-    }
-    PushChar(c);
-}
-
-void TSxCodePascalParser::ReadHexNumber(String& AText) { ReadWhile(ccHexDigit, AText); }
-
-void TSxCodePascalParser::ReadIdentifier(String& AText) { ReadWhile(ccWord, AText); }
-
-/// A second period ends the number: the first belongs to a range ("1..5"),
-/// or the number already has one ("1.2.3" gives 1.2). There is no exponent.
+/// A number with a period is real; a second period ends the number at once
+/// and leaves it an integer number ("1.2.3" gives the number 1.2).
 void TSxCodePascalParser::ReadNumber(TPascalToken& AToken, String& AText)
 {
-    bool periodSeen = false;
-    Char c = ReadChar();
-    while (InClass(c, ccNumber)) {
-        if (c == u'.') {
-            if (periodSeen || PeekChar() == u'.')
-                break;
-            periodSeen = true;
-        }
-        AText += c;
-        c = ReadChar();
-    }
-    PushChar(c);
-    if (periodSeen)
+    if (scan::ReadNumberRest(*this, AText) == scan::NumberEnd::Real)
         AToken = ptFloat;
 }
 
-/// A doubled quote stays doubled, as in the source. A string never runs over
-/// a line end: without a closing quote it ends with the line.
-void TSxCodePascalParser::ReadString(String& AText)
-{
-    for (;;) {
-        const Char c = ReadChar();
-        if (c == 0 || c == LF || c == CR) {
-            PushChar(c);
-            return;
-        }
-        if (c == u'\'') {
-            const Char next = ReadChar();
-            if (next != u'\'') {
-                PushChar(next);
-                AText += c;
-                return;
-            }
-            AText += next;
-        }
-        AText += c;
-    }
-}
+void TSxCodePascalParser::ReadString(String& AText) { scan::ReadQuotedRest(*this, u'\'', AText); }
 
-/// Reads a comment up to and with AEnd. With EndLines True it stops in front
-/// of CR or LF and leaves the comment open for the next token (a line comment
-/// is closed there instead). Comments do not nest.
-void TSxCodePascalParser::ReadRemark(String AEnd, String& AText)
+/// Every comment clears the SOAP comment fields.
+void TSxCodePascalParser::ReadRemark(const String& AEnd, String& AText)
 {
-    FLineKind = AEnd == ParenStarEnd ? lkParenStarComment : AEnd == BraceEnd ? lkBraceComment : lkNoComment;
-    FRemarkEnd = AEnd;
     ClearSoapComment();
-    const Char first = AEnd.empty() ? Char(0) : AEnd[0];
-    const bool hasSecond = AEnd.size() > 1;
-    for (;;) {
-        const Char c = ReadChar();
-        if ((c == CR || c == LF) && FEndLines) {
-            PushChar(c);
-            if (AEnd.size() == 1 && first == c)
-                FRemarkEnd.clear();
-            return;
-        }
-        if (c == 0)
-            break;
-        if (c == first && !hasSecond) {
-            AText += c;
-            break;
-        }
-        if (c == first && PeekChar() == AEnd[1]) {
-            AText += c;
-            AText += ReadChar();
-            break;
-        }
-        AText += c;
-    }
-    FLineKind = lkNoComment;
-    FRemarkEnd.clear();
+    scan::ReadCommentRest(*this, OpenComments, AEnd, AText);
 }
 
 }  // namespace sx

@@ -5,6 +5,7 @@
 #include "codeedit/uSxCodeParser.h"
 
 #include <array>
+#include <string_view>
 
 namespace sx {
 
@@ -82,7 +83,7 @@ protected:
     /// Appends a string's text behind its opening quote, up to and with the closing quote or the line end.
     void ReadString(String& AText);
     /// Appends a comment's text behind its opening, the end marker included.
-    void ReadRemark(String AEnd, String& AText);
+    void ReadRemark(const String& AEnd, String& AText);
     /// Appends the rest of a number behind its first digit; sets AToken to ptFloat for a real number.
     void ReadNumber(uSxCodePascalParser::TPascalToken& AToken, String& AText);
     /// Appends the rest of a word behind its first character.
@@ -96,15 +97,9 @@ protected:
     Integer FDelphiVersion = 0;
 
 private:
-    void LineKindToRemarkEnd();
-    uSxCodePascalParser::TPascalToken ContinueRemark(String& AToken, bool AAtLineStart);
     uSxCodePascalParser::TPascalToken ScanToken(Char c, String& AToken);
-    uSxCodePascalParser::TPascalToken ScanSpaces(String& AToken);
-    uSxCodePascalParser::TPascalToken ScanLess(String& AToken);
-    /// Reads the next character and appends it when it is AExpected; else gives it back.
-    bool TakeNext(Char AExpected, String& AToken);
-    /// Appends characters while they belong to the character class AClass.
-    void ReadWhile(unsigned AClass, String& AText);
+    uSxCodePascalParser::TPascalToken ScanRemark(Char ASecond, std::u16string_view AEnd, String& AToken,
+                                                 uSxCodePascalParser::TPascalToken AAlone);
     void ClearSoapComment();
 };
 

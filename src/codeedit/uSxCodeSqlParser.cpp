@@ -1,6 +1,8 @@
 // The SQL tokenizer: the keyword letter tree, the scanner and its readers,
 // and the process-wide colour and keyword tables.
-#include "uSxCodeSqlParser.h"
+#include "codeedit/uSxCodeSqlParser.h"
+
+#include "codeedit/SxScanner.h"
 
 namespace sx {
 
@@ -119,100 +121,54 @@ using namespace uSxCodeSqlParser;
 
 namespace {
 
-/// The row of DrawInfo that colours tokens of no row.
-constexpr std::size_t DefaultRow = 2;
+using scan::Blank;
+using scan::CR;
+using scan::LF;
 
-/// Letter tree: index of the end mark in a node, and the highest child index
-/// a keyword character may take ('_' - 'A').
-constexpr std::size_t EndMark = 31;
+constexpr scan::Language<TSxSqlToken, 8> Sql{&DrawInfo, 2, vtInvalid, vtLineBreak, vtEndOfFile, vtComment};
+
+/// The highest child index a keyword character may take ('_' - 'A').
 constexpr Integer LastChildIndex = 30;
 
-constexpr Char CR = 13;
-constexpr Char LF = 10;
-constexpr Char Blank = 32;
-
-/// Character classes of the scanner. Only ASCII characters are members.
-enum CharClass : unsigned char {
-    ccLetter = 1 << 0,
-    ccWordChar = 1 << 1,         // continues a word in the letter tree
-    ccDigit = 1 << 2,
-    ccNumberChar = 1 << 3,       // continues a number
-    ccBeforeWord = 1 << 4,       // a word may start behind it
-    ccBeforeNumber = 1 << 5,     // a number may start behind it
-    ccBeforeParameter = 1 << 6,  // a parameter may start behind it
-};
-
-constexpr std::array<unsigned char, 128> MakeCharClasses()
-{
-    std::array<unsigned char, 128> table{};
-    for (int c = 'A'; c <= 'Z'; ++c) {
-        table[std::size_t(c)] |= ccLetter | ccWordChar;
-        table[std::size_t(c + 32)] |= ccLetter | ccWordChar;
-    }
-    table['_'] |= ccWordChar;
-    for (int c = '0'; c <= '9'; ++c)
-        table[std::size_t(c)] |= ccDigit | ccNumberChar;
-    table[','] |= ccNumberChar | ccBeforeWord | ccBeforeNumber | ccBeforeParameter;
-    table['.'] |= ccNumberChar | ccBeforeNumber;
-    table[' '] |= ccBeforeWord | ccBeforeNumber | ccBeforeParameter;
-    table['('] |= ccBeforeWord | ccBeforeNumber | ccBeforeParameter;
-    table[')'] |= ccBeforeWord;
-    return table;
-}
-
-constexpr std::array<unsigned char, 128> CharClasses = MakeCharClasses();
-
-bool InClass(Char c, CharClass cls) { return c < CharClasses.size() && (CharClasses[c] & cls) != 0; }
+/// Characters that continue a number: digits, the comma and the period.
+constexpr scan::CharSet NumberChars = scan::Digits | scan::CharSet(",.");
+/// Characters behind which a word, a number or a parameter may start.
+constexpr scan::CharSet BeforeWord(" (),");
+constexpr scan::CharSet BeforeNumber(" (,.");
+constexpr scan::CharSet BeforeParameter(" (,");
 
 bool IsLineEnd(Char c) { return c == CR || c == LF; }
 
-/// The child index of a word character during the walk: case-blind, '_' is 30.
-std::size_t WalkIndex(Char c) { return c >= 97 ? std::size_t(c - 97) : std::size_t(c - 65); }
-
 }  // namespace
 
-TSxSqlKeywordNodeList::~TSxSqlKeywordNodeList()
-{
-    for (auto it = FNodes.rbegin(); it != FNodes.rend(); ++it)
-        delete *it;
-}
+TSxSqlKeywordTree::TSxSqlKeywordTree() : FNodes(2) {}
 
-TSxSqlKeywordNode* TSxSqlKeywordNodeList::NewNode()
+void TSxSqlKeywordTree::Add(const String& AKeyWord)
 {
-    FNodes.push_back(nullptr);  // the slot first, so that a failed allocation leaks nothing
-    FNodes.back() = new TSxSqlKeywordNode();
-    return FNodes.back();
+    const String W = UpperCase(AKeyWord);
+    NodeIndex node = Root;
+    for (const Char c : W) {
+        const Integer index = Integer(c) - 65;
+        if (index < 0 || index > LastChildIndex)
+            throw Exception(u"Invalid Character \"" + String(1, c) + u"\" in keyword \"" + W + u"\" ");
+        NodeIndex child = FNodes[node].Children[std::size_t(index)];
+        if (child == None) {
+            child = NodeIndex(FNodes.size());
+            FNodes.emplace_back();
+            FNodes[node].Children[std::size_t(index)] = child;
+        }
+        node = child;
+    }
+    // An empty word marks the root, where no walk ends.
+    FNodes[node].EndsKeyword = true;
 }
 
 SX_DEFINE_CLASS(TSxCodeSqlParser, TSxLangParser)
 
 TSxCodeSqlParser::TSxCodeSqlParser(TComponent* aOwner) : TSxLangParser(aOwner)
 {
-    FKeywordArray = FKeywordArrayList.NewNode();
-    BuildKeywordTree();
-}
-
-void TSxCodeSqlParser::BuildKeywordTree()
-{
     for (const String& word : SxSqlKeyWords)
-        AddKeyword(word);
-}
-
-void TSxCodeSqlParser::AddKeyword(const String& AKeyWord)
-{
-    const String W = UpperCase(AKeyWord);
-    TSxSqlKeywordNode* node = FKeywordArray;
-    for (const Char c : W) {
-        const Integer index = Integer(c) - 65;
-        if (index < 0 || index > LastChildIndex)
-            throw Exception(u"Invalid Character \"" + String(1, c) + u"\" in keyword \"" + W + u"\" ");
-        TSxSqlKeywordNode*& child = node->Entries[std::size_t(index)];
-        if (!child)
-            child = FKeywordArrayList.NewNode();
-        node = child;
-    }
-    // The end mark only has to be there; an empty word marks the root, where no walk ends.
-    node->Entries[EndMark] = FKeywordArrayList.NewNode();
+        FKeywords.Add(word);
 }
 
 String TSxCodeSqlParser::GetLanguage() { return u"Sql"; }
@@ -229,101 +185,77 @@ String TSxCodeSqlParser::PeekString(Integer Count) { return PeekChars(Count); }
 bool TSxCodeSqlParser::GetNextToken(String& Token, TColor& BackGround, TColor& TextColor, TFontStyles& FontStyle,
                                     bool& LineBreak)
 {
-    const TSxSqlToken T = InternalGetNextToken(Token);
-    SetTokenPaintInfo(DrawInfo, DefaultRow, T, BackGround, TextColor, FontStyle);
-    LineBreak = T == vtLineBreak;
-    return T != vtInvalid && T != vtEndOfFile;
+    return scan::HandOut(Sql, InternalGetNextToken(Token), BackGround, TextColor, FontStyle, LineBreak);
 }
 
 TSxSqlToken TSxCodeSqlParser::InternalGetNextToken(String& Token)
 {
-    Token.clear();
     const Char C = ReadChar();
-    if (C == 0)
+    if (C == 0) {
+        Token.clear();
         return vtEndOfFile;
-    Token += C;
-    TSxSqlToken result = vtUnknown;
-    if (C == CR) {
-        if (PeekChar() == LF)
-            Token += ReadChar();
-        result = vtLineBreak;
-    } else if (C == LF) {
-        result = vtUnknown;  // a lone LF ends no line
-    } else if (FInComment) {
-        result = ReadCommentPiece(Token);  // inside a block comment nothing else is recognised
-    } else {
-        result = ScanToken(C, Token);
     }
-    FLastChar = result == vtLineBreak ? Blank : LastConsumed(Token);
+    Token.assign(1, C);
+    TSxSqlToken result = vtUnknown;  // a lone LF ends no line
+    if (C == CR) {
+        scan::TakeNext(*this, LF, Token);
+        result = vtLineBreak;
+    } else if (C != LF) {
+        // inside a block comment nothing else is recognised
+        result = FInComment ? ReadCommentPiece(Token) : ScanToken(C, Token);
+    }
+    // The last character a token consumed is the last of its text, or the
+    // control character whose token has no text.
+    FLastChar = result == vtLineBreak ? Blank : Token.empty() ? C : Token.back();
     return result;
-}
-
-Char TSxCodeSqlParser::LastConsumed(const String& Token) const
-{
-    // A push back over the start of a freshly loaded buffer leaves nothing
-    // behind the read position; the token then holds the character instead.
-    if (FPushPos < 1 && !Token.empty())
-        return Token.back();
-    return ReadCurrChar();
 }
 
 TSxSqlToken TSxCodeSqlParser::ScanToken(Char C, String& Token)
 {
     switch (C) {
     case u'/':
-        return PeekChar() == u'*' ? ReadCommentPiece(Token) : vtUnknown;
+        return scan::TakeNext(*this, u'*', Token) ? ReadCommentPiece(Token) : vtUnknown;
     case u'-':
-        return PeekChar() == u'-' ? ReadLineComment(Token) : vtUnknown;
+        if (!scan::TakeNext(*this, u'-', Token))
+            return vtUnknown;
+        scan::ReadWhile(*this, [](Char c) { return c >= Blank; }, Token);  // any control character ends it
+        return vtComment;
     case u'\'':
         return ReadQuotedValue(Token);
     case u'@':
-        return InClass(FLastChar, ccBeforeParameter) ? ReadParameter(Token) : vtUnknown;
+        if (!BeforeParameter.Contains(FLastChar))
+            return vtUnknown;
+        scan::ReadWhile(*this, [](Char c) { return c > Blank; }, Token);  // only white space ends it
+        return vtParameter;
     default:
         break;
     }
-    if (InClass(C, ccDigit))
-        return InClass(FLastChar, ccBeforeNumber) ? ReadNumber(Token) : vtUnknown;
-    if (InClass(C, ccLetter))
-        return InClass(FLastChar, ccBeforeWord) ? ReadWord(C, Token) : vtUnknown;
+    if (scan::Digits.Contains(C))
+        return BeforeNumber.Contains(FLastChar) ? ReadNumber(Token) : vtUnknown;
+    if (scan::Letters.Contains(C))
+        return BeforeWord.Contains(FLastChar) ? ReadWord(C, Token) : vtUnknown;
     if (C < Blank)
         Token.clear();  // control characters are not drawn
     return vtUnknown;
 }
 
-// One line's share of a block comment at most; Token holds what is read of it.
+// One line's share of a block comment at most; Token holds what is read of
+// it. next is the character behind Token, read ahead.
 TSxSqlToken TSxCodeSqlParser::ReadCommentPiece(String& Token)
 {
-    const Char next = PeekChar();
-    const bool closesNow = Token.back() == u'*' && next == u'/';
-    if (!closesNow && !IsLineEnd(next)) {
-        for (;;) {
-            const Char c = ReadChar();
-            Token += c;
-            if (c == 0)
-                break;
-            const Char following = PeekChar();
-            if ((c == u'*' && following == u'/') || IsLineEnd(following))
-                break;
-        }
-    }
-    if (PeekChar() == u'/') {
-        Token += ReadChar();
-        FInComment = false;
-    } else {
-        FInComment = true;
-    }
-    return vtComment;
-}
-
-// Up to the first control character, which is left in the input.
-TSxSqlToken TSxCodeSqlParser::ReadLineComment(String& Token)
-{
-    Char c = ReadChar();
-    while (c >= Blank) {
+    Char next = ReadChar();
+    bool readOn = !(Token.back() == u'*' && next == u'/') && !IsLineEnd(next);
+    while (readOn) {
+        const Char c = next;
         Token += c;
-        c = ReadChar();
+        next = ReadChar();
+        readOn = c != 0 && !(c == u'*' && next == u'/') && !IsLineEnd(next);
     }
-    PushChar(c);
+    FInComment = next != u'/';
+    if (FInComment)
+        PushChar(next);
+    else
+        Token += next;
     return vtComment;
 }
 
@@ -346,25 +278,8 @@ TSxSqlToken TSxCodeSqlParser::ReadQuotedValue(String& Token)
 // A run of digits, commas and periods is a number only if white space or ')' follows.
 TSxSqlToken TSxCodeSqlParser::ReadNumber(String& Token)
 {
-    Char c = ReadChar();
-    while (InClass(c, ccNumberChar)) {
-        Token += c;
-        c = ReadChar();
-    }
-    PushChar(c);
-    return c <= Blank || c == u')' ? vtNumber : vtUnknown;
-}
-
-// Only white space ends a parameter.
-TSxSqlToken TSxCodeSqlParser::ReadParameter(String& Token)
-{
-    Char c = ReadChar();
-    while (c > Blank) {
-        Token += c;
-        c = ReadChar();
-    }
-    PushChar(c);
-    return vtParameter;
+    const Char end = scan::ReadWhile(*this, NumberChars, Token);
+    return end <= Blank || end == u')' ? vtNumber : vtUnknown;
 }
 
 // Walks the letter tree. The letter that leads out of the tree is part of the
@@ -372,15 +287,15 @@ TSxSqlToken TSxCodeSqlParser::ReadParameter(String& Token)
 TSxSqlToken TSxCodeSqlParser::ReadWord(Char C, String& Token)
 {
     Token.clear();
-    const TSxSqlKeywordNode* node = FKeywordArray;
+    TSxSqlKeywordTree::NodeIndex node = TSxSqlKeywordTree::Root;
     Char c = C;
-    while (node && InClass(c, ccWordChar)) {
-        node = node->Entries[WalkIndex(c)];
+    while (node != TSxSqlKeywordTree::None && scan::WordStart.Contains(c)) {
+        node = FKeywords.Child(node, c);
         Token += c;
         c = ReadChar();
     }
     PushChar(c);
-    return node && node->Entries[EndMark] ? vtKeyWord : vtUnknown;
+    return node != TSxSqlKeywordTree::None && FKeywords.EndsKeyword(node) ? vtKeyWord : vtUnknown;
 }
 
 }  // namespace sx

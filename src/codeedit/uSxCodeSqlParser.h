@@ -2,9 +2,10 @@
 // numbers, parameters, line and block comments; all else is unknown text.
 #pragma once
 
-#include "uSxCodeParser.h"
+#include "codeedit/uSxCodeParser.h"
 
 #include <array>
+#include <cstdint>
 #include <vector>
 
 namespace sx {
@@ -42,28 +43,36 @@ void Finalization();
 
 }  // namespace uSxCodeSqlParser
 
-/// One node of the keyword letter tree: a child per character from 'A' (index
-/// 0) to '_' (index 30), and at index 31 the end mark of a keyword.
-struct TSxSqlKeywordNode {
-    std::array<TSxSqlKeywordNode*, 32> Entries{};
-};
-
-/// Every node of a letter tree in the order of creation; frees them from the
-/// last to the first.
-class TSxSqlKeywordNodeList {
+/// The keyword letter tree: a node for each beginning of a keyword, with a
+/// child for each character from 'A' (index 0) to '_' (index 30) and a mark
+/// where a keyword ends. The nodes stand in one array and name their children
+/// by index, so that a walk stays within a few cache lines.
+class TSxSqlKeywordTree {
 public:
-    TSxSqlKeywordNodeList() = default;
-    ~TSxSqlKeywordNodeList();
-    // Deleted so that two lists never free the same nodes.
-    TSxSqlKeywordNodeList(const TSxSqlKeywordNodeList&) = delete;
-    TSxSqlKeywordNodeList& operator=(const TSxSqlKeywordNodeList&) = delete;
+    using NodeIndex = std::uint32_t;
+    /// No node: where a walk leaves the tree.
+    static constexpr NodeIndex None = 0;
+    static constexpr NodeIndex Root = 1;
 
-    /// Makes a node with all entries empty and keeps it.
-    TSxSqlKeywordNode* NewNode();
-    Integer Count() const { return Integer(FNodes.size()); }
+    TSxSqlKeywordTree();
+
+    /// Adds a keyword in upper case; raises Exception for a character that
+    /// has no place in a node, after upper-casing anything outside 'A' to '_'.
+    void Add(const String& AKeyWord);
+    /// The child of ANode for a letter or the underscore, in either case; None when there is none.
+    NodeIndex Child(NodeIndex ANode, Char c) const
+    {
+        return FNodes[ANode].Children[c >= u'a' ? std::size_t(c - u'a') : std::size_t(c - u'A')];
+    }
+    /// Whether a keyword ends at ANode.
+    bool EndsKeyword(NodeIndex ANode) const { return FNodes[ANode].EndsKeyword; }
 
 private:
-    std::vector<TSxSqlKeywordNode*> FNodes;
+    struct Node {
+        std::array<NodeIndex, 31> Children{};
+        bool EndsKeyword = false;
+    };
+    std::vector<Node> FNodes;
 };
 
 class TSxCodeSqlParser : public TSxLangParser {
@@ -78,8 +87,6 @@ public:
                       bool& LineBreak) override;
     /// The next Count characters, left in the input.
     String PeekString(Integer Count);
-    /// The number of nodes of this parser's letter tree, end marks included.
-    Integer KeywordNodeCount() const { return FKeywordArrayList.Count(); }
 
 protected:
     void Reset() override;
@@ -89,20 +96,17 @@ protected:
     bool FInComment = false;
 
 private:
-    void BuildKeywordTree();
-    void AddKeyword(const String& AKeyWord);
     uSxCodeSqlParser::TSxSqlToken ScanToken(Char C, String& Token);
     uSxCodeSqlParser::TSxSqlToken ReadCommentPiece(String& Token);
-    uSxCodeSqlParser::TSxSqlToken ReadLineComment(String& Token);
     uSxCodeSqlParser::TSxSqlToken ReadQuotedValue(String& Token);
     uSxCodeSqlParser::TSxSqlToken ReadNumber(String& Token);
-    uSxCodeSqlParser::TSxSqlToken ReadParameter(String& Token);
     uSxCodeSqlParser::TSxSqlToken ReadWord(Char C, String& Token);
-    /// The character the token just read consumed last.
-    Char LastConsumed(const String& Token) const;
 
-    TSxSqlKeywordNode* FKeywordArray = nullptr;
-    TSxSqlKeywordNodeList FKeywordArrayList;
+    /// The keywords of SxSqlKeyWords as they were when the parser was made.
+    TSxSqlKeywordTree FKeywords;
+    /// The character the previous token consumed last; a blank behind a line
+    /// break and after Reset. Words, numbers and parameters start only behind
+    /// some characters.
     Char FLastChar = u' ';
 };
 

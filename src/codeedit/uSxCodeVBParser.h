@@ -2,7 +2,7 @@
 // handler and find handlers in script source.
 #pragma once
 
-#include "codeedit/uSxCodeParser.h"
+#include "codeedit/SxScriptParser.h"
 
 #include <array>
 
@@ -39,49 +39,20 @@ void Finalization();
 
 /// The Visual Basic colouring scanner. Its comments end with their line, so it
 /// keeps no state from line to line: it neither sets nor reads LineKind.
-class TSxCodeVBParser : public TSxLangParser {
+/// CreateMethod writes "sub Name(a, b)" or, for a function event, "function
+/// Name(a, b)", with an empty body and "end sub rem Name" behind it.
+class TSxCodeVBParser : public TSxScriptParser<uSxCodeVBParser::TVBToken> {
     SX_DECLARE_CLASS
 public:
-    explicit TSxCodeVBParser(TComponent* AOwner);
-
-    String GetLanguage() override;
-    /// Also calls GetPaintInfo: once with the row's colours for a token that
-    /// stands in a row of DrawInfo, then once more for every token.
-    bool GetNextToken(String& AToken, TColor& BackGround, TColor& TextColor, TFontStyles& FontStyle,
-                      bool& LineBreak) override;
-
-    /// "sub Name(a, b)" or, for a function event, "function Name(a, b)", with
-    /// an empty body and "end sub rem Name" behind it.
-    String CreateMethod(TObject* AInstance, const String& APropName, String& aName) override;
-    String GetSameMethods(TObject* AInstance, const String& APropName) override;
-    Integer MethodLineNr(const String& AMethodName) override;
-
-protected:
-    /// The next token: its kind, with its text in AToken.
-    uSxCodeVBParser::TVBToken InternalGetNextToken(String& AToken);
-    /// The next token that a method scan looks at: line breaks, unknown
-    /// characters, comments, "ByVal" and "ByRef" are skipped.
-    uSxCodeVBParser::TVBToken GetNextRealToken(String& AToken);
-
-    // The readers append what they read to AText, so that one token text is
-    // reused from call to call instead of building a string per token.
-
-    /// Appends the hexadecimal digits behind "$".
-    virtual void ReadHexNumber(String& AText);
-    /// Appends a string's text behind its opening quote, the closing quote included.
-    virtual void ReadString(String& AText);
-    /// Appends a comment's text behind its opening, up to the end marker (one
-    /// character) or the end of input, and gives the marker back to the input.
-    virtual void ReadRemark(const String& AEnd, String& AText);
-    /// Appends the rest of a number behind its first digit; sets AToken to vtFloat for a real number.
-    virtual void ReadNumber(uSxCodeVBParser::TVBToken& AToken, String& AText);
-    /// Appends the rest of a word behind its first character.
-    virtual void ReadIdentifier(String& AText);
-
-private:
-    uSxCodeVBParser::TVBToken ScanToken(Char c, String& AToken);
-    uSxCodeVBParser::TVBToken ScanWord(String& AToken);
-    uSxCodeVBParser::TVBToken ScanParenStarRemark(String& AToken);
+    using TSxScriptParser::TSxScriptParser;
 };
+
+template <>
+const ScriptLanguage<uSxCodeVBParser::TVBToken> TSxScriptParser<uSxCodeVBParser::TVBToken>::Script;
+template <>
+uSxCodeVBParser::TVBToken TSxScriptParser<uSxCodeVBParser::TVBToken>::ScanOwnToken(Char c, String& AToken);
+template <>
+void TSxScriptParser<uSxCodeVBParser::TVBToken>::ReadRemark(const String& AEnd, String& AText);
+extern template class TSxScriptParser<uSxCodeVBParser::TVBToken>;
 
 }  // namespace sx

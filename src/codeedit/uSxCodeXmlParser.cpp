@@ -1,6 +1,8 @@
 // The XML tokenizer: one character per token, its kind given by the state,
 // with comments, processing instructions and the CDATA marks read whole.
-#include "uSxCodeXmlParser.h"
+#include "codeedit/uSxCodeXmlParser.h"
+
+#include "codeedit/SxScanner.h"
 
 namespace sx {
 
@@ -45,6 +47,9 @@ constexpr std::array<TSxXmlToken, 6> StateDefaultToken = {
     vtAttrValue,       // pAttrValue
     vtCDATACharacters  // pCDATA
 };
+
+constexpr scan::Language<TSxXmlToken, 8> Xml{&DrawInfo,   DrawInfoDefaultRow, vtInvalid,
+                                             vtLineBreak, vtEndOfFile,        vtComment};
 
 /// Line breaks come out with this text; it is never drawn.
 const Char* const LineBreakText = u"~~";
@@ -112,10 +117,10 @@ TSxXmlToken TSxCodeXMLParser::InternalGetNextToken(String& Token)
         return FParseInfo == pElement ? ReadProcessing(Token) : byState;
     case u']':
         return FParseInfo == pCDATA ? ReadCDATAEnd(Token) : byState;
-    case 13:
+    case scan::CR:
         return ReadLineBreak(Token);
     default:
-        if (c < 32)
+        if (c < scan::Blank)
             Token.clear();  // tabs, lone LFs and other controls take no room
         return byState;
     }
@@ -173,8 +178,7 @@ TSxXmlToken TSxCodeXMLParser::ReadCDATAEnd(String& Token)
 
 TSxXmlToken TSxCodeXMLParser::ReadLineBreak(String& Token)
 {
-    if (PeekChar() == 10)
-        ReadChar();
+    scan::TakeNext(*this, scan::LF, Token);
     Token = LineBreakText;
     return vtLineBreak;
 }
@@ -182,10 +186,7 @@ TSxXmlToken TSxCodeXMLParser::ReadLineBreak(String& Token)
 bool TSxCodeXMLParser::GetNextToken(String& Token, TColor& BackGround, TColor& TextColor, TFontStyles& FontStyle,
                                     bool& LineBreak)
 {
-    const TSxXmlToken kind = InternalGetNextToken(Token);
-    SetTokenPaintInfo(DrawInfo, DrawInfoDefaultRow, kind, BackGround, TextColor, FontStyle);
-    LineBreak = kind == vtLineBreak;
-    return kind != vtInvalid && kind != vtEndOfFile;
+    return scan::HandOut(Xml, InternalGetNextToken(Token), BackGround, TextColor, FontStyle, LineBreak);
 }
 
 }  // namespace sx

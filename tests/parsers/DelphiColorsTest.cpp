@@ -1,9 +1,8 @@
 // The highlight colours of an installed Delphi IDE: reading one element from
 // a registry file, and the Pascal colour table taking them over.
 #include "codeedit/uSxCodePascalParser.h"
+#include "parsers/ParserTestSupport.h"
 #include "platform/Registry.h"
-
-#include <gtest/gtest.h>
 
 #ifndef _WIN32
 
@@ -11,11 +10,11 @@
 
 #include <string>
 
+namespace {
+
 using namespace sx;
 using namespace sx::uSxCodePascalParser;
 using sx::test::TempRegistryFile;
-
-namespace {
 
 const std::string Delphi7 = R"(Windows Registry Editor Version 5.00
 [HKEY_CURRENT_USER\Software\Borland\Delphi\7.0]
@@ -25,9 +24,9 @@ const std::string Delphi7 = R"(Windows Registry Editor Version 5.00
 )";
 
 /// Delphi 7 installed, with one highlight element, "Comment", of these values.
-std::string WithComment(const std::string& values)
+std::string WithComment(const std::string& AValues)
 {
-    return Delphi7 + "[HKEY_CURRENT_USER\\Software\\Borland\\Delphi\\7.0\\Editor\\Highlight\\Comment]\n" + values;
+    return Delphi7 + "[HKEY_CURRENT_USER\\Software\\Borland\\Delphi\\7.0\\Editor\\Highlight\\Comment]\n" + AValues;
 }
 
 struct Element {
@@ -36,19 +35,16 @@ struct Element {
     TFontStyles Style{TFontStyle::fsBold, TFontStyle::fsStrikeOut};
 };
 
-Element ReadElement(const std::string& values, const String& section = u"Comment")
+/// The element ASection read from Delphi 7 with "Comment" of these values;
+/// AOldIndexes puts the two old palette indexes (0), which an IDE always
+/// writes, in front of them.
+Element ReadElement(const std::string& AValues, const String& ASection = u"Comment", bool AOldIndexes = true)
 {
-    TempRegistryFile file(WithComment(values));
+    const std::string old = "\"Background Color\"=dword:00000000\n\"Foreground Color\"=dword:00000000\n";
+    TempRegistryFile file(WithComment((AOldIndexes ? old : "") + AValues));
     Element e;
-    GetPaintInfoFromDelphi(7, section, e.BackGround, e.TextColor, e.Style);
+    GetPaintInfoFromDelphi(7, ASection, e.BackGround, e.TextColor, e.Style);
     return e;
-}
-
-/// The element "Comment" with these values behind the two old palette
-/// indexes (0), which an IDE always writes; a later value replaces them.
-Element ReadComment(const std::string& values)
-{
-    return ReadElement("\"Background Color\"=dword:00000000\n\"Foreground Color\"=dword:00000000\n" + values);
 }
 
 /// DrawInfo is shared by the whole process: every test gets it back as it was.
@@ -58,15 +54,12 @@ protected:
     decltype(DrawInfo) FSaved = DrawInfo;
 };
 
-}  // namespace
-
 TEST_F(DelphiColors, UnknownVersionLeavesTheTableAlone)
 {
     TempRegistryFile file(Delphi7);
     EXPECT_TRUE(DelphiKnown(7));
     EXPECT_FALSE(DelphiKnown(8));  // an empty App
-    TSxCodePascalParser parser(nullptr);
-    parser.SetDelphiVersion(6);
+    TSxCodePascalParser(nullptr).SetDelphiVersion(6);
     for (std::size_t row = 0; row < DrawInfo.size(); ++row) {
         const TSxPascalInfo &now = DrawInfo[row], &before = FSaved[row];
         EXPECT_TRUE(now.BckColor == before.BckColor && now.TextColor == before.TextColor && now.Style == before.Style);
@@ -80,37 +73,31 @@ TEST_F(DelphiColors, FlagsAreIntegersOrTheWordTrue)
         {R"("Bold"="yes")", false},         {R"("Bold"="")", false},    {"", false},
     };
     for (const auto& [values, bold] : cases) {
-        const Element e = ReadComment(values);
+        const Element e = ReadElement(values);
         EXPECT_EQ(e.Style.Contains(TFontStyle::fsBold), bold) << values;
         EXPECT_TRUE(e.Style.Contains(TFontStyle::fsStrikeOut)) << values;
     }
-    const Element e = ReadComment("\"Italic\"=\"True\"\n\"Underline\"=dword:00000002");
-    EXPECT_EQ(e.Style, (TFontStyles{TFontStyle::fsItalic, TFontStyle::fsUnderline, TFontStyle::fsStrikeOut}));
+    EXPECT_EQ(ReadElement("\"Italic\"=\"True\"\n\"Underline\"=dword:00000002").Style,
+              (TFontStyles{TFontStyle::fsItalic, TFontStyle::fsUnderline, TFontStyle::fsStrikeOut}));
 }
 
 TEST_F(DelphiColors, ColoursAreIdentifiersOrPaletteIndexes)
 {
     const std::pair<std::string, TColor> cases[] = {
-        {R"("Background Color New"="clMoneyGreen")", clMoneyGreen},
-        {R"("Background Color New"="7")", 0x808080},
-        {R"("Background Color New"=dword:00000009)", 0x0000FF},
-        {R"("Background Color New"="16")", clWindow},
+        {R"("Background Color New"="clMoneyGreen")", clMoneyGreen}, {R"("Background Color New"="7")", 0x808080},
+        {R"("Background Color New"=dword:00000009)", 0x0000FF}, {R"("Background Color New"="16")", clWindow},
         {R"("Background Color New"="banana")", clWindow},
-        // Without the new value the older palette index is taken.
+        // without the new value the older palette index is taken
         {"\"Background Color\"=dword:0000000c", 0xFF0000},
         {"\"Background Color New\"=\"\"\n\"Background Color\"=dword:00000000", 0x000000},
         {"\"Background Color\"=dword:00000010", clWindow},
         {"\"Background Color New\"=\"clTeal\"\n\"Background Color\"=dword:00000001", clTeal},
     };
     for (const auto& [values, colour] : cases)
-        EXPECT_EQ(ReadComment(values).BackGround, colour) << values;
-
-    const Element byDefault = ReadComment(R"("Default ForeGround"="True"
-"Foreground Color New"="clRed"
-"Default Background"=dword:00000001
-"Background Color New"="clRed")");
-    EXPECT_EQ(byDefault.TextColor, clWindowText);
-    EXPECT_EQ(byDefault.BackGround, clWindow);
+        EXPECT_EQ(ReadElement(values).BackGround, colour) << values;
+    const Element byDefault = ReadElement("\"Default ForeGround\"=\"True\"\n\"Foreground Color New\"=\"clRed\"\n"
+                                          "\"Default Background\"=dword:00000001\n\"Background Color New\"=\"clRed\"");
+    EXPECT_TRUE(byDefault.TextColor == clWindowText && byDefault.BackGround == clWindow);
 }
 
 TEST_F(DelphiColors, MissingElementGivesTheSystemColours)
@@ -118,35 +105,26 @@ TEST_F(DelphiColors, MissingElementGivesTheSystemColours)
     const Element e = ReadElement("", u"No such element");
     EXPECT_TRUE(e.BackGround == clWindow && e.TextColor == clWindowText);
     EXPECT_EQ(e.Style, TFontStyles{TFontStyle::fsStrikeOut});
-    // An element with no colour at all has no old palette index either: the
-    // registry reader reports the missing integer.
-    EXPECT_THROW(ReadElement(R"("Bold"="True")"), ERegistryException);
+    // an element with no colour at all has no old palette index either: the
+    // registry reader reports the missing integer
+    EXPECT_THROW(ReadElement(R"("Bold"="True")", u"Comment", false), ERegistryException);
 }
 
 TEST_F(DelphiColors, VersionRecoloursEveryPascalParser)
 {
-    TempRegistryFile file(WithComment(R"("Bold"="True"
-"Background Color New"="clBlack"
-"Foreground Color New"="clLime")"));
+    TempRegistryFile file(WithComment("\"Bold\"=\"True\"\n\"Background Color New\"=\"clBlack\"\n"
+                                      "\"Foreground Color New\"=\"clLime\""));
     DrawInfo[5].Name.clear();  // a row without a name is left alone
-    TSxCodePascalParser first(nullptr);
-    TSxCodePascalParser second(nullptr);
+    TSxCodePascalParser first(nullptr), second(nullptr);
     first.SetDelphiVersion(7);
-
-    second.SetOnGetNewBuffer([](bool reset, String& s) {
-        s = u"{x}";  // a comment, again and again
-        return !reset;
-    });
-    String token;
-    TColor back = 0, text = 0;
-    TFontStyles style;
-    bool lineBreak = false;
-    ASSERT_TRUE(second.GetNextToken(token, back, text, style, lineBreak));
-    EXPECT_TRUE(token == u"{x}" && back == clBlack && text == clLime && style == TFontStyles{TFontStyle::fsBold});
-
-    // Elements the IDE does not list fall back on the system colours.
+    sx::test::FeedOnce(second, u"{x}");
+    const sx::test::Painted comment = sx::test::Paint(second);
+    EXPECT_TRUE(comment.Back == clBlack && comment.Fore == clLime && comment.Style == TFontStyles{TFontStyle::fsBold});
+    // elements the IDE does not list fall back on the system colours
     EXPECT_TRUE(DrawInfo[7].BckColor == clWindow && DrawInfo[7].TextColor == clWindowText);
     EXPECT_TRUE(DrawInfo[5].BckColor == FSaved[5].BckColor && DrawInfo[5].Style == FSaved[5].Style);
 }
+
+}  // namespace
 
 #endif

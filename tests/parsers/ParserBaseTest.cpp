@@ -1,243 +1,130 @@
 // The parser base: both feeds, push-back, line counting and the base tokenizer.
 #include "codeedit/uSxCodeParser.h"
-#include "parsers/ScriptTestSupport.h"
+#include "parsers/ParserTestSupport.h"
 
-#include <deque>
-
-using namespace sx;
-using sxtest::Utf16Stream;
 
 namespace {
 
-/// A callback feed that hands out the given pieces, then answers False.
-struct PieceFeed {
-    std::deque<String> pieces;
-    int resets = 0;
-    int calls = 0;
-    bool operator()(bool reset, String& s)
+using namespace sx;
+using sx::test::Paint;
+using sx::test::Utf16Stream;
+
+/// A base parser on a feed of the pieces.
+struct ParserBase : testing::Test {
+    void Feed(std::deque<String> APieces)
     {
-        if (reset) {
-            ++resets;
-            return true;
-        }
-        ++calls;
-        if (pieces.empty())
-            return false;
-        s = pieces.front();
-        pieces.pop_front();
-        return true;
+        feed.Pieces = std::move(APieces);
+        parser.SetOnGetNewBuffer(std::ref(feed));
     }
+    /// The next token's text, with "|" for a line break; checks the base's colours.
+    String Next()
+    {
+        const sx::test::Painted t = Paint(parser);
+        EXPECT_TRUE(t.More && t.Back == clWindow && t.Fore == clWindowText && t.Style.Empty());
+        return t.LineBreak ? t.Text + u"|" : t.Text;
+    }
+    String Read(int ACount)
+    {
+        String read;
+        while (ACount-- > 0)
+            read += parser.ReadChar();
+        return read;
+    }
+    TSxLangParser parser{nullptr};
+    sx::test::PieceFeed feed;
 };
 
-struct Token {
-    String text;
-    bool lineBreak;
-    bool result;
-};
-
-Token Next(TSxLangParser& p)
+TEST_F(ParserBase, BaseTokenizerSplitsLinesAndKeepsTextBeforeTheEnd)
 {
-    Token t{};
-    TColor back = 0, fore = 0;
-    TFontStyles style{TFontStyle::fsBold};
-    t.result = p.GetNextToken(t.text, back, fore, style, t.lineBreak);
-    EXPECT_EQ(back, clWindow);
-    EXPECT_EQ(fore, clWindowText);
-    EXPECT_TRUE(style.Empty());
-    return t;
-}
-
-}  // namespace
-
-TEST(ParserBase, BaseTokenizerSplitsLinesAndKeepsTextBeforeTheEnd)
-{
-    TSxLangParser p(nullptr);
-    PieceFeed feed{{u"a\r\n\r\nb"}};
-    p.SetOnGetNewBuffer(std::ref(feed));
-    const Token t1 = Next(p), t2 = Next(p), t3 = Next(p), t4 = Next(p);
-    EXPECT_EQ(t1.text, u"a");
-    EXPECT_FALSE(t1.lineBreak);
-    EXPECT_TRUE(t2.lineBreak && t2.text.empty());
-    EXPECT_TRUE(t3.lineBreak && t3.text.empty());
-    EXPECT_EQ(t4.text, u"b");
-    EXPECT_TRUE(t4.lineBreak);
-    EXPECT_TRUE(t1.result && t2.result && t3.result && t4.result);
-}
-
-TEST(ParserBase, WithoutAFeedTheEndComesForEver)
-{
-    TSxLangParser p(nullptr);
-    EXPECT_EQ(p.ReadChar(), 0);
-    for (int i = 0; i < 3; ++i) {
-        const Token t = Next(p);
-        EXPECT_TRUE(t.result);
-        EXPECT_TRUE(t.lineBreak);
+    const std::pair<String, std::vector<String>> cases[] = {
+        {u"a\r\n\r\nb", {u"a", u"|", u"|", u"b|"}},
+        {u"ab\ncd\ref", {u"abcd", u"|", u"ef|"}},  // a lone LF ends no line, a lone CR does
+        {String(u"ab") + Char(0) + u"cd", {u"ab|", u"cd|"}},  // character 0 ends a token, reading goes on
+    };
+    for (const auto& [text, tokens] : cases) {
+        Feed({text});
+        for (const String& token : tokens)
+            EXPECT_EQ(Next(), token) << StrToUtf8(text);
     }
+    TSxLangParser unfed(nullptr);  // without a feed the end comes for ever
+    String name = u"kept";
+    EXPECT_TRUE(unfed.ReadChar() == 0 && unfed.CreateMethod(nullptr, u"OnClick", name).empty() && name == u"kept");
+    EXPECT_TRUE(unfed.GetSameMethods(nullptr, u"OnClick").empty() && unfed.MethodLineNr(u"x") == -1);
+    for (int i = 0; i < 3; ++i)
+        EXPECT_TRUE(Paint(unfed).More && Paint(unfed).LineBreak);
 }
 
-TEST(ParserBase, LoneCrEndsALineAndLoneLfDoesNot)
+TEST_F(ParserBase, EveryReadThatFindsNothingAsksTheCallbackAgain)
 {
-    TSxLangParser p(nullptr);
-    PieceFeed feed{{u"ab\ncd\ref"}};
-    p.SetOnGetNewBuffer(std::ref(feed));
-    EXPECT_EQ(Next(p).text, u"abcd");
-    EXPECT_TRUE(Next(p).lineBreak);
-    EXPECT_EQ(Next(p).text, u"ef");
+    Feed({u"", u"x"});
+    EXPECT_EQ(Read(4), String(1, Char(0)) + u"x" + Char(0) + Char(0));  // an empty piece, then exhausted
+    EXPECT_EQ(feed.Calls, 4);
+    Feed({});
+    EXPECT_TRUE(parser.PeekChar() == 0 && parser.ReadChar() == 0);  // a peek at the end leaves a terminator
+    EXPECT_EQ(feed.Calls, 5);
 }
 
-TEST(ParserBase, CharacterZeroInsideTheInputEndsATokenAndReadingGoesOn)
+TEST_F(ParserBase, ResetAsksTheCallbackOnceAndKeepsTheLineToLineState)
 {
-    TSxLangParser p(nullptr);
-    PieceFeed feed{{String(u"ab") + Char(0) + u"cd"}};
-    p.SetOnGetNewBuffer(std::ref(feed));
-    const Token first = Next(p);
-    EXPECT_EQ(first.text, u"ab");
-    EXPECT_TRUE(first.lineBreak);
-    EXPECT_EQ(Next(p).text, u"cd");
+    parser.SetInputStream(Utf16Stream(u"s"), true);
+    Feed({u"abc"});  // the callback has priority over the stream
+    parser.ReadChar();
+    parser.SetLineKind(7);
+    parser.SetRemarkEnd(u"*)");
+    parser.SetInRemark(true);
+    parser.SetEndLines(true);
+    parser.ResetBuffer();
+    EXPECT_TRUE(feed.Resets == 1 && parser.ReadChar() == u'a' && parser.LineNr() == 1);
+    EXPECT_TRUE(parser.LineKind() == 7 && parser.RemarkEnd() == u"*)" && parser.InRemark() && parser.EndLines());
 }
 
-TEST(ParserBase, EveryReadThatFindsNothingAsksTheCallbackAgain)
+TEST_F(ParserBase, StreamsAreReadInBlocksThatAShortReadEnds)
 {
-    TSxLangParser p(nullptr);
-    PieceFeed feed{{u"", u"x"}};
-    p.SetOnGetNewBuffer(std::ref(feed));
-    EXPECT_EQ(p.ReadChar(), 0);  // an empty piece
-    EXPECT_EQ(p.ReadChar(), u'x');
-    EXPECT_EQ(p.ReadChar(), 0);  // exhausted
-    EXPECT_EQ(p.ReadChar(), 0);
-    EXPECT_EQ(feed.calls, 4);
-}
-
-TEST(ParserBase, CallbackHasPriorityOverTheStream)
-{
-    TSxLangParser p(nullptr);
-    p.SetInputStream(Utf16Stream(u"s"), true);
-    PieceFeed feed{{u"c"}};
-    p.SetOnGetNewBuffer(std::ref(feed));
-    p.ResetBuffer();
-    EXPECT_EQ(p.ReadChar(), u'c');
-}
-
-TEST(ParserBase, ResetAsksTheCallbackOnceAndKeepsTheLineToLineState)
-{
-    TSxLangParser p(nullptr);
-    PieceFeed feed{{u"abc"}};
-    p.SetOnGetNewBuffer(std::ref(feed));
-    p.ReadChar();
-    p.SetLineKind(7);
-    p.SetRemarkEnd(u"*)");
-    p.SetInRemark(true);
-    p.SetEndLines(true);
-    p.ResetBuffer();
-    EXPECT_EQ(feed.resets, 1);
-    EXPECT_EQ(p.LineNr(), 1);
-    EXPECT_EQ(p.LineKind(), 7);
-    EXPECT_EQ(p.RemarkEnd(), u"*)");
-    EXPECT_TRUE(p.InRemark() && p.EndLines());
-}
-
-TEST(ParserBase, ShortStreamEndsInATerminatorAndIsReadAgainAtTheEnd)
-{
-    TSxLangParser p(nullptr);
     auto* stream = Utf16Stream(u"abc");
-    p.SetInputStream(stream, true);
-    EXPECT_EQ(p.ReadChar(), u'a');
-    EXPECT_EQ(p.ReadChar(), u'b');
-    EXPECT_EQ(p.ReadChar(), u'c');
-    EXPECT_EQ(p.ReadChar(), 0);
-    EXPECT_EQ(p.ReadChar(), 0);  // a new load: an empty read and its terminator
-    EXPECT_EQ(stream->Position(), 6);
+    parser.SetInputStream(stream, true);
+    // then a new load: an empty read and its terminator
+    EXPECT_TRUE(Read(5) == String(u"abc") + Char(0) + Char(0) && stream->Position() == 6);
+    parser.SetInputStream(Utf16Stream(String(4096, u'x')), true);
+    EXPECT_EQ(Read(4097), String(4096, u'x') + Char(0));  // no terminator in a full first block
+    // an odd last byte is dropped; low byte first; a reset rewinds
+    parser.SetInputStream(new TMemoryStream({0xAC, 0x20, '!'}), true);
+    EXPECT_EQ(Read(2), String(u"\u20AC") + Char(0));
+    parser.ResetBuffer();
+    EXPECT_EQ(parser.ReadChar(), u'\u20AC');
 }
 
-TEST(ParserBase, StreamOfExactlyOneBlockHasNoTerminatorInTheFirstLoad)
-{
-    TSxLangParser p(nullptr);
-    p.SetInputStream(Utf16Stream(String(4096, u'x')), true);
-    for (int i = 0; i < 4096; ++i)
-        ASSERT_EQ(p.ReadChar(), u'x') << i;
-    EXPECT_EQ(p.ReadChar(), 0);
-}
-
-TEST(ParserBase, StreamDropsAnOddLastByteReadsLowByteFirstAndRewindsOnReset)
-{
-    TSxLangParser p(nullptr);
-    p.SetInputStream(new TMemoryStream({0xAC, 0x20, '!'}), true);
-    EXPECT_EQ(p.ReadChar(), u'\u20AC');
-    EXPECT_EQ(p.ReadChar(), 0);
-    p.ResetBuffer();
-    EXPECT_EQ(p.ReadChar(), u'\u20AC');
-}
-
-TEST(ParserBase, SetInputStreamFreesAnOwnedStreamAndKeepsAForeignOne)
+TEST_F(ParserBase, SetInputStreamFreesAnOwnedStreamAndKeepsAForeignOne)
 {
     struct Tracked : TMemoryStream {
-        bool* freed;
-        explicit Tracked(bool* f) : freed(f) {}
-        ~Tracked() override { *freed = true; }
+        bool* Freed;
+        explicit Tracked(bool* AFreed) : Freed(AFreed) {}
+        ~Tracked() override { *Freed = true; }
     };
     bool ownedFreed = false, foreignFreed = false;
     auto* foreign = new Tracked(&foreignFreed);
-    {
-        TSxLangParser p(nullptr);
-        p.SetInputStream(new Tracked(&ownedFreed), true);
-        p.SetInputStream(foreign, false);
-        EXPECT_TRUE(ownedFreed);
-    }
+    parser.SetInputStream(new Tracked(&ownedFreed), true);
+    parser.SetInputStream(foreign, false);
+    EXPECT_TRUE(ownedFreed);
+    parser.SetInputStream(nullptr, false);
     EXPECT_FALSE(foreignFreed);
     delete foreign;
 }
 
-TEST(ParserBase, LineNumberCountsLfOnReadAndPush)
+TEST_F(ParserBase, PushesNeedNotBeWhatWasReadAndLineNumbersCountLfBothWays)
 {
-    TSxLangParser p(nullptr);
-    PieceFeed feed{{u"\r\nx"}};
-    p.SetOnGetNewBuffer(std::ref(feed));
-    EXPECT_EQ(p.ReadChar(), u'\r');
-    EXPECT_EQ(p.PeekChar(), u'\n');
-    EXPECT_EQ(p.LineNr(), 1);
-    EXPECT_EQ(p.ReadChar(), u'\n');
-    EXPECT_EQ(p.LineNr(), 2);
-    p.PushChar(u'\n');
-    EXPECT_EQ(p.LineNr(), 1);
-    // a push in front of the buffer counts too
-    p.ResetBuffer();
-    p.PushChar(u'\n');
-    EXPECT_EQ(p.LineNr(), 0);
+    Feed({u"xyz\r\n"});
+    EXPECT_EQ(parser.ReadChar(), u'x');
+    parser.PushChar(u'q');
+    EXPECT_EQ(parser.ReadChar(), u'q');
+    parser.PushStr(u"abc");  // more than was read: the surplus goes in front of the buffer
+    EXPECT_EQ(Read(6), u"abcyz\r");
+    EXPECT_TRUE(parser.ReadCurrChar() == u'\r' && parser.PeekChar() == u'\n' && parser.LineNr() == 1);
+    EXPECT_TRUE(parser.ReadChar() == u'\n' && parser.LineNr() == 2);
+    parser.PushChar(u'\n');
+    EXPECT_EQ(parser.LineNr(), 1);
+    parser.ResetBuffer();
+    parser.PushChar(u'\n');  // a push in front of the buffer counts too
+    EXPECT_EQ(parser.LineNr(), 0);
 }
 
-TEST(ParserBase, PushesNeedNotBeWhatWasReadAndMayGoInFrontOfTheBuffer)
-{
-    TSxLangParser p(nullptr);
-    PieceFeed feed{{u"xyz"}};
-    p.SetOnGetNewBuffer(std::ref(feed));
-    EXPECT_EQ(p.ReadChar(), u'x');
-    p.PushChar(u'q');
-    EXPECT_EQ(p.ReadChar(), u'q');
-    p.PushStr(u"abc");
-    String read;
-    for (int i = 0; i < 5; ++i)
-        read += p.ReadChar();
-    EXPECT_EQ(read, u"abcyz");
-    EXPECT_EQ(p.ReadCurrChar(), u'z');
-}
-
-TEST(ParserBase, PeekAtTheEndLeavesATerminatorToRead)
-{
-    TSxLangParser p(nullptr);
-    PieceFeed feed;
-    p.SetOnGetNewBuffer(std::ref(feed));
-    EXPECT_EQ(p.PeekChar(), 0);
-    EXPECT_EQ(feed.calls, 1);
-    EXPECT_EQ(p.ReadChar(), 0);
-    EXPECT_EQ(feed.calls, 1);
-}
-
-TEST(ParserBase, ClassReferenceBuildsTheParserWithItsOwner)
-{
-    TComponent owner(nullptr);
-    const TSxLangParserClass cls(TSxLangParser::ClassInfo());
-    TSxLangParser* p = cls.Create(&owner);
-    EXPECT_EQ(p->Owner(), &owner);
-    EXPECT_EQ(p->ClassName(), u"TSxLangParser");
-    EXPECT_THROW(TSxLangParserClass{TComponent::ClassInfo()}, EInvalidOperation);
-}
+}  // namespace

@@ -1,0 +1,235 @@
+// What the five language scanners share, checked on each: line ends and the
+// end of input, a comment closed by the end of input, comments with EndLines
+// off, number forms, colours from the language's table, and the unit's start
+// and stop.
+#include "codeedit/uSxCodeJSParser.h"
+#include "codeedit/uSxCodePascalParser.h"
+#include "codeedit/uSxCodeSqlParser.h"
+#include "codeedit/uSxCodeVBParser.h"
+#include "codeedit/uSxCodeXmlParser.h"
+#include "parsers/ParserTestSupport.h"
+
+namespace {
+
+using namespace sx;
+using namespace sx::test;
+using namespace std::string_literals;
+using Cases = std::vector<std::pair<String, std::string>>;
+
+/// Per language: its unit, a line with the row of DrawInfo each of its tokens
+/// is painted from (the line break last), a comment the end of input closes,
+/// a comment over two lines read with EndLines False, and short texts,
+/// number forms among them, with their tokens as {kind}text, kinds by their numbers.
+struct PascalCase : Scanner<TSxCodePascalParser, uSxCodePascalParser::ptEndOfFile, uSxCodePascalParser::ptLineBreak> {
+    static constexpr auto& DrawInfo = uSxCodePascalParser::DrawInfo;
+    static constexpr auto Start = &uSxCodePascalParser::Initialization, Stop = &uSxCodePascalParser::Finalization;
+    static inline const String ClassName = u"TsxCodePasParser", Language = u"Pascal", ColourLine = u"begin 'a' {c} x #1.5 $f;";
+    static inline const std::vector<std::size_t> ColourRows{1, 0, 2, 0, 3, 0, 4, 0, 5, 0, 0, 6, 7, 0};
+    static constexpr bool EndLinesMatter = true;
+    static inline const String OpenComment = u"(* abc", LinesComment = u"{a\r\nb}c";
+    static inline const std::string OpenCommentTokens = "{40}(* abc",
+                                     LinesCommentTokens = "{40}{a\r\nb}{35}c";
+    static inline const Cases Texts{
+        // number forms
+        {u"1..5 1.5 $fg 1e5", "{38}1{49}..{38}5{6} {39}1.5{6} {38}$f{35}g{6} {38}1{35}e5"},
+        // operators take a second character only when it fits
+        {u"<=<><<=", "{53}<={51}<>{52}<{53}<="}, {u">=>:=:...", "{55}>={54}>{56}:={47}:{49}..{48}."},
+        {u"(#@^", "{57}({62}#{63}@{61}^"}, {u"#13#10", "{62}#{38}13{62}#{38}10"},
+        // keywords are case-blind whole words; "object" is a class
+        {u"Begin CONSTRUCTOR const", "{18}Begin{6} {12}CONSTRUCTOR{6} {43}const"},
+        {u"object AS interface end.", "{27}object{6} {7}AS{6} {33}interface{6} {19}end{48}."},
+        {u"repeat CONSTX _end end1 Zend", "{35}repeat{6} {35}CONSTX{6} {35}_end{6} {35}end1{6} {35}Zend"},
+        {u"'it''s'x''", "{36}'it''s'{35}x{36}''"}, {u"a  \t b", "{35}a{6}  {0}\t{6} {35}b"},
+        {String(u"a") + Char(8), "{35}a{6}    "},
+        {u"caf\u00E9x\u4E00!\"%&?\\`|}~", "{35}caf{0}\u00E9{35}x{0}\u4E00{0}!{0}\"{0}%{0}&{0}?{0}\\{0}`{0}|{0}}{0}~"},
+        // comments do not nest
+        {u"(* { *)x{ (* }x(* ) * *)", "{40}(* { *){35}x{40}{ (* }{35}x{40}(* ) * *)"},
+    };
+};
+
+struct VBCase : Scanner<TSxCodeVBParser, uSxCodeVBParser::vtEndOfFile, uSxCodeVBParser::vtLineBreak> {
+    static constexpr auto& DrawInfo = uSxCodeVBParser::DrawInfo;
+    static constexpr auto Start = &uSxCodeVBParser::Initialization, Stop = &uSxCodeVBParser::Finalization;
+    static inline const String ClassName = u"TSxCodeVBParser", Language = u"Visual Basic", ColourLine = u"Dim x = 1 ' c";
+    static inline const std::vector<std::size_t> ColourRows{1, 0, 4, 0, 6, 0, 5, 0, 3, 0};
+    static constexpr bool EndLinesMatter = false;
+    static inline const String OpenComment = u"' abc", LinesComment = u"' a\r\nb";
+    // the line end goes back to the input, also at the end of input
+    static inline const std::string OpenCommentTokens = "{57}' abc{0}\r";
+    static inline const std::string LinesCommentTokens = "{57}' a{0}\r{4}b";
+    static inline const Cases Texts{
+        // number forms
+        {u"1..5 1.5 $fg 1e5", "{55}1{62}..{55}5{1} {56}1.5{1} {55}$f{4}g{1} {55}1{4}e5"},
+        {u"x<=<><", "{4}x{66}<={64}<>{65}<"}, {u"<<=>=>", "{65}<{66}<={68}>={67}>"},
+        {u"...\\[: \t", "{62}..{61}.{77}\\{71}[{1}:{1} {1}\t"}, {u"!#%?@{\u00E9", "{1}!{1}#{1}%{1}?{1}@{1}{{1}\u00E9"},
+        {u"x.End", "{4}x{61}.{7}End"}, {u"1.2.3", "{56}1.2{61}.{55}3"}, {u"&H10", "{52}&{4}H10"},
+        {u"\"a\"\"b\"x", "{53}\"a\"\"b\"{4}x"},
+        // keywords are case-blind whole words
+        {u"ByVal BYREF end exit", "{27}ByVal{1} {28}BYREF{1} {7}end{1} {17}exit"},
+        {u"each else elseif executeglobal", "{21}each{1} {31}else{1} {32}elseif{1} {20}executeglobal"},
+        {u"And Nothing Remark Rem1 _end ends", "{4}And{1} {4}Nothing{1} {4}Remark{1} {4}Rem1{1} {4}_end{1} {4}ends"},
+        // "(*" is no Visual Basic; it is a comment within its line, handed out whole
+        {u"a(* note *)b", "{4}a{57}(* note *){4}b"},
+    };
+};
+
+struct JSCase : Scanner<TSxCodeJSParser, uSxCodeJSParser::vtEndOfFile, uSxCodeJSParser::vtLineBreak> {
+    static constexpr auto& DrawInfo = uSxCodeJSParser::DrawInfo;
+    static constexpr auto Start = &uSxCodeJSParser::Initialization, Stop = &uSxCodeJSParser::Finalization;
+    static inline const String ClassName = u"TSxCodeJSParser", Language = u"JavaScript", ColourLine = u"{ x }";
+    static inline const std::vector<std::size_t> ColourRows{1, 0, 4, 0, 1, 0};
+    static constexpr bool EndLinesMatter = true;
+    static inline const String OpenComment = u"/* abc", LinesComment = u"/*a\r\nb*/c";
+    static inline const std::string OpenCommentTokens = "{58}/* abc";
+    static inline const std::string LinesCommentTokens = "{58}/*a\r\nb*/{4}c";
+    static inline const Cases Texts{
+        // number forms
+        {u"1..5 1.5 $fg 1e5", "{56}1{63}..{56}5{1} {57}1.5{1} {56}$f{4}g{1} {56}1{4}e5"},
+        {u"'abc'(*x", "{1}'{4}abc{1}'{70}({76}*{4}x"}, {u"{}&&", "{8}{{7}}{53}&{53}&"},
+        {u"a/b// c / d", "{4}a{77}/{4}b{58}// c / d"}, {u"\"/* no */\"==!", "{54}\"/* no */\"{64}={64}={1}!"},
+        // an escaped quote is not known: the backslash is string text and the quote ends the string
+        {u"\"a\\\"b", "{54}\"a\\\"{4}b"}, {u"x=rem;", "{4}x{64}={58}rem;"}, {u"END Function", "{7}END{1} {5}Function"},
+        // the Visual Basic keywords less three, and JavaScript's own words, are identifiers
+        {u"exit then until begin var try", "{4}exit{1} {4}then{1} {4}until{1} {4}begin{1} {4}var{1} {4}try"},
+    };
+};
+
+struct SqlCase : Scanner<TSxCodeSqlParser, uSxCodeSqlParser::vtEndOfFile, uSxCodeSqlParser::vtLineBreak> {
+    static constexpr auto& DrawInfo = uSxCodeSqlParser::DrawInfo;
+    static constexpr auto Start = &uSxCodeSqlParser::Initialization, Stop = &uSxCodeSqlParser::Finalization;
+    static inline const String ClassName = u"TSxCodeSqlParser", Language = u"Sql", ColourLine = u"ON 'q' 1 @p -- c";
+    static inline const std::vector<std::size_t> ColourRows{2, 1, 3, 1, 4, 1, 5, 1, 7, 2};
+    static constexpr bool EndLinesMatter = false;
+    static inline const String OpenComment = u"/* abc", LinesComment = u"/* a\r\nb */x";
+    // the piece takes the terminator that ended it
+    static inline const std::string OpenCommentTokens = "{9}/* abc\0"s,
+                                     LinesCommentTokens = "{9}/* a{0}\r\n{9}b */{1}x";
+    static inline const Cases Texts{
+        // number forms
+        {u"10 1,5 1.5 12a", "{7}10{1} {7}1,5{1} {7}1.5{1} {1}12{1}a"},
+        // words: keywords, whatever their case, and where a word may start
+        {u"SeLeCt CURRENT CURRENT_DATE CURRENT_TIMESTAMP",
+         "{4}SeLeCt{1} {4}CURRENT{1} {4}CURRENT_DATE{1} {4}CURRENT_TIMESTAMP"},
+        {u"SELECTED SELECT1", "{1}SELECTE{1}D{1} {4}SELECT{1}1"},
+        {u"a=SELECT a = SELECT", "{1}a{1}={1}S{1}E{1}L{1}E{1}C{1}T{1} {1}a{1} {1}={1} {4}SELECT"},
+        {u"(SELECT,FROM)AS t.ON", "{1}({4}SELECT{1},{4}FROM{1}){4}AS{1} {1}t{1}.{1}O{1}N"}, {u"\tON", "{1}{1}O{1}N"},
+        {u"x\r\nON\nON\rON", "{1}x{0}\r\n{4}ON{1}\n{1}O{1}N{0}\r{4}ON"},
+        // numbers need a start and an end; parameters end only at white space
+        {u"1, 1 .5 (12) x1", "{7}1,{1} {7}1{1} {1}.{7}5{1} {1}({7}12{1}){1} {1}x{1}1"},
+        {u"(@a,@b) x@c @d\tz", "{1}({8}@a,@b){1} {1}x{1}@{1}c{1} {8}@d{1}{1}z"},
+        {u"'a b''c' \"d\"\r\n'abc\r\nx", "{6}'a b'{6}'c'{1} {1}\"{1}d{1}\"{0}\r\n{6}'abc{0}\r\n{1}x"},
+        // comments: a line comment ends at any control character, a block comment goes one piece a line
+        {u"'v'-- c -- d\tON\r\na-b 5 - 3", "{6}'v'{9}-- c -- d{1}{1}O{1}N{0}\r\n{1}a{1}-{1}b{1} {7}5{1} {1}-{1} {7}3"},
+        {u"a /* b\r\n\r\nc\r\n*/ON */ x /*/ON",
+         "{1}a{1} {9}/* b{0}\r\n{0}\r\n{9}c{0}\r\n{9}*/{1}O{1}N{1} {1}*{1}/{1} {1}x{1} {9}/*/{1}O{1}N"},
+        {u"/**/ /* a*/\r\n/* 'q' -- \t@p ON\r\n", "{9}/**/{1} {9}/* a*/{0}\r\n{9}/* 'q' -- \t@p ON{0}\r\n"},
+    };
+};
+
+struct XmlCase : Scanner<TSxCodeXMLParser, uSxCodeXmlParser::vtEndOfFile, uSxCodeXmlParser::vtLineBreak> {
+    static constexpr auto& DrawInfo = uSxCodeXmlParser::DrawInfo;
+    static constexpr auto Start = &uSxCodeXmlParser::Initialization, Stop = &uSxCodeXmlParser::Finalization;
+    static inline const String ClassName = u"TSxCodeXMLParser", Language = u"XML", ColourLine = u"<!-- c -->";
+    static inline const std::vector<std::size_t> ColourRows{5, 7, 5, 2};
+    static constexpr bool EndLinesMatter = false;
+    static inline const String OpenComment = u"<!-- abc", LinesComment = u"<!-- a\r\nb -->";
+    static inline const std::string OpenCommentTokens = "{9}<{16}!-- abc\0\0"s,
+                                     LinesCommentTokens = "{9}<{16}!-- a\r\nb --{10}>";
+    // digits are characters of the state's kind, like any other
+    static inline const Cases Texts{
+        // number forms
+        {u"<a>1.5", "{9}<{8}a{10}>{12}1{12}.{12}5"},
+        // text before the first tag is markup, text behind a tag is content
+        {u"x\"<b>y=\"z", "{9}x{9}\"{9}<{8}b{10}>{12}y{12}={12}\"{12}z"},
+        // only double quotes open values, and only '<' ends them
+        {u"<a k='v'>/", "{9}<{8}a{4} {4}k{5}={4}'{4}v{4}'{10}>{12}/"},
+        {u"<a b=\"x>/=<c", "{9}<{8}a{4} {4}b{5}={6}\"{7}x{7}>{7}/{7}={9}<{8}c"},
+        {u"<!-- a -->", "{9}<{16}!-- a --{10}>"}, {u"<!---->x", "{9}<{16}!----{10}>{12}x"},
+        {u"<![cdata[x]]>", "{9}<{13}![cdata[{15}x{14}]]>"},
+        {u"<![CDATA[]<>\"]]>t<", "{9}<{13}![CDATA[{15}]{15}<{15}>{15}\"{14}]]>{8}t{9}<"},
+        // a declaration's name and words are coloured as element and attributes
+        {u"<!DOCTYPE x>", "{9}<{4}!{8}D{8}O{8}C{8}T{8}Y{8}P{8}E{4} {4}x{10}>"},
+        {u"<!a", "{9}<{4}!{8}a"},  // a short one at the end goes back untouched
+        {u"<?xml version=\"1.0\"?>", "{9}<{18}?xml version=\"1.0\"?{10}>"},
+        // control characters give empty tokens of the state's kind
+        {u"<a\t>\t\n<b", "{9}<{8}a{8}{10}>{12}{12}{9}<{8}b"}, {u"<a\rb", "{9}<{8}a{0}~~{8}b"},
+    };
+};
+
+template <class L>
+struct Scanners : testing::Test {};
+using Languages = testing::Types<PascalCase, VBCase, JSCase, SqlCase, XmlCase>;
+TYPED_TEST_SUITE(Scanners, Languages);
+
+TYPED_TEST(Scanners, OnlyACarriageReturnEndsALineAndCharacterZeroEndsTheInput)
+{
+    using L = TypeParam;
+    typename L::Parser empty(nullptr);
+    FeedOnce(empty, u"");
+    const Painted end = Paint(empty);
+    EXPECT_FALSE(end.More || end.LineBreak);
+    const auto lines = L::Scan(u"x\ny\rz");
+    EXPECT_EQ(std::count_if(lines.begin(), lines.end(), [](const auto& t) { return t.first == L::Break; }), 1);
+    const auto cut = L::Scan(String(u"a") + Char(0) + u"b");
+    EXPECT_TRUE(cut.size() == 1 && cut[0].second == u"a");
+}
+
+// The end of input closes a comment; with EndLines False a comment over two
+// lines is one token where the language's comments span lines.
+TYPED_TEST(Scanners, CommentsAtTheEndOfInputAndOverLineEnds)
+{
+    using L = TypeParam;
+    Probe<typename L::Parser> p;
+    FeedOnce(p, L::OpenComment);
+    EXPECT_EQ(L::Golden(L::Collect(p)), L::OpenCommentTokens);
+    EXPECT_TRUE(p.LineKind() == 0 && p.RemarkEnd().empty());
+    EXPECT_EQ(L::Dump(L::LinesComment, false), L::LinesCommentTokens);
+    EXPECT_EQ(L::Dump(L::LinesComment, true) == L::LinesCommentTokens, !L::EndLinesMatter);
+}
+
+TYPED_TEST(Scanners, TokensOfShortTexts)
+{
+    for (const auto& [text, tokens] : TypeParam::Texts)
+        EXPECT_EQ(TypeParam::Dump(text), tokens) << StrToUtf8(text);
+}
+
+TYPED_TEST(Scanners, EachTokenIsPaintedFromTheFirstRowThatHoldsIt)
+{
+    using L = TypeParam;
+    typename L::Parser p(nullptr);
+    LineFeed feed{{L::ColourLine}};
+    p.SetOnGetNewBuffer(std::ref(feed));
+    for (std::size_t i = 0; i < L::ColourRows.size(); ++i) {
+        const Painted t = Paint(p);
+        const auto& row = L::DrawInfo[L::ColourRows[i]];
+        EXPECT_TRUE(t.More && t.Back == row.BckColor && t.Fore == row.TextColor && t.Style == row.Style) << i;
+        EXPECT_EQ(t.LineBreak, i + 1 == L::ColourRows.size()) << i;
+    }
+    EXPECT_FALSE(Paint(p).More);
+}
+
+TYPED_TEST(Scanners, UnitRegistersTheClassAndReleasesTheRowNames)
+{
+    using L = TypeParam;
+    const auto saved = L::DrawInfo;  // released names and all
+    L::Start();
+    const TClass* cls = GetClass(L::ClassName);
+    ASSERT_NE(cls, nullptr);
+    const std::unique_ptr<TSxLangParser> made(TSxLangParserClass(*cls).Create(nullptr));
+    EXPECT_EQ(made->GetLanguage(), L::Language);
+    // only the script languages write and find handlers; the others answer as the base does
+    TScriptButton::RegisterEvents();
+    TScriptButton host(nullptr, u"Host1");
+    String name = u"kept";
+    const bool writes = !made->CreateMethod(&host, u"OnValidate", name).empty();
+    EXPECT_TRUE(writes == (name != u"kept") && writes == (L::Language == u"JavaScript" || L::Language == u"Visual Basic"));
+    EXPECT_TRUE(made->GetSameMethods(&host, u"OnValidate").empty() && made->MethodLineNr(u"OnValidate") == -1);
+    L::Stop();
+    EXPECT_EQ(GetClass(L::ClassName), nullptr);
+    for (const auto& row : L::DrawInfo)
+        EXPECT_TRUE(row.Name.empty());
+    L::DrawInfo = saved;
+    L::Start();
+}
+
+}  // namespace
