@@ -232,7 +232,12 @@ void TSxCodeEdit::SetLineWidth(Integer Value)
     }
 }
 
-Integer TSxCodeEdit::RealGuttorWidth() const { return GetShowGuttor() ? FGuttorWidth : 0; }
+Integer TSxCodeEdit::RealGuttorWidth() const
+{
+    if (!GetShowGuttor())
+        return 0;
+    return HasExtOption(TSxCodeExtOption::coLineNumbers) ? LineNumberGutterWidth() : FGuttorWidth;
+}
 
 TSxTextArea TSxCodeEdit::TextArea()
 {

@@ -39,6 +39,11 @@ enum class TSxCodeExtOption {
 };
 using TSxCodeExtOptions = TSet<TSxCodeExtOption, 32>;
 
+/// Line numbers stand this many pixels from the left edge of the gutter at
+/// the least, and this many from its right edge, where its rules stand.
+constexpr Integer LineNumberLeftMargin = 4;
+constexpr Integer LineNumberRightMargin = 6;
+
 /// Declared for the folding of lines; no operation uses its values.
 enum TSxLineKind { lkNotSet, lkNormal, lkMainOpen, lkMainClose, lkHidden };
 
@@ -139,6 +144,12 @@ public:
     TSxCodeExtOptions ExtOptions() const { return FExtOptions; }
     void SetExtOptions(TSxCodeExtOptions Value);
     bool HasExtOption(TSxCodeExtOption Option) const { return FExtOptions.Contains(Option); }
+    /// The colour of the line numbers (coLineNumbers).
+    TColor LineNumberColor() const { return FLineNumberColor; }
+    void SetLineNumberColor(TColor Value);
+    /// The background of the caret's line (coCurrentLine).
+    TColor CurrentLineColor() const { return FCurrentLineColor; }
+    void SetCurrentLineColor(TColor Value);
     const TNotifyEvent& OnCursorChange() const { return FOnCursorChange; }
     void SetOnCursorChange(TNotifyEvent Value);
     const TNotifyEvent& OnChange() const { return FOnChange; }
@@ -290,6 +301,15 @@ protected:
     void DeleteKey(TShiftState Shift);
     /// A press or drag at (X, Y) puts the caret on the cell under the point.
     void MoveCaretToPoint(Integer X, Integer Y);
+    /// With line numbers shown, whether (X, Y) lies on them.
+    bool OnLineNumbers(Integer X) const;
+    /// The line of the text shown at the pixel row Y, within the text.
+    Integer LineAtPixel(Integer Y);
+    /// A drag over the line numbers selects whole lines, from the line
+    /// first pressed (FLineSelectAnchor) to ALine.
+    void SelectWholeLines(Integer ALine);
+    /// The gutter's width that fits the number of the last line (uSxCodeEditGutter.cpp).
+    Integer LineNumberGutterWidth() const;
     void ResetCaret();
     void PositionScollBars();
     void ScrollChange(TObject* Sender);
@@ -431,6 +451,12 @@ private:
     TBevelKind FBevelKind = TBevelKind::bkNone;
     TBevelWidth FBevelWidth = 1;
     TSxCodeExtOptions FExtOptions;
+    TColor FLineNumberColor = TColor(0x00707070);
+    /// A pale blue that the selection and the token colours stand out from.
+    TColor FCurrentLineColor = TColor(0x00FEF2E8);
+    /// A drag that began on the line numbers, and the line it began on.
+    bool FSelectingLines = false;
+    Integer FLineSelectAnchor = 0;
 };
 
 }  // namespace sx

@@ -33,6 +33,11 @@ void TSxCodeEdit::MouseDown(TMouseButton Button, TShiftState Shift, Integer X, I
         InMouseDown = true;
         inMouseMove = false;
         FInMouseSetSelection = false;
+        // A press on a line number puts the caret at the start of its line,
+        // as a press left of the text does; a drag from there selects lines.
+        FSelectingLines = OnLineNumbers(X);
+        if (FSelectingLines)
+            FLineSelectAnchor = LineAtPixel(Y);
         MoveCaretToPoint(X, Y);
     }
     if (Button == TMouseButton::mbRight && FPopupMenu) {
@@ -47,6 +52,10 @@ void TSxCodeEdit::MouseMove(TShiftState Shift, Integer X, Integer Y)
     TCustomControl::MouseMove(Shift, X, Y);
     if (!InMouseDown)
         return;
+    if (FSelectingLines) {
+        SelectWholeLines(LineAtPixel(Y));
+        return;
+    }
     // The first move of a drag sets the anchor where it lands; from then on
     // the anchor stands still and the moving end follows the mouse.
     inMouseMove = true;
@@ -60,6 +69,7 @@ void TSxCodeEdit::MouseUp(TMouseButton Button, TShiftState Shift, Integer X, Int
     InMouseDown = false;
     inMouseMove = false;
     FInMouseSetSelection = false;
+    FSelectingLines = false;
 }
 
 void TSxCodeEdit::DblClick()
@@ -90,7 +100,9 @@ void TSxCodeEdit::WMSselectWord(TMessage&)
 
 void TSxCodeEdit::CalcCursor(Integer& X, Integer& Y)
 {
-    X = GetCharWidth() >= 1 ? FHScrollBar->Position() + (X - FGuttorWidth) / GetCharWidth() : -1;
+    // Line numbers widen the gutter; without them the gutter's set width counts, shown or not.
+    const Integer gutter = HasExtOption(TSxCodeExtOption::coLineNumbers) ? RealGuttorWidth() : FGuttorWidth;
+    X = GetCharWidth() >= 1 ? FHScrollBar->Position() + (X - gutter) / GetCharWidth() : -1;
     Y = GetLineWidth() >= 1 ? FVScrollBar->Position() + Y / GetLineWidth() : -1;
 }
 

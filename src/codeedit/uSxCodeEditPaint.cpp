@@ -28,6 +28,7 @@ void DarkenColor(TColor& AColor, bool ADarken, Integer APercent)
 }  // namespace uSxCodeEdit
 
 using uSxCodeEdit::DarkenColor;
+using uSxCodeEdit::LineNumberRightMargin;
 
 namespace {
 
@@ -55,6 +56,7 @@ public:
     {
         CreateBitmaps();
         MeasureFont();
+        SizeGutter();
         FillBackground();
         SortSelection();
         if (Gutter)
@@ -84,12 +86,20 @@ private:
         const double ratio = E.Canvas().DevicePixelRatio();
         Main = std::make_unique<TBitmap>();
         Main->SetDevicePixelRatio(ratio);
+        Main->SetSize(E.ClientWidth(), E.ClientHeight());
         if (E.GetShowGuttor()) {
             Gutter = std::make_unique<TBitmap>();
             Gutter->SetDevicePixelRatio(ratio);
-            Gutter->SetSize(E.FGuttorWidth, E.ClientHeight());
         }
-        Main->SetSize(E.ClientWidth(), E.ClientHeight());
+    }
+
+    /// The gutter's size once the font is known: line numbers widen it.
+    void SizeGutter()
+    {
+        if (Gutter)
+            Gutter->SetSize(E.RealGuttorWidth(), E.ClientHeight());
+        ShowNumbers = Gutter && E.HasExtOption(TSxCodeExtOption::coLineNumbers);
+        ShowCurrentLine = E.HasExtOption(TSxCodeExtOption::coCurrentLine);
     }
 
     void MeasureFont()
@@ -108,6 +118,14 @@ private:
         c.Brush().Color = BackColor;
         Area = E.TextArea();
         c.FillRect(Rect(Area.Left, 0, E.ClientWidth(), E.ClientHeight()));
+        if (ShowCurrentLine && Area.Shows(Area.FirstColumn, E.FLinePos)) {
+            TColor current = E.FCurrentLineColor;
+            DarkenColor(current, E.GetReadOnly(), DarkenPercent);
+            const Integer top = Integer(Area.CellY(E.FLinePos));
+            c.Brush().Color = current;
+            c.FillRect(Rect(Area.Left, top, E.ClientWidth(), top + Area.LineHeight));
+            c.Brush().Color = BackColor;
+        }
     }
 
     void SortSelection()
@@ -121,7 +139,7 @@ private:
     void PaintGutter()
     {
         TCanvas& c = Gutter->Canvas();
-        const Integer w = E.FGuttorWidth, h = E.ClientHeight();
+        const Integer w = Gutter->Width(), h = E.ClientHeight();
         c.Pen().Color = clBtnFace;
         c.Brush().Color = clBtnFace;
         c.Rectangle(0, 0, w, h);
@@ -160,6 +178,9 @@ private:
             if (LastParserLine != E.FParserLineNr)
                 BeginLine(c);
             LastParserLine = E.FParserLineNr;
+            // The caret's line shows through where a token has the window's colour.
+            if (ShowCurrentLine && BackColor == clWindow && E.FParserLineNr - 1 == E.FLinePos)
+                BackColor = E.FCurrentLineColor;
             DarkenColor(BackColor, E.FReadOnly, DarkenPercent);
             if (E.ParserLineCollapse && Gutter)
                 SxPaintTreeButton(Gutter->Canvas(), Rect(4, PenY, 20, PenY + 15), !E.ParserLineCollapsed);
@@ -177,9 +198,12 @@ private:
         }
     }
 
-    /// The first token of a line: the line may take colours of its own.
+    /// The first token of a line: its number goes into the gutter, and the
+    /// line may take colours of its own.
     void BeginLine(TCanvas& c)
     {
+        if (ShowNumbers)
+            PaintLineNumber(E.FParserLineNr);
         c.Brush().Style = TBrushStyle::bsSolid;
         LineBack = BackColor;
         LineFont = TextColor;
@@ -191,6 +215,17 @@ private:
             c.Font().SetColor(LineFont);
             c.Rectangle(PenX, PenY, Main->Width(), PenY + E.GetLineWidth());
         }
+    }
+
+    /// The line's number, from 1, right-aligned in front of the gutter's rules.
+    void PaintLineNumber(Integer number)
+    {
+        TCanvas& g = Gutter->Canvas();
+        const String text = IntToStr(number);
+        g.Font().Assign(E.Font());
+        g.Font().SetColor(E.FLineNumberColor);
+        g.Brush().Style = TBrushStyle::bsClear;
+        g.TextOut(Gutter->Width() - LineNumberRightMargin - g.TextWidth(text), PenY, text);
     }
 
     /// Draws a token, split where it crosses an edge of the selection.
@@ -360,6 +395,8 @@ private:
     std::unique_ptr<TBitmap> Main;
     std::unique_ptr<TBitmap> Gutter;
     TSxTextArea Area;
+    bool ShowNumbers = false;
+    bool ShowCurrentLine = false;
     /// Where a token begins whose ink cannot reach into the bitmap.
     Integer DrawLimit = 0;
     Integer TopLine = 0;

@@ -1,0 +1,119 @@
+// Line numbers and the current line: the gutter widens to fit the numbers,
+// a click or drag on them selects whole lines, and the caret's line shows
+// in its own colour under the selection. Off by default.
+#include "codeedit/EditorFixture.h"
+#include "codeedit/uSxCodePascalParser.h"
+
+#include <QTest>
+
+using namespace sx;
+using namespace sx::test;
+
+namespace {
+
+class Gutter : public EditorTest {
+protected:
+    void SetUp() override
+    {
+        EditorTest::SetUp();
+        edit->SetParser(new TSxCodePascalParser(edit));
+    }
+    void TurnOn(TSxCodeExtOption option)
+    {
+        TSxCodeExtOptions options = edit->ExtOptions();
+        edit->SetExtOptions(options.Include(option));
+    }
+    /// A point on the gutter, at the height of the line shown at that row.
+    QPoint OnNumber(Integer row) { return QPoint(2, row * edit->GetLineWidth() + 1); }
+    void Drag(QPoint from, QPoint to)
+    {
+        QTest::mousePress(edit->Widget(), Qt::LeftButton, Qt::NoModifier, from);
+        QTest::mouseMove(edit->Widget(), to);
+        QTest::mouseRelease(edit->Widget(), Qt::LeftButton, Qt::NoModifier, to);
+    }
+    /// Pixels of the line-number colour in the gutter's band of a row.
+    int NumberInk(const QImage& image, Integer row)
+    {
+        const Integer h = edit->GetLineWidth();
+        return CountPixels(image, Rect(0, row * h, edit->RealGuttorWidth(), (row + 1) * h),
+                           Drawn(edit->LineNumberColor()));
+    }
+};
+
+TEST_F(Gutter, DefaultsDrawNoNumbersAndKeepTheGutterWidth)
+{
+    Start(u"a\r\nb");
+    const QImage image = Render(*edit);
+    EXPECT_EQ(edit->RealGuttorWidth(), edit->GuttorWidth());
+    EXPECT_EQ(NumberInk(image, 0), 0);
+    Drag(OnNumber(0), OnNumber(1));  // a drag on the gutter selects as in the text
+    EXPECT_EQ(State(), "a|b| @0,1 [0,1-0,0]");
+}
+
+TEST_F(Gutter, WidensToFitTheLastNumberAndNarrowsAgain)
+{
+    TurnOn(TSxCodeExtOption::coLineNumbers);
+    Start(u"x");
+    Render(*edit);
+    EXPECT_EQ(edit->RealGuttorWidth(), edit->GuttorWidth());  // one digit fits the classic width
+    String million;
+    for (int i = 0; i < 1'000'000; ++i)
+        million += u"\r\n";
+    edit->SetText(million);
+    const Integer wide = edit->RealGuttorWidth();
+    EXPECT_GE(wide, 7 * edit->GetCharWidth() + 10);
+    EXPECT_EQ(edit->HScrollBar().Left(), wide);
+    EXPECT_EQ(CellRect(*edit, 0, 0).Left, wide + 2);  // the text never sits under the numbers
+    edit->SetText(u"short");
+    EXPECT_EQ(edit->RealGuttorWidth(), edit->GuttorWidth());
+}
+
+TEST_F(Gutter, NumbersEveryVisibleLineOfTheText)
+{
+    TurnOn(TSxCodeExtOption::coLineNumbers);
+    Start(u"begin\r\n\r\nend.");
+    const QImage image = Render(*edit);
+    for (Integer row = 0; row < 3; ++row)
+        EXPECT_GT(NumberInk(image, row), 0) << "row " << row;
+    EXPECT_EQ(NumberInk(image, 3), 0);  // no number below the last line
+}
+
+TEST_F(Gutter, ClickAndDragOnNumbersSelectWholeLines)
+{
+    TurnOn(TSxCodeExtOption::coLineNumbers);
+    Start(u"one\r\ntwo\r\nthree\r\nfour", Point(2, 3));
+    const struct {
+        Integer from, to;
+        const char* state;
+    } cases[] = {
+        {1, 1, "one|two|three|four| @0,2 [0,2-0,1]"},
+        {1, 2, "one|two|three|four| @0,3 [0,3-0,1]"},
+        {2, 0, "one|two|three|four| @0,0 [0,0-0,3]"},
+        {3, 3, "one|two|three|four| @4,3 [4,3-0,3]"},  // the last line: to its end
+    };
+    QTest::mouseClick(edit->Widget(), Qt::LeftButton, Qt::NoModifier, OnNumber(2));
+    EXPECT_EQ(State(), "one|two|three|four| @0,2");  // a click: the caret at the line's start
+    for (const auto& c : cases) {
+        Drag(OnNumber(c.from), OnNumber(c.to));
+        EXPECT_EQ(State(), c.state) << c.from << " to " << c.to;
+    }
+}
+
+TEST_F(Gutter, CurrentLineShowsBehindWindowColouredTokensAndUnderTheSelection)
+{
+    Start(u"begin\r\n  x := 1;\r\nend.", Point(0, 1));
+    const TColor current = Drawn(edit->CurrentLineColor());
+    EXPECT_EQ(CountPixels(Render(*edit), Rect(0, 0, 400, 300), current), 0);  // off by default
+
+    TurnOn(TSxCodeExtOption::coCurrentLine);
+    const TRect blank = CellRect(*edit, 30, 1);  // right of the text on the caret's line
+    EXPECT_EQ(PixelAt(Render(*edit), blank.Left + 1, blank.Top + 1), current);
+    const TRect otherLine = CellRect(*edit, 30, 0);
+    EXPECT_EQ(PixelAt(Render(*edit), otherLine.Left + 1, otherLine.Top + 1), Drawn(clWindow));
+
+    Select(Point(0, 1), Point(4, 1));
+    const TRect selected = CellRect(*edit, 1, 1);
+    EXPECT_EQ(PixelAt(Render(*edit), selected.Left + 1, selected.Top + 1), Drawn(clHighlight));
+}
+
+}  // namespace
