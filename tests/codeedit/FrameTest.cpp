@@ -47,25 +47,6 @@ TEST(Frame, NewControlHasOneEmptyLineAndNoSelectionAndChangesThroughLinesMarkMod
     EXPECT_FALSE(edit.Modified());
 }
 
-TEST(Frame, CaretStaysOnTheTextAndAnEmptyTextLeavesNoLine)
-{
-    Host host;
-    auto* edit = host.Add<TSxCodeEdit>(200, 100);
-    edit->SetText(u"a\r\nb\r\nc\r\nd");
-    edit->SetLinePos(3);
-    edit->SetCharPos(-1);  // below column 0: the end of the line above
-    EXPECT_EQ(Point(edit->CharPos(), edit->LinePos()), Point(0, 2));
-    edit->SetLinePos(0);
-    edit->SetCharPos(-1);
-    EXPECT_EQ(edit->LinePos(), 0);
-
-    edit->SetText(u"");
-    EXPECT_EQ(edit->Lines().Count(), 0);
-    edit->SetLinePos(3);
-    EXPECT_EQ(edit->LinePos(), 0);
-    EXPECT_EQ(PixelAt(Render(*edit), 50, 5), Drawn(clWindow));
-}
-
 TEST(Frame, DefaultParserIsMadeOnDemandAndAForeignOneSurvivesTheControl)
 {
     TSxLangParser foreign(nullptr);
