@@ -1,6 +1,10 @@
 // The frame of the control: defaults, the line store and Modified, parser and
-// menu ownership, scroll bar layout, the wheel, and life inside a Qt window.
+// menu ownership, scroll bar layout, the wheel, life inside a Qt window, and
+// the package whose start registers the parser classes.
+#include "codeedit/SxPackage.h"
 #include "codeedit/uSxCodeEdit.h"
+#include "platform/Classes.h"
+#include "platform/TypInfo.h"
 #include "support/RenderHelpers.h"
 
 #include <gtest/gtest.h>
@@ -163,6 +167,23 @@ TEST(Frame, ControlGoesWithTheQtWindowThatHoldsIt)
         edit->FreeNotification(&watcher);
     }
     EXPECT_TRUE(watcher.Gone);
+}
+
+TEST(Package, StartRegistersTheParserClassesAndStopTakesThemBack)
+{
+    Initialize();
+    Initialize();  // a second start changes nothing
+    // the first parser unit and the last
+    EXPECT_NE(GetClass(u"TsxCodePasParser"), nullptr);
+    EXPECT_NE(GetClass(u"TSxCodeSqlParser"), nullptr);
+    EXPECT_NE(GetPropInfo(TSxCodeEdit::ClassInfo(), u"OnCursorChange"), nullptr);
+    Finalize();
+    EXPECT_EQ(GetClass(u"TsxCodePasParser"), nullptr);
+    EXPECT_EQ(GetClass(u"TSxCodeSqlParser"), nullptr);
+    EXPECT_EQ(GetPropInfo(TSxCodeEdit::ClassInfo(), u"OnCursorChange"), nullptr);
+    Initialize();  // the package can start again
+    EXPECT_NE(GetClass(u"TSxCodeSqlParser"), nullptr);
+    Finalize();
 }
 
 }  // namespace

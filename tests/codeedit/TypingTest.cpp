@@ -10,7 +10,7 @@ namespace {
 
 using Typing = EditorTest;
 
-TEST_F(Typing, CharactersGoInAtTheCaretOneRecordEach)
+TEST_F(Typing, CharactersEnterAndTabGoInAtTheCaretOneRecordEach)
 {
     constexpr auto None = Qt::NoModifier;
     const struct {
@@ -25,7 +25,16 @@ TEST_F(Typing, CharactersGoInAtTheCaretOneRecordEach)
         {u"ab", Point(5, 0), Point(5, 0), QStringLiteral(" "), None, "ab| @6,0", 1},
         {u"ab", Point(5, 0), Point(5, 0), QStringLiteral(" y"), None, "ab    y| @7,0", 2},
         {u"abc\r\ndef", Point(1, 0), Point(2, 1), QStringLiteral("X"), None, "aXf| @2,0", 2},  // over a selection: two steps
+        // Tab inserts its spaces at the caret and only collapses a selection
+        {u"abcd", Point(1, 0), Point(3, 0), QStringLiteral("\t"), None, "abc    d| @7,0", 1},
+        // Enter splits, trims both halves and indents like the nearest line above that holds text
+        {u"foo  bar  ", Point(5, 0), Point(5, 0), QStringLiteral("\n"), None, "foo|bar| @0,1", 1},
+        {u"  begin", Point(7, 0), Point(7, 0), QStringLiteral("\n"), None, "  begin|  | @2,1", 1},  // the indent is stored even on an empty line
+        {u"    if x\r\ny", Point(0, 1), Point(0, 1), QStringLiteral("\n"), None, "    if x||    y| @4,2", 1},  // at column 0 the empty first half is passed over
+        {u"\tz", Point(2, 0), Point(2, 0), QStringLiteral("\n"), None, "\tz|| @0,1", 1},  // a tab at the head of the model ends the count
+        {u"\r\n   \r\nabc", Point(0, 2), Point(0, 2), QStringLiteral("\n"), None, "|   ||abc| @0,3", 1},  // only empty lines above
     };
+    edit->SetTabIndentSize(4);
     for (const auto& c : cases) {
         Start(c.text);
         Select(c.anchor, c.caret);
@@ -34,33 +43,6 @@ TEST_F(Typing, CharactersGoInAtTheCaretOneRecordEach)
         EXPECT_EQ(State(), c.after) << StrToUtf8(c.text) << " " << c.typed.toStdString();
         EXPECT_EQ(edit->UndoList().Count() - before, c.records);
     }
-}
-
-TEST_F(Typing, EnterSplitsTrimsAndIndentsLikeTheNearestLineAboveThatHoldsText)
-{
-    const std::tuple<const char16_t*, TPoint, const char*> cases[] = {
-        {u"foo  bar  ", Point(5, 0), "foo|bar| @0,1"},  // both halves trimmed
-        {u"  begin", Point(7, 0), "  begin|  | @2,1"},  // the indent is stored even on an empty line
-        {u"    if x\r\ny", Point(0, 1), "    if x||    y| @4,2"},  // at column 0 the empty first half is passed over
-        {u"\tz", Point(2, 0), "\tz|| @0,1"},  // a tab at the head of the model ends the count
-        {u"\r\n   \r\nabc", Point(0, 2), "|   ||abc| @0,3"},  // only empty lines above
-    };
-    for (const auto& [text, caret, after] : cases) {
-        Start(text, caret);
-        Press(*edit, Qt::Key_Return);
-        EXPECT_EQ(State(), after) << StrToUtf8(text);
-    }
-}
-
-TEST_F(Typing, TabInsertsItsSpacesAtTheCaretAndOnlyCollapsesASelection)
-{
-    Start(u"abcd", Point(1, 0));
-    edit->SetTabIndentSize(4);
-    Select(Point(1, 0), Point(3, 0));
-    const Integer records = edit->UndoList().Count();
-    Press(*edit, Qt::Key_Tab);
-    EXPECT_EQ(State(), "abc    d| @7,0");
-    EXPECT_EQ(edit->UndoList().Count(), records + 1);
 }
 
 TEST_F(Typing, ControlKeysLeaveNoTraceAndTheKeyPressHandlerMayReplaceOrDrop)
