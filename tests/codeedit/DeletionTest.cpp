@@ -1,5 +1,6 @@
 // Deleting: the selection over several lines with the text it hands back,
-// cut to the clipboard, and the Backspace key with its indent steps and joins.
+// the Backspace key with its indent steps and joins, and cut, copy and paste
+// as messages, sent or posted, with the clipboard's text in CR LF lines.
 #include "codeedit/EditorFixture.h"
 #include "platform/Clipboard.h"
 
@@ -38,34 +39,16 @@ TEST_F(Deletion, SelectionGoesInEitherDirectionAndItsRecordKnowsTheText)
     EXPECT_EQ(Caret(), Point(1, 0));
 }
 
-TEST_F(Deletion, CutPutsTheTextOnTheClipboard)
-{
-    Clipboard().SetAsText(u"before");
-    Start(u"one two");
-    Select(Point(4, 0), Point(7, 0));
-    String deleted;
-    edit->DeleteSelected(ctCut, deleted);
-    EXPECT_EQ(Clipboard().AsText(), u"two");
-    EXPECT_EQ(Line(0), u"one ");  // neither half is trimmed
-    EXPECT_EQ(edit->UndoList().Items(0)->ChangeType(), ctCut);
-}
-
-TEST_F(Deletion, EndsBehindALineEndAddNoSpaces)
+TEST_F(Deletion, AnEndBehindTheLastLineTakesOnlyTheBreak)
 {
     Start(u"ab\r\ncd");
     edit->SetSelStart(Point(2, 1));
-    edit->SetSelEnd(Point(0, 2));  // behind the last line: the Delete key at the very end builds this
+    edit->SetSelEnd(Point(0, 2));  // the Delete key at the very end builds this
     String deleted;
     edit->DeleteSelected(ctDelete, deleted);
     EXPECT_EQ(deleted, u"\r\n");
     EXPECT_EQ(edit->Text(), u"ab\r\ncd\r\n");
     EXPECT_EQ(edit->UndoList().Count(), 1);
-
-    Start(u"ab\r\ncdef");
-    Select(Point(5, 0), Point(2, 1));
-    edit->DeleteSelected(ctDelete, deleted);
-    EXPECT_EQ(deleted, u"\r\ncd");
-    EXPECT_EQ(edit->Text(), u"abef\r\n");
 }
 
 TEST_F(Deletion, BackspaceStepsDeletesAndJoins)
@@ -104,6 +87,50 @@ TEST_F(Deletion, BackspaceStepsDeletesAndJoins)
             EXPECT_EQ(edit->UndoList().Count() - before, c.records);
         }
     }
+}
+
+TEST_F(Deletion, CutAndCopyRoundTripWithCrLfBetweenLines)
+{
+    Start(u"one\r\ntwo\r\nthree");
+    Select(Point(1, 0), Point(2, 2));
+    SendMessage(edit, WM_COPY);
+    EXPECT_EQ(Clipboard().AsText(), u"ne\r\ntwo\r\nth");
+    EXPECT_EQ(State(), "one|two|three| @2,2 [2,2-1,0]");  // copy leaves caret and selection
+
+    SendMessage(edit, WM_CUT);
+    EXPECT_EQ(edit->Text(), u"oree\r\n");
+    EXPECT_EQ(Clipboard().AsText(), u"ne\r\ntwo\r\nth");
+    Undo();
+    EXPECT_EQ(State(), "one|two|three| @2,2 [1,0-2,2]");
+
+    PostMessage(edit, WM_PASTE);  // over the selection: a deletion and a paste record
+    EXPECT_EQ(edit->UndoList().Count(), 0);  // posted: it runs with the queue
+    ProcessPostedMessages();
+    EXPECT_EQ(State(), "one|two|three| @2,2");
+    EXPECT_EQ(edit->UndoList().Count(), 2);
+}
+
+TEST_F(Deletion, WithNothingSelectedCutAndCopyEmptyTheClipboard)
+{
+    Start(u"abc", Point(1, 0));
+    for (const Cardinal msg : {WM_CUT, WM_COPY}) {
+        Clipboard().SetAsText(u"full");
+        SendMessage(edit, msg);
+        EXPECT_EQ(Clipboard().AsText(), u"");
+        EXPECT_FALSE(edit->CanPaste());
+    }
+    EXPECT_EQ(Line(0), u"abc");
+    EXPECT_FALSE(edit->CanUndo());
+
+    edit->SetReadOnly(true);
+    Select(Point(0, 0), Point(2, 0));
+    SendMessage(edit, WM_CUT);  // refused: nothing goes, the clipboard empties
+    EXPECT_EQ(Line(0), u"abc");
+    EXPECT_EQ(Clipboard().AsText(), u"");
+    SendMessage(edit, WM_COPY);  // copy works on a read-only control
+    EXPECT_EQ(Clipboard().AsText(), u"ab");
+    Clipboard().SetAsText(u"t");
+    EXPECT_TRUE(edit->CanPaste());  // CanPaste wants text whatever read-only says
 }
 
 }  // namespace

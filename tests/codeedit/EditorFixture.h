@@ -29,6 +29,12 @@ protected:
         edit->SetCharPos(caret.X);
     }
     TPoint Caret() const { return Point(edit->CharPos(), edit->LinePos()); }
+    /// The top left widget pixel of the caret's cell, where the screen caret and the text at the caret start.
+    TPoint CaretCell()
+    {
+        const TRect cell = CellRect(*edit, edit->CharPos(), edit->LinePos());
+        return Point(cell.Left, cell.Top);
+    }
     String Line(Integer index) { return edit->Lines().Get(index); }
     /// Moves the caret and selects from the anchor to it, as Shift with the arrows would.
     void Select(TPoint anchor, TPoint caret)

@@ -1,6 +1,10 @@
 // The frame of the control: defaults, the line store and Modified, parser and
-// menu ownership, scroll bar layout, the wheel, and life inside a Qt window.
+// menu ownership, scroll bar layout, the wheel, life inside a Qt window, and
+// the package whose start registers the parser classes.
+#include "codeedit/SxPackage.h"
 #include "codeedit/uSxCodeEdit.h"
+#include "platform/Classes.h"
+#include "platform/TypInfo.h"
 #include "support/RenderHelpers.h"
 
 #include <gtest/gtest.h>
@@ -45,25 +49,6 @@ TEST(Frame, NewControlHasOneEmptyLineAndNoSelectionAndChangesThroughLinesMarkMod
     edit.BeginLoading();
     edit.Loaded();
     EXPECT_FALSE(edit.Modified());
-}
-
-TEST(Frame, CaretStaysOnTheTextAndAnEmptyTextLeavesNoLine)
-{
-    Host host;
-    auto* edit = host.Add<TSxCodeEdit>(200, 100);
-    edit->SetText(u"a\r\nb\r\nc\r\nd");
-    edit->SetLinePos(3);
-    edit->SetCharPos(-1);  // below column 0: the end of the line above
-    EXPECT_EQ(Point(edit->CharPos(), edit->LinePos()), Point(0, 2));
-    edit->SetLinePos(0);
-    edit->SetCharPos(-1);
-    EXPECT_EQ(edit->LinePos(), 0);
-
-    edit->SetText(u"");
-    EXPECT_EQ(edit->Lines().Count(), 0);
-    edit->SetLinePos(3);
-    EXPECT_EQ(edit->LinePos(), 0);
-    EXPECT_EQ(PixelAt(Render(*edit), 50, 5), Drawn(clWindow));
 }
 
 TEST(Frame, DefaultParserIsMadeOnDemandAndAForeignOneSurvivesTheControl)
@@ -182,6 +167,23 @@ TEST(Frame, ControlGoesWithTheQtWindowThatHoldsIt)
         edit->FreeNotification(&watcher);
     }
     EXPECT_TRUE(watcher.Gone);
+}
+
+TEST(Package, StartRegistersTheParserClassesAndStopTakesThemBack)
+{
+    Initialize();
+    Initialize();  // a second start changes nothing
+    // the first parser unit and the last
+    EXPECT_NE(GetClass(u"TsxCodePasParser"), nullptr);
+    EXPECT_NE(GetClass(u"TSxCodeSqlParser"), nullptr);
+    EXPECT_NE(GetPropInfo(TSxCodeEdit::ClassInfo(), u"OnCursorChange"), nullptr);
+    Finalize();
+    EXPECT_EQ(GetClass(u"TsxCodePasParser"), nullptr);
+    EXPECT_EQ(GetClass(u"TSxCodeSqlParser"), nullptr);
+    EXPECT_EQ(GetPropInfo(TSxCodeEdit::ClassInfo(), u"OnCursorChange"), nullptr);
+    Initialize();  // the package can start again
+    EXPECT_NE(GetClass(u"TSxCodeSqlParser"), nullptr);
+    Finalize();
 }
 
 }  // namespace

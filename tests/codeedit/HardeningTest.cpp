@@ -1,6 +1,6 @@
-// Values an application may give the control that no user could, and what
-// the randomized editing found: each case as a plain test, so that it stays
-// fixed in the ordinary suite.
+// Values an application may give the control that no user could, selection
+// ends outside the text among them, and what the randomized editing found:
+// each case as a plain test, so that it stays fixed in the ordinary suite.
 #include "codeedit/EditorFixture.h"
 #include "platform/Clipboard.h"
 
@@ -8,6 +8,8 @@
 #include <QClipboard>
 #include <QImage>
 #include <QMimeData>
+
+#include <optional>
 
 using namespace sx;
 using namespace sx::test;
@@ -64,39 +66,68 @@ TEST_F(Hardening, AnEndOnALineBeforeTheFirstReadsAsNoSelection)
     EXPECT_EQ(State().substr(0, State().find('[')), "one|two|three| @2,1 ");
 }
 
-TEST_F(Hardening, EndsAtExtremeColumnsAreMeasuredWithoutOverflow)
+TEST_F(Hardening, EndsOutsideTheTextReadDeleteAndUndoOnlyWhatLiesInside)
 {
-    Start(u"abc\r\ndef");
-    edit->SetSelStart(Point(-3, 0));
-    edit->SetSelEnd(Point(MaxInt - 1, 0));
-    EXPECT_EQ(Selected(), u"abc");
-    EXPECT_EQ(edit->SelLength(), MaxInt);  // the count saturates
-    edit->SetSelEnd(Point(MaxInt - 1, 1));
-    EXPECT_EQ(edit->SelLength(), MaxInt);
-    PostMessage(edit, uSxCodeEdit::WM_SX_SEARCHREPLACEDLG);  // the dialog takes its text from the selection
-    ProcessPostedMessages();
-    edit->SetSelEnd(Point(MaxInt - 1, 0));
-    String deleted;
-    edit->DeleteSelected(ctDelete, deleted);
-    EXPECT_EQ(deleted, u"abc");
-    EXPECT_EQ(edit->Text(), u"\r\ndef\r\n");
+    // length: SelLength where the row looks at it, an end behind its line's end counting negatively;
+    // after: the text once the selection is deleted, nullptr for no deletion; undone: whether the undo gives the text back
+    const struct {
+        const char16_t* text; TPoint start, end; const char16_t* selected; std::optional<Integer> length; const char16_t* after; bool undone;
+    } cases[] = {
+        {u"abc\r\nde\r\nfgh", Point(1, 1), Point(5, 0), u"\r\nd", 3 - 5 + 1, u"abce\r\nfgh\r\n", false},  // no spaces added
+        {u"ab\r\ncdef", Point(2, 1), Point(5, 0), u"\r\ncd", {}, u"abef\r\n", false},
+        {u"abc\r\ndef", Point(-3, 0), Point(MaxInt - 1, 0), u"abc", MaxInt, u"\r\ndef\r\n", true},  // the count saturates
+        {u"abc\r\ndef", Point(-3, 0), Point(MaxInt - 1, 1), u"abc\r\ndef", MaxInt, nullptr, false},
+        // Found by fuzzing: an end in front of column 0 read and recorded the
+        // text from column 0 but deleted nothing, so its undo doubled the line.
+        {u"abc\r\ndef", Point(1, 0), Point(-3, 0), u"a", {}, u"bc\r\ndef\r\n", true},
+    };
+    for (const auto& c : cases) {
+        SCOPED_TRACE(StrToUtf8(c.text) + " " + At(c.start) + "-" + At(c.end));
+        Start(c.text);
+        edit->SetSelStart(c.start);
+        edit->SetSelEnd(c.end);
+        edit->SetModified(false);
+        EXPECT_EQ(Selected(), c.selected);
+        if (c.length) {
+            EXPECT_EQ(edit->SelLength(), *c.length);
+        }
+        EXPECT_EQ(edit->SelEnd(), c.end);  // reading moves nothing
+        EXPECT_FALSE(edit->Modified());
+        PostMessage(edit, uSxCodeEdit::WM_SX_SEARCHREPLACEDLG);  // the dialog takes its text from the selection
+        ProcessPostedMessages();
+        if (!c.after)
+            continue;
+        String deleted;
+        edit->DeleteSelected(ctDelete, deleted);
+        EXPECT_EQ(deleted, c.selected);
+        EXPECT_EQ(edit->Text(), c.after);
+        EXPECT_EQ(edit->UndoList().Count(), 1);
+        Undo();
+        if (c.undone) {
+            EXPECT_EQ(edit->Text(), String(c.text) + u"\r\n");
+        }
+    }
+    edit->ClearSelection();
+    String none = u"?";
+    edit->GetSelected(none);
+    EXPECT_EQ(none, u"");
+    EXPECT_EQ(edit->SelLength(), 0);
+    EXPECT_EQ(edit->Lines().Count(), 2);  // reading no selection adds no line
     EXPECT_TRUE(reported.empty());
 }
 
-TEST_F(Hardening, AnEndInFrontOfColumnZeroCoversOnlyWhatLiesFromZeroOn)
+TEST_F(Hardening, EndBeyondTheLastLineIsRepairedOnceAndThenReadsEmpty)
 {
-    // Found by fuzzing: such a selection read and recorded the text from
-    // column 0 but deleted nothing, so its undo doubled the line.
-    Start(u"abc\r\ndef", Point(1, 0));
-    edit->SetSelEnd(Point(-3, 0));
-    EXPECT_EQ(Selected(), u"a");
-    String deleted;
-    edit->DeleteSelected(ctDelete, deleted);
-    EXPECT_EQ(deleted, u"a");
-    EXPECT_EQ(Line(0), u"bc");
-    Undo();
-    EXPECT_EQ(edit->Text(), u"abc\r\ndef\r\n");
-    EXPECT_TRUE(reported.empty());
+    Start(u"abc\r\ndef\r\nghi");
+    edit->SetSelEnd(Point(1, 0));
+    edit->SetSelStart(Point(2, 2));
+    edit->Lines().Clear();
+    edit->Lines().Add(u"xyz");
+    EXPECT_EQ(Selected(), u"yz\r\n");
+    EXPECT_EQ(edit->Lines().Count(), 2);
+    EXPECT_EQ(edit->SelStart().X, MaxInt);
+    EXPECT_EQ(Selected(), u"");
+    EXPECT_EQ(edit->SelLength(), 0);
 }
 
 TEST_F(Hardening, BothEndsBehindTheLastLineSelectNothing)

@@ -78,27 +78,21 @@ protected:
 const String NotFoundA = u"Search string 'a' not found.";
 const String AskA = u"Do you want to replace this occurrence of 'a'?";
 
-TEST_F(SearchEngine, OneDialogPerControlCentredOnItsWindowAndResetAtEachOpening)
+// That the control keeps one dialog shows in the text that the selection test finds kept.
+TEST_F(SearchEngine, TheDialogBelongsToTheControlIsCentredAndResetAtEachOpening)
 {
     edit->SetCtl3D(false);
-    std::vector<TForm*> shown;
     script.OnForm = [&](TForm& form) {
-        shown.push_back(&form);
         EXPECT_EQ(form.Owner(), edit);
         EXPECT_FALSE(form.Ctl3D());
         const QRect owner = host.Window().frameGeometry();
         EXPECT_NEAR(form.Left() + form.Width() / 2, owner.center().x(), 1);
         EXPECT_NEAR(form.Top() + form.Height() / 2, owner.center().y(), 1);
-        auto& d = dynamic_cast<TFrmCodeEditSearchReplaceDlg&>(form);
-        EXPECT_EQ(d.rgScope()->ItemIndex(), 0);
-        EXPECT_EQ(d.rgOrigin()->ItemIndex(), 0);
-        d.rgScope()->SetItemIndex(1);
-        d.rgOrigin()->SetItemIndex(1);
     };
     SendMessage(edit, WM_SX_SEARCHREPLACEDLG);
-    SendMessage(edit, WM_SX_SEARCHREPLACEDLG);
-    ASSERT_EQ(shown.size(), 2u);
-    EXPECT_EQ(shown[0], shown[1]);
+    EXPECT_EQ(script.FormsShown, 1);
+    EXPECT_EQ(Open(false, {.Scope = 1, .Origin = 1, .Result = mrCancel}), "'' scope 0 origin 0");
+    EXPECT_EQ(Open(false, {.Result = mrCancel}), "'' scope 0 origin 0");
 }
 
 TEST_F(SearchEngine, PassesWalkTheHitsInTheirDirectionWithTheCaretAtTheSelectionsEnd)
@@ -177,7 +171,7 @@ TEST_F(SearchEngine, ReplaceOnceLeavesADeleteAndAPasteRecord)
     EXPECT_EQ(edit->UndoList().Count(), 2);
     SearchAgain();  // search again replaces again
     EXPECT_EQ(Line(0), u"1 two 1");
-    Undo();
+    Undo();  // the paste record alone
     EXPECT_EQ(Line(0), u"1 two ");
     Undo();
     EXPECT_EQ(Line(0), u"1 two one");

@@ -10,71 +10,39 @@ namespace {
 
 using Typing = EditorTest;
 
-TEST_F(Typing, KeysReachTheTextAtTheCaretAndEachKeyIsOneRecordBeyondLatin1Too)
+TEST_F(Typing, CharactersEnterAndTabGoInAtTheCaretOneRecordEach)
 {
-    Start(u"ab", Point(1, 0));
-    Type(*edit, QStringLiteral("xy"), Qt::ShiftModifier);  // Shift held while typing selects nothing
-    EXPECT_EQ(State(), "axyb| @3,0");
-    EXPECT_EQ(edit->UndoList().Count(), 2);
-    EXPECT_TRUE(edit->Modified());
-
-    // characters beyond Latin-1, and a pair of halves that stays together
-    Start(u"");
-    Type(*edit, QStringLiteral(u"λж語"));
-    Type(*edit, QString::fromUtf8("\xF0\x9F\x99\x82"));  // one character outside the basic plane
-    EXPECT_EQ(Line(0), u"λж語\U0001F642");
-    EXPECT_EQ(Caret(), Point(5, 0));
-    EXPECT_EQ(edit->UndoList().Count(), 2 + 4);  // a new text keeps the undo list
-    Undo();
-    EXPECT_EQ(Line(0), u"λж語");
-}
-
-TEST_F(Typing, TypingInVirtualSpaceFillsWithSpacesAndTrimsTheLine)
-{
-    Start(u"ab", Point(5, 0));
-    Type(*edit, QStringLiteral("x"));
-    EXPECT_EQ(State(), "ab   x| @6,0");
-    Start(u"ab", Point(5, 0));
-    Type(*edit, QStringLiteral(" "));
-    EXPECT_EQ(State(), "ab| @6,0");  // a trailing space is not stored...
-    Type(*edit, QStringLiteral("y"));
-    EXPECT_EQ(Line(0), u"ab    y");  // ...but the next character gets it in front
-}
-
-TEST_F(Typing, EnterSplitsTrimsAndIndentsLikeTheNearestLineAboveThatHoldsText)
-{
-    const std::tuple<const char16_t*, TPoint, const char*> cases[] = {
-        {u"foo  bar  ", Point(5, 0), "foo|bar| @0,1"},  // both halves trimmed
-        {u"  begin", Point(7, 0), "  begin|  | @2,1"},  // the indent is stored even on an empty line
-        {u"    if x\r\ny", Point(0, 1), "    if x||    y| @4,2"},  // at column 0 the empty first half is passed over
-        {u"\tz", Point(2, 0), "\tz|| @0,1"},  // a tab at the head of the model ends the count
-        {u"\r\n   \r\nabc", Point(0, 2), "|   ||abc| @0,3"},  // only empty lines above
+    constexpr auto None = Qt::NoModifier;
+    const struct {
+        const char16_t* text; TPoint anchor, caret; QString typed; Qt::KeyboardModifiers modifiers; const char* after; Integer records;
+    } cases[] = {
+        // Shift held selects nothing
+        {u"ab", Point(1, 0), Point(1, 0), QStringLiteral("xy"), Qt::ShiftModifier, "axyb| @3,0", 2},
+        // beyond Latin-1, and a pair of halves that stays one character
+        {u"", Point(0, 0), Point(0, 0), QStringLiteral(u"λж語\U0001F642"), None, "λж語\U0001F642| @5,0", 4},
+        // in virtual space: fill spaces; a trailing space is not stored, but the next character gets it in front
+        {u"ab", Point(5, 0), Point(5, 0), QStringLiteral("x"), None, "ab   x| @6,0", 1},
+        {u"ab", Point(5, 0), Point(5, 0), QStringLiteral(" "), None, "ab| @6,0", 1},
+        {u"ab", Point(5, 0), Point(5, 0), QStringLiteral(" y"), None, "ab    y| @7,0", 2},
+        {u"abc\r\ndef", Point(1, 0), Point(2, 1), QStringLiteral("X"), None, "aXf| @2,0", 2},  // over a selection: two steps
+        // Tab inserts its spaces at the caret and only collapses a selection
+        {u"abcd", Point(1, 0), Point(3, 0), QStringLiteral("\t"), None, "abc    d| @7,0", 1},
+        // Enter splits, trims both halves and indents like the nearest line above that holds text
+        {u"foo  bar  ", Point(5, 0), Point(5, 0), QStringLiteral("\n"), None, "foo|bar| @0,1", 1},
+        {u"  begin", Point(7, 0), Point(7, 0), QStringLiteral("\n"), None, "  begin|  | @2,1", 1},  // the indent is stored even on an empty line
+        {u"    if x\r\ny", Point(0, 1), Point(0, 1), QStringLiteral("\n"), None, "    if x||    y| @4,2", 1},  // at column 0 the empty first half is passed over
+        {u"\tz", Point(2, 0), Point(2, 0), QStringLiteral("\n"), None, "\tz|| @0,1", 1},  // a tab at the head of the model ends the count
+        {u"\r\n   \r\nabc", Point(0, 2), Point(0, 2), QStringLiteral("\n"), None, "|   ||abc| @0,3", 1},  // only empty lines above
     };
-    for (const auto& [text, caret, after] : cases) {
-        Start(text, caret);
-        Press(*edit, Qt::Key_Return);
-        EXPECT_EQ(State(), after) << StrToUtf8(text);
-    }
-}
-
-TEST_F(Typing, TypingOverASelectionReplacesItInTwoStepsButTabOnlyCollapsesIt)
-{
-    Start(u"abc\r\ndef");
-    Select(Point(1, 0), Point(2, 1));
-    Type(*edit, QStringLiteral("X"));
-    EXPECT_EQ(State(), "aXf| @2,0");
-    EXPECT_EQ(edit->UndoList().Count(), 2);
-    Undo();
-    Undo();
-    EXPECT_EQ(edit->Text(), u"abc\r\ndef\r\n");
-
-    // Tab inserts its spaces at the caret and only collapses the selection
-    Start(u"abcd", Point(1, 0));
     edit->SetTabIndentSize(4);
-    Select(Point(1, 0), Point(3, 0));
-    Press(*edit, Qt::Key_Tab);
-    EXPECT_EQ(State(), "abc    d| @7,0");
-    EXPECT_EQ(edit->UndoList().Count(), 1);
+    for (const auto& c : cases) {
+        Start(c.text);
+        Select(c.anchor, c.caret);
+        const Integer before = edit->UndoList().Count();  // a new text keeps the undo list
+        Type(*edit, c.typed, c.modifiers);
+        EXPECT_EQ(State(), c.after) << StrToUtf8(c.text) << " " << c.typed.toStdString();
+        EXPECT_EQ(edit->UndoList().Count() - before, c.records);
+    }
 }
 
 TEST_F(Typing, ControlKeysLeaveNoTraceAndTheKeyPressHandlerMayReplaceOrDrop)

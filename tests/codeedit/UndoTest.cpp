@@ -21,14 +21,7 @@ TEST_F(UndoReplay, EachEditIsPlayedBackwards)
         // a join is undone by splitting again
         {u"abc\r\ndef", Point(0, 1), [](TSxCodeEdit& e) { Press(e, Qt::Key_Backspace); }, "abc|def| @0,1"},
         // a paste behind the line end fills the line, and its undo leaves the fill
-        {u"ab", Point(4, 0),
-         [](TSxCodeEdit& e) {
-             Clipboard().SetAsText(u"x\r\ny");
-             SendMessage(&e, WM_PASTE);
-             EXPECT_EQ(e.Text(), u"ab  x\r\ny\r\n");
-             EXPECT_EQ(Point(e.CharPos(), e.LinePos()), Point(1, 1));
-         },
-         "ab  | @4,0"},
+        {u"ab", Point(4, 0), [](TSxCodeEdit& e) { Clipboard().SetAsText(u"x\r\ny"); SendMessage(&e, WM_PASTE); }, "ab  | @4,0"},
         // an empty insertion writes a record that undoes to nothing
         {u"ab", Point(1, 0), [](TSxCodeEdit& e) { e.InsertText(ctPaste, u""); }, "ab| @1,0"},
     };

@@ -16,6 +16,8 @@ Qt::Key KeyOfChar(QChar c)
 {
     if (c == QLatin1Char('\n'))
         return Qt::Key_Return;
+    if (c == QLatin1Char('\t'))
+        return Qt::Key_Tab;
     const QChar upper = c.toUpper();
     if (upper.unicode() >= 0x20 && upper.unicode() < 0x7F)
         return Qt::Key(upper.unicode());
