@@ -69,4 +69,18 @@ inline std::vector<String> SplitLines(const String& text)
     return lines;
 }
 
+/// Feeds the lines to the parser, each with CR LF, from the first again each
+/// time the parser starts again.
+template <class TParser>
+void Feed(TParser& parser, std::vector<String> lines)
+{
+    parser.SetOnGetNewBuffer([lines = std::move(lines), next = std::size_t(0)](bool AReset, String& S) mutable {
+        next = AReset ? 0 : next;
+        if (AReset || next >= lines.size())
+            return AReset;
+        S = lines[next++] + u"\r\n";
+        return true;
+    });
+}
+
 }  // namespace sx::fuzz

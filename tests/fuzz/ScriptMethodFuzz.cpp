@@ -40,21 +40,6 @@ public:
 
 const char16_t* const Events[] = {u"OnClick", u"OnKeyPress", u"OnIdle", u"OnValidate"};
 
-/// Feeds the lines of a script, each with CR LF, as often as the parser starts again.
-void Feed(TSxLangParser& parser, const std::vector<String>& lines)
-{
-    parser.SetOnGetNewBuffer([&lines, next = std::size_t(0)](bool AReset, String& S) mutable {
-        if (AReset) {
-            next = 0;
-            return true;
-        }
-        if (next >= lines.size())
-            return false;
-        S = lines[next++] + u"\r\n";
-        return true;
-    });
-}
-
 /// The names of a GetSameMethods answer, each ended by CR LF.
 std::vector<String> Names(const String& listed)
 {

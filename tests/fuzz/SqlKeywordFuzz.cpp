@@ -52,13 +52,7 @@ String MixedCase(const String& word)
 
 void ExpectKeyword(Probe& parser, const String& word)
 {
-    parser.SetOnGetNewBuffer([&, done = false](bool AReset, String& S) mutable {
-        if (AReset || done)
-            return AReset;
-        S = word + u"\r\n";
-        done = true;
-        return true;
-    });
+    Feed(parser, {word});
     parser.ResetBuffer();
     String token;
     const TSxSqlToken kind = parser.Next(token);
