@@ -17,14 +17,8 @@ namespace {
 
 /// A component with events of the shapes a handler is written for.
 class TFuzzButton : public TComponent {
-public:
+    SX_DECLARE_CLASS
     using TComponent::TComponent;
-    static const TClass& ClassInfo()
-    {
-        static const TClass info(u"TFuzzButton", &TComponent::ClassInfo(), ClassFactory<TFuzzButton>());
-        return info;
-    }
-    const TClass& ClassType() const override { return ClassInfo(); }
     static void RegisterEvents()
     {
         RegisterPublishedProps(ClassInfo(), {
@@ -38,19 +32,15 @@ public:
     }
 };
 
+SX_DEFINE_CLASS(TFuzzButton, TComponent)
+
 const char16_t* const Events[] = {u"OnClick", u"OnKeyPress", u"OnIdle", u"OnValidate"};
 
 /// The names of a GetSameMethods answer, each ended by CR LF.
 std::vector<String> Names(const String& listed)
 {
-    std::vector<String> names;
-    std::size_t from = 0;
-    for (std::size_t at = listed.find(u"\r\n"); at != String::npos; at = listed.find(u"\r\n", from)) {
-        names.push_back(listed.substr(from, at - from));
-        from = at + 2;
-    }
-    SX_FUZZ_CHECK(from == listed.size(), "a name without CR LF in " + Show(listed));
-    return names;
+    SX_FUZZ_CHECK(listed.empty() || listed.ends_with(u"\r\n"), "a name without CR LF in " + Show(listed));
+    return SplitLines(listed);
 }
 
 String ComponentName(ByteReader& in)
