@@ -58,55 +58,56 @@ public:
     int Dispatched = 0;
 };
 
-}  // namespace
-
-class EditingSession::Impl {
+class EditingSession {
 public:
     /// What a step may delete: nothing, a selection, or also text at the caret
     /// without one (the Delete key, a replace).
     enum TDeletes { dNone, dSelection, dAlways };
     struct TStep {
         const char* Name;
-        void (Impl::*Run)();
+        void (EditingSession::*Run)();
         TDeletes Deletes;
     };
 
-    Impl(Host& AHost, std::function<void(const std::string&)> AOnFailure) : FOnFailure(std::move(AOnFailure))
+    EditingSession(Host& AHost, const std::function<void(const std::string&)>& AOnFailure)
+        : FOnFailure(AOnFailure), FEdit(AHost.Add<CountingCodeEdit>(400, 300))
     {
-        FEdit = AHost.Add<CountingCodeEdit>(400, 300);
         Focus(*FEdit);
         SetApplicationExceptionHandler([this](const std::exception& e) {
             if (!Expected(e))
                 FReported.push_back(e.what());
         });
     }
-    ~Impl()
+    ~EditingSession()
     {
         SetApplicationExceptionHandler(nullptr);
         delete FEdit;
     }
 
-    void Run(ByteReader& AIn, int AMaxSteps)
+    EditingSession(const EditingSession&) = delete;
+    EditingSession& operator=(const EditingSession&) = delete;
+
+    /// Whether the run ended with the undo round trip checked.
+    bool Run(ByteReader& AIn, int AMaxSteps)
     {
         // The steps; the fuzz corpus numbers them in this order.
+        using S = EditingSession;
         static constexpr TStep Steps[] = {
-            {"place", &Impl::PlaceCaret, dNone},          {"select", &Impl::SelectRange, dNone},
-            {"type", &Impl::TypeSome, dSelection},        {"enter", &Impl::Enter, dSelection},
-            {"tab", &Impl::Tab, dNone},                   {"backspace", &Impl::Backspace, dNone},
-            {"key", &Impl::PressKey, dAlways},            {"clipboard", &Impl::ClipboardCommand, dSelection},
-            {"undo", &Impl::Undo, dNone},                 {"read-only", &Impl::ToggleReadOnly, dNone},
-            {"replace lines", &Impl::ReplaceLines, dNone}, {"insert", &Impl::InsertCode, dNone},
-            {"search", &Impl::SearchOrReplace, dAlways},  {"set clipboard", &Impl::SetClipboardContent, dNone}};
+            {"place", &S::PlaceCaret, dNone},          {"select", &S::SelectRange, dNone},
+            {"type", &S::TypeSome, dSelection},        {"enter", &S::Enter, dSelection},
+            {"tab", &S::Tab, dNone},                   {"backspace", &S::Backspace, dNone},
+            {"key", &S::PressKey, dAlways},            {"clipboard", &S::ClipboardCommand, dSelection},
+            {"undo", &S::Undo, dNone},                 {"read-only", &S::ToggleReadOnly, dNone},
+            {"replace lines", &S::ReplaceLines, dNone}, {"insert", &S::InsertCode, dNone},
+            {"search", &S::SearchOrReplace, dAlways},  {"set clipboard", &S::SetClipboardContent, dNone}};
         FIn = &AIn;
         FEdit->SetText(AIn.Text(std::size_t(AIn.Below(int(MaxStartBytes)))));
         FStartText = UndoComparable(FEdit->Text());
         FLog = "start " + StrToUtf8(FEdit->Text()) + "\n";
         for (int i = 0; i < AMaxSteps && !AIn.AtEnd() && !FFailed; ++i)
             Step(Steps[AIn.Below(int(std::size(Steps)))]);
-        FinishWithUndo();
+        return FinishWithUndo();
     }
-
-    bool FRoundTripChecked = false;
 
 private:
     /// Only the first broken invariant is reported; the run stops behind it.
@@ -207,11 +208,10 @@ private:
                                                                std::to_string(selected.size()) + " characters");
     }
 
-    void FinishWithUndo()
+    bool FinishWithUndo()
     {
-        FRoundTripChecked = false;
         if (FLossy || FFailed)
-            return;
+            return false;
         FEdit->SetReadOnly(false);
         FLog += "undo all\n";
         try {
@@ -224,7 +224,7 @@ private:
         }
         const String now = UndoComparable(FEdit->Text());
         Check(now == FStartText, "undo gave back \"" + StrToUtf8(now) + "\" for \"" + StrToUtf8(FStartText) + "\"");
-        FRoundTripChecked = true;
+        return true;
     }
 
     void PumpPostedMessages()
@@ -497,12 +497,12 @@ private:
     bool FMayRaiseListError = false, FMayRaiseOutOfMemory = false;
 };
 
-EditingSession::EditingSession(Host& AHost, std::function<void(const std::string&)> AOnFailure)
-    : FImpl(std::make_unique<Impl>(AHost, std::move(AOnFailure))) {}
-EditingSession::~EditingSession() = default;
+}  // namespace
 
-void EditingSession::Run(ByteReader& AIn, int AMaxSteps) { FImpl->Run(AIn, AMaxSteps); }
-
-bool EditingSession::RoundTripChecked() const { return FImpl->FRoundTripChecked; }
+bool RunEditingSession(Host& AHost, ByteReader& AIn, int AMaxSteps,
+                       const std::function<void(const std::string&)>& AOnFailure)
+{
+    return EditingSession(AHost, AOnFailure).Run(AIn, AMaxSteps);
+}
 
 }  // namespace sx::test
