@@ -125,8 +125,10 @@ private:
     {
         return ALine >= 0 && ALine < FEdit->Lines().Count() ? FEdit->Lines().Get(ALine) : String();
     }
-    /// Before a step that writes at the caret: whether a column that large may run out of memory.
+    /// Before a step that writes at a column: whether a column that large may run out of memory.
     void MayGrowHuge(Integer AColumn) { FMayRaiseOutOfMemory = AColumn > HugeColumn; }
+    /// A write at the caret replaces the selection, so it lands at either end.
+    void MayGrowHugeAtCaret() { MayGrowHuge(std::max({FEdit->CharPos(), FEdit->SelStart().X, FEdit->SelEnd().X})); }
 
     /// The index error of a stale undo record and the error of a line grown too
     /// long, while the running step may raise them.
@@ -312,7 +314,7 @@ private:
 
     void SendChar(Char AChar)
     {
-        MayGrowHuge(FEdit->CharPos());
+        MayGrowHugeAtCaret();
         FLog += "  char " + std::to_string(int(AChar)) + "\n";
         SendMessage(FEdit, WM_CHAR, AChar);
         // A character the control takes ends with the selection collapsed on the caret.
@@ -370,7 +372,7 @@ private:
         if (key == Qt::Key_Z && modifiers.testFlag(Qt::ControlModifier))
             return UndoOnce(true);
         // Delete, a paste and every letter typed without Ctrl write at the caret.
-        MayGrowHuge(FEdit->CharPos());
+        MayGrowHugeAtCaret();
         FLog += "  key " + std::to_string(int(key)) + " modifiers " + std::to_string(int(modifiers)) + "\n";
         Press(*FEdit, key, modifiers);
     }
@@ -379,7 +381,7 @@ private:
     {
         static const Cardinal Commands[] = {WM_CUT, WM_COPY, WM_PASTE, uSxCodeEdit::WM_SX_SELECTWORD};
         const Cardinal command = Commands[FIn->Below(4)];
-        MayGrowHuge(FEdit->CharPos());
+        MayGrowHugeAtCaret();
         FLog += "  message " + std::to_string(command) + "\n";
         SendMessage(FEdit, command);
     }
