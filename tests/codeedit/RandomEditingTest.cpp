@@ -17,10 +17,8 @@ namespace {
 /// Runs one session over the bytes; answers whether it ended with the round trip.
 bool RunSession(Host& host, const std::vector<std::uint8_t>& bytes, const std::string& name)
 {
-    EditingSession session(host, [&](const std::string& what) { ADD_FAILURE() << name << ": " << what; });
     ByteReader in(bytes.data(), bytes.size());
-    session.Run(in, 100);
-    return session.RoundTripChecked();
+    return RunEditingSession(host, in, 100, [&](const std::string& what) { ADD_FAILURE() << name << ": " << what; });
 }
 
 TEST(RandomEditing, SeededSessionsKeepTheInvariantsAndUndoToTheStart)

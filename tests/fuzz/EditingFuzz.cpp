@@ -30,7 +30,6 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
 {
     static Host* host = new Host;
     ByteReader in(data, size);
-    EditingSession session(*host, [](const std::string& what) { Fail("editing", what); });
-    session.Run(in, 100);
+    RunEditingSession(*host, in, 100, [](const std::string& what) { Fail("editing", what); });
     return 0;
 }

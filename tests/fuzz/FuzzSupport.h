@@ -2,6 +2,7 @@
 // them, and a check that stops the run with a message when an invariant breaks.
 #pragma once
 
+#include "platform/StringList.h"
 #include "platform/SysUtils.h"
 #include "platform/Types.h"
 #include "support/ByteReader.h"
@@ -37,12 +38,9 @@ inline std::string Show(const String& s)
 {
     std::string out = "\"";
     for (const Char c : s) {
-        if (c < 32) {
-            const char digits[] = "0123456789ABCDEF";
-            out += std::string("\\x") + digits[c >> 4] + digits[c & 15];
-        } else {
-            out += StrToUtf8(String(1, c));
-        }
+        char hex[8];
+        std::snprintf(hex, sizeof hex, "\\x%02X", unsigned(c));
+        out += c < 32 ? std::string(hex) : StrToUtf8(String(1, c));
     }
     return out + "\"";
 }
@@ -51,22 +49,26 @@ inline std::string Show(const String& s)
 /// CR or a lone LF, with no line behind a final break.
 inline std::vector<String> SplitLines(const String& text)
 {
+    TStringList store;
+    store.SetText(text);
     std::vector<String> lines;
-    String line;
-    for (std::size_t i = 0; i < text.size(); ++i) {
-        const Char c = text[i];
-        if (c != 13 && c != 10) {
-            line.push_back(c);
-            continue;
-        }
-        if (c == 13 && i + 1 < text.size() && text[i + 1] == 10)
-            ++i;
-        lines.push_back(line);
-        line.clear();
-    }
-    if (!line.empty())
-        lines.push_back(line);
+    for (Integer i = 0; i < store.Count(); ++i)
+        lines.push_back(store.Get(i));
     return lines;
+}
+
+/// Feeds the lines to the parser, each with CR LF, from the first again each
+/// time the parser starts again.
+template <class TParser>
+void Feed(TParser& parser, std::vector<String> lines)
+{
+    parser.SetOnGetNewBuffer([lines = std::move(lines), next = std::size_t(0)](bool AReset, String& S) mutable {
+        next = AReset ? 0 : next;
+        if (AReset || next >= lines.size())
+            return AReset;
+        S = lines[next++] + u"\r\n";
+        return true;
+    });
 }
 
 }  // namespace sx::fuzz

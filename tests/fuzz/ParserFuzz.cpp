@@ -61,18 +61,18 @@ struct Token {
     bool operator==(const Token&) const = default;
 };
 
-/// The state at a line start and where the run stood when the line was handed over.
+/// The state at a line start and where the run stood when the line was
+/// handed over; a line never handed over has none.
 struct LineStart {
     Integer Kind = 0;
     Integer Hidden = 0;
     std::size_t TokenIndex = 0;
+    bool HandedOver = false;
 };
 
 struct Run {
     std::vector<Token> Tokens;
-    /// By line, for the lines handed over; a line never handed over has none.
-    std::vector<LineStart> Starts;
-    std::vector<bool> HandedOver;
+    std::vector<LineStart> Starts;  ///< by line
 };
 
 /// Characters the language takes no room for: a token leaves them out.
@@ -103,7 +103,6 @@ Run Tokenize(Probe& parser, const std::vector<String>& lines, std::size_t AFirst
 {
     Run run;
     run.Starts.resize(lines.size());
-    run.HandedOver.assign(lines.size(), false);
     std::size_t next = AFirst;
     std::size_t sinceBreak = 0;
     bool stop = false;
@@ -118,9 +117,8 @@ Run Tokenize(Probe& parser, const std::vector<String>& lines, std::size_t AFirst
         }
         if (next >= lines.size())
             return false;
-        const LineStart start{parser.LineKind(), parser.HiddenState(), run.Tokens.size()};
+        const LineStart start{parser.LineKind(), parser.HiddenState(), run.Tokens.size(), true};
         run.Starts[next] = start;
-        run.HandedOver[next] = true;
         sinceBreak = 0;  // a token may run over line ends (XML comments): the count is per line fed
         stop = next > AFirst && AStop(next, start);
         S = lines[next] + u"\r\n";
@@ -169,7 +167,7 @@ void CheckRestart(Probe& parser, const std::vector<String>& lines, const Run& fu
     std::size_t metAt = 0;
     const Run restart = Tokenize(parser, lines, AFirst, at.Kind, [&](std::size_t line, const LineStart& s) {
         const LineStart& f = full.Starts[line];
-        const bool met = full.HandedOver[line] && s.Kind == f.Kind && s.Hidden == f.Hidden;
+        const bool met = f.HandedOver && s.Kind == f.Kind && s.Hidden == f.Hidden;
         if (met)
             metAt = line;
         return met;
@@ -199,7 +197,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     const Run full = Tokenize(parser, lines, 0, 0, never);
     CheckTextsAddUp(lines, full);
     for (std::size_t first = 1; first < lines.size(); ++first)
-        if (full.HandedOver[first])
+        if (full.Starts[first].HandedOver)
             CheckRestart(parser, lines, full, first);
     return 0;
 }

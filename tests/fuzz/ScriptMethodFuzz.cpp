@@ -17,14 +17,8 @@ namespace {
 
 /// A component with events of the shapes a handler is written for.
 class TFuzzButton : public TComponent {
-public:
+    SX_DECLARE_CLASS
     using TComponent::TComponent;
-    static const TClass& ClassInfo()
-    {
-        static const TClass info(u"TFuzzButton", &TComponent::ClassInfo(), ClassFactory<TFuzzButton>());
-        return info;
-    }
-    const TClass& ClassType() const override { return ClassInfo(); }
     static void RegisterEvents()
     {
         RegisterPublishedProps(ClassInfo(), {
@@ -38,34 +32,15 @@ public:
     }
 };
 
-const char16_t* const Events[] = {u"OnClick", u"OnKeyPress", u"OnIdle", u"OnValidate"};
+SX_DEFINE_CLASS(TFuzzButton, TComponent)
 
-/// Feeds the lines of a script, each with CR LF, as often as the parser starts again.
-void Feed(TSxLangParser& parser, const std::vector<String>& lines)
-{
-    parser.SetOnGetNewBuffer([&lines, next = std::size_t(0)](bool AReset, String& S) mutable {
-        if (AReset) {
-            next = 0;
-            return true;
-        }
-        if (next >= lines.size())
-            return false;
-        S = lines[next++] + u"\r\n";
-        return true;
-    });
-}
+const char16_t* const Events[] = {u"OnClick", u"OnKeyPress", u"OnIdle", u"OnValidate"};
 
 /// The names of a GetSameMethods answer, each ended by CR LF.
 std::vector<String> Names(const String& listed)
 {
-    std::vector<String> names;
-    std::size_t from = 0;
-    for (std::size_t at = listed.find(u"\r\n"); at != String::npos; at = listed.find(u"\r\n", from)) {
-        names.push_back(listed.substr(from, at - from));
-        from = at + 2;
-    }
-    SX_FUZZ_CHECK(from == listed.size(), "a name without CR LF in " + Show(listed));
-    return names;
+    SX_FUZZ_CHECK(listed.empty() || listed.ends_with(u"\r\n"), "a name without CR LF in " + Show(listed));
+    return SplitLines(listed);
 }
 
 String ComponentName(ByteReader& in)

@@ -23,21 +23,15 @@ public:
 /// The first character the tree has no place for, after upper-casing.
 std::optional<Char> FirstBadChar(const String& upper)
 {
-    for (const Char c : upper)
-        if (c < u'A' || c > u'_')
-            return c;
-    return std::nullopt;
+    const auto bad = std::find_if(upper.begin(), upper.end(), [](Char c) { return c < u'A' || c > u'_'; });
+    return bad == upper.end() ? std::nullopt : std::optional<Char>(*bad);
 }
 
 /// A keyword the scanner can reach: a letter, then letters and '_'.
 bool Reachable(const String& upper)
 {
-    if (upper.empty() || upper[0] < u'A' || upper[0] > u'Z')
-        return false;
-    for (const Char c : upper)
-        if ((c < u'A' || c > u'Z') && c != u'_')
-            return false;
-    return true;
+    const auto wordChar = [](Char c) { return (c >= u'A' && c <= u'Z') || c == u'_'; };
+    return !upper.empty() && upper[0] != u'_' && std::all_of(upper.begin(), upper.end(), wordChar);
 }
 
 /// Lower-cases every other letter, so that case plays no part in the test.
@@ -52,13 +46,7 @@ String MixedCase(const String& word)
 
 void ExpectKeyword(Probe& parser, const String& word)
 {
-    parser.SetOnGetNewBuffer([&, done = false](bool AReset, String& S) mutable {
-        if (AReset || done)
-            return AReset;
-        S = word + u"\r\n";
-        done = true;
-        return true;
-    });
+    Feed(parser, {word});
     parser.ResetBuffer();
     String token;
     const TSxSqlToken kind = parser.Next(token);

@@ -24,6 +24,7 @@ TEST(LineGap, EditsNearTheLastOneMoveOnlyTheGap)
         gap.Insert(gap.Length(), i);
     gap.Insert(500, -1);
     EXPECT_EQ(gap.GapStart(), 501u);
+    EXPECT_EQ(gap[501], 500);
     gap.Delete(501);
     EXPECT_EQ(gap.GapStart(), 501u);
     EXPECT_EQ(gap[500], -1);

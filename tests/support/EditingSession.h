@@ -9,27 +9,14 @@
 #include "support/RenderHelpers.h"
 
 #include <functional>
-#include <memory>
 #include <string>
 
 namespace sx::test {
 
-class EditingSession {
-public:
-    /// AOnFailure receives a description of a broken invariant and the steps so far.
-    EditingSession(Host& AHost, std::function<void(const std::string&)> AOnFailure);
-    ~EditingSession();
-    EditingSession(const EditingSession&) = delete;
-    EditingSession& operator=(const EditingSession&) = delete;
-
-    /// Reads a starting text, then up to AMaxSteps operations until the bytes run out.
-    void Run(ByteReader& AIn, int AMaxSteps);
-    /// Whether the last run ended with the undo round trip checked.
-    bool RoundTripChecked() const;
-
-private:
-    class Impl;
-    std::unique_ptr<Impl> FImpl;
-};
+/// Reads a starting text, then up to AMaxSteps operations until the bytes run
+/// out. AOnFailure receives a description of the first broken invariant and
+/// the steps so far. Answers whether the run ended with the undo round trip checked.
+bool RunEditingSession(Host& AHost, ByteReader& AIn, int AMaxSteps,
+                       const std::function<void(const std::string&)>& AOnFailure);
 
 }  // namespace sx::test

@@ -3,9 +3,8 @@
 #pragma once
 
 #include "platform/SqliteDatabase.h"
+#include "support/TempFolder.h"
 
-#include <filesystem>
-#include <random>
 #include <string>
 
 namespace sx::test {
@@ -29,23 +28,13 @@ INSERT INTO scripts (name, language, source, code) VALUES ('empty', 'js', '', X'
 class TempDatabase {
 public:
     explicit TempDatabase(const String& schema = ScriptsSchema)
-        : FDir(std::filesystem::temp_directory_path() / ("sx-db-" + std::to_string(std::random_device{}())))
     {
-        std::filesystem::create_directories(FDir);
         TSqliteDatabase db;
         db.Open(Path(), true);
         db.ExecSQL(schema);
     }
-    ~TempDatabase()
-    {
-        Other().Close();
-        std::error_code ignored;
-        std::filesystem::remove_all(FDir, ignored);
-    }
-    TempDatabase(const TempDatabase&) = delete;
-    TempDatabase& operator=(const TempDatabase&) = delete;
 
-    String Path() const { return StrFromUtf8((FDir / "scripts.db").string()); }
+    String Path() const { return StrFromUtf8(FFolder.Path("scripts.db").string()); }
 
     /// A connection apart from the data set's, opened on first use.
     TSqliteDatabase& Other()
@@ -65,7 +54,7 @@ public:
     }
 
 private:
-    std::filesystem::path FDir;
+    TempFolder FFolder;  // declared first: the connection closes before the folder goes
     TSqliteDatabase FOther;
 };
 

@@ -2,13 +2,11 @@
 // through SX_REGISTRY_FILE; environment variables come back as they were.
 #pragma once
 
+#include "support/TempFolder.h"
+
 #include <cstdlib>
-#include <filesystem>
-#include <fstream>
 #include <optional>
 #include <string>
-
-#include <unistd.h>
 
 namespace sx::test {
 
@@ -37,20 +35,11 @@ private:
 /// The file holds the bytes as they stand.
 class TempRegistryFile {
 public:
-    explicit TempRegistryFile(const std::string& bytes) : FEnv("SX_REGISTRY_FILE", FPath.string())
-    {
-        std::ofstream(FPath, std::ios::binary) << bytes;
-    }
-    ~TempRegistryFile()
-    {
-        std::error_code ignored;
-        std::filesystem::remove(FPath, ignored);
-    }
+    explicit TempRegistryFile(const std::string& bytes)
+        : FEnv("SX_REGISTRY_FILE", FFolder.Write("registry.reg", bytes).string()) {}
 
 private:
-    inline static int FCount = 0;
-    std::filesystem::path FPath = std::filesystem::temp_directory_path() /
-                                  ("sx-registry-" + std::to_string(::getpid()) + "-" + std::to_string(++FCount));
+    TempFolder FFolder;  // declared first: written before the variable names it
     ScopedEnv FEnv;
 };
 
