@@ -28,6 +28,7 @@ protected:
         edit->SetLinePos(caret.Y);
         edit->SetCharPos(caret.X);
     }
+    void TurnOn(TSxCodeExtOption option) { edit->SetExtOptions(edit->ExtOptions().Include(option)); }
     TPoint Caret() const { return Point(edit->CharPos(), edit->LinePos()); }
     String Line(Integer index) { return edit->Lines().Get(index); }
     /// Moves the caret and selects from the anchor to it, as Shift with the arrows would.
