@@ -306,6 +306,7 @@ struct Language {
     TToken LineBreak;
     TToken EndOfFile;
     TToken Comment;
+    TToken Quoted;  ///< a quoted string or value
     /// The comments that stay open from line to line; none for a language
     /// that keeps no state between lines.
     const LineKinds* OpenComments = nullptr;
@@ -374,11 +375,20 @@ bool GoesOn(const Language<TToken, N>& ALanguage, TToken AKind)
     return AKind != ALanguage.Invalid && AKind != ALanguage.EndOfFile;
 }
 
+/// Tells the parser whether a token of kind AKind is code, neither a quoted
+/// string nor a comment: the brackets of code pair up, those of text do not.
+template <class TToken, std::size_t N>
+void MarkCode(TSxLangParser& AParser, const Language<TToken, N>& ALanguage, TToken AKind)
+{
+    AParser.SetTokenIsCode(AKind != ALanguage.Quoted && AKind != ALanguage.Comment);
+}
+
 /// The out-arguments and the result of GetNextToken for a token of kind AKind.
 template <class TToken, std::size_t N>
-bool HandOut(const Language<TToken, N>& ALanguage, TToken AKind, TColor& BackGround, TColor& TextColor,
-             TFontStyles& FontStyle, bool& LineBreak)
+bool HandOut(TSxLangParser& AParser, const Language<TToken, N>& ALanguage, TToken AKind, TColor& BackGround,
+             TColor& TextColor, TFontStyles& FontStyle, bool& LineBreak)
 {
+    MarkCode(AParser, ALanguage, AKind);
     FillColours(ALanguage, AKind, BackGround, TextColor, FontStyle);
     LineBreak = AKind == ALanguage.LineBreak;
     return GoesOn(ALanguage, AKind);

@@ -86,6 +86,7 @@ public:
                       bool& LineBreak) override
     {
         const TToken token = InternalGetNextToken(AToken);
+        scan::MarkCode(*this, Script.Scanner, token);
         if (scan::FillColours(Script.Scanner, token, BackGround, TextColor, FontStyle))
             GetPaintInfo(AToken, BackGround, TextColor, FontStyle);
         LineBreak = token == TToken::vtLineBreak;

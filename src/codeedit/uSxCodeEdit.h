@@ -15,6 +15,8 @@
 
 #include <functional>
 #include <memory>
+#include <optional>
+#include <vector>
 
 namespace sx {
 
@@ -43,6 +45,12 @@ using TSxCodeExtOptions = TSet<TSxCodeExtOption, 32>;
 /// the least, and this many from its right edge, where its rules stand.
 constexpr Integer LineNumberLeftMargin = 4;
 constexpr Integer LineNumberRightMargin = 6;
+
+/// Bracket matching looks for a partner this many lines from the caret at
+/// the most, and tokenizes this many characters of lines with brackets, so
+/// that a lone bracket costs no more than one paint.
+constexpr Integer BracketSearchLines = 10000;
+constexpr std::size_t BracketSearchChars = 100000;
 
 /// Declared for the folding of lines; no operation uses its values.
 enum TSxLineKind { lkNotSet, lkNormal, lkMainOpen, lkMainClose, lkHidden };
@@ -150,6 +158,20 @@ public:
     /// The background of the caret's line (coCurrentLine).
     TColor CurrentLineColor() const { return FCurrentLineColor; }
     void SetCurrentLineColor(TColor Value);
+    /// The frame of the bracket at the caret and of its partner, and of a
+    /// bracket without one (coBracketMatch).
+    TColor BracketMatchColor() const { return FBracketMatchColor; }
+    void SetBracketMatchColor(TColor Value);
+    TColor BracketMismatchColor() const { return FBracketMismatchColor; }
+    void SetBracketMismatchColor(TColor Value);
+    /// With coBracketMatch, the bracket next to the caret (the one before it
+    /// first) and its partner, (-1, -1) when the text has none; False when
+    /// no bracket of code stands next to the caret or the search ran out of
+    /// reach before the end of the text.
+    bool MatchingBracket(TPoint& ABracket, TPoint& APartner);
+    /// Moves the caret to the partner of the bracket next to it (Ctrl+]),
+    /// on the same side of the partner as it stood of the bracket.
+    void GotoMatchingBracket();
     const TNotifyEvent& OnCursorChange() const { return FOnCursorChange; }
     void SetOnCursorChange(TNotifyEvent Value);
     const TNotifyEvent& OnChange() const { return FOnChange; }
@@ -308,6 +330,17 @@ protected:
     /// A drag over the line numbers selects whole lines, from the line
     /// first pressed (FLineSelectAnchor) to ALine.
     void SelectWholeLines(Integer ALine);
+    /// A bracket of code, at a column of a line (uSxCodeEditBrackets.cpp).
+    struct TBracketAt {
+        Integer Column;
+        Char Bracket;
+    };
+    /// The brackets in the code tokens of ALine, left to right; the line's
+    /// length is taken from ABudget, and nothing is read once it is spent.
+    std::vector<TBracketAt> CodeBrackets(Integer ALine, std::size_t& ABudget);
+    bool BracketAtCaret(TBracketAt& ABracket);
+    /// None when the search ran out of reach.
+    std::optional<TPoint> FindPartner(const TBracketAt& ABracket);
     /// The gutter's width that fits the number of the last line (uSxCodeEditGutter.cpp).
     Integer LineNumberGutterWidth() const;
     void ResetCaret();
@@ -454,6 +487,8 @@ private:
     TColor FLineNumberColor = TColor(0x00707070);
     /// A pale blue that the selection and the token colours stand out from.
     TColor FCurrentLineColor = TColor(0x00FEF2E8);
+    TColor FBracketMatchColor = TColor(0x00A0A0A0);
+    TColor FBracketMismatchColor = clRed;
     /// A drag that began on the line numbers, and the line it began on.
     bool FSelectingLines = false;
     Integer FLineSelectAnchor = 0;

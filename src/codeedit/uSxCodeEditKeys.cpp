@@ -67,6 +67,11 @@ bool IsWordChar(Char c)
 void TSxCodeEdit::KeyDown(Word& Key, TShiftState Shift)
 {
     KeyCommand(Key, Shift);
+    if (Key == VK_OEM_6 && HasExtOption(TSxCodeExtOption::coBracketMatch) &&
+        ModifierKeysOf(Shift) == TShiftState{TShiftStateItem::ssCtrl}) {
+        GotoMatchingBracket();
+        Key = 0;
+    }
     if (IsMoveKey(Key))
         SetSelection(false);
     if ((Key == 0x41 || Key == 0x61) && Shift.Contains(TShiftStateItem::ssCtrl)) {

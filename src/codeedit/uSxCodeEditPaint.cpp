@@ -70,6 +70,7 @@ public:
             StartLine();
             PaintTokens();
         }
+        PaintBrackets();
         PaintRightMargin();
         PaintPreEdit();
         CopyToScreen();
@@ -295,6 +296,24 @@ private:
             if (PenX + c.TextWidth(text.substr(0, keep)) >= DrawLimit)
                 return text.substr(0, keep + CutSlackChars);
         return text;
+    }
+
+    /// A frame around the bracket next to the caret and one around its
+    /// partner, or the bracket's alone in the colour of a missing partner.
+    void PaintBrackets()
+    {
+        TPoint bracket, partner;
+        if (!E.MatchingBracket(bracket, partner))
+            return;
+        const bool matched = partner.X >= 0;
+        TCanvas& c = Main->Canvas();
+        c.Brush().Style = TBrushStyle::bsSolid;
+        c.Brush().Color = matched ? E.FBracketMatchColor : E.FBracketMismatchColor;
+        for (const TPoint& cell : {bracket, partner})
+            if (cell.X >= 0 && Area.Shows(cell.X, cell.Y)) {
+                const Integer x = ClampedPixel(Area.TextX(cell.X)), y = ClampedPixel(Area.CellY(cell.Y));
+                c.FrameRect(Rect(x, y, x + Area.CharWidth, y + Area.LineHeight));
+            }
     }
 
     void PaintRightMargin()

@@ -43,7 +43,7 @@ constexpr std::u16string_view MethodTemplate = u"\r\nfunction %0:s(%1:s)\r\n{  \
 template <>
 const ScriptLanguage<TJSToken> TSxScriptParser<TJSToken>::Script{
     u"JavaScript",
-    {&DrawInfo, 0, vtInvalid, vtLineBreak, vtEndOfFile, vtComment, &OpenComments},
+    {&DrawInfo, 0, vtInvalid, vtLineBreak, vtEndOfFile, vtComment, vtString, &OpenComments},
     &Keywords,
     script::HeaderRules{true, true},
     MethodTemplate,

@@ -166,6 +166,10 @@ public:
     void SetEndLines(bool value) { FEndLines = value; }
     Integer LineKind() const { return FLineKind; }
     void SetLineKind(Integer value) { FLineKind = value; }
+    /// Whether the token last handed out is code, in which brackets pair
+    /// up; a language parser says no for its strings and comments.
+    bool TokenIsCode() const { return FTokenIsCode; }
+    void SetTokenIsCode(bool value) { FTokenIsCode = value; }
 
 protected:
     /// Called when the buffer is used up: takes the next piece from the feed.
@@ -191,6 +195,7 @@ protected:
     String FRemarkEnd;
     bool FEndLines = false;
     Integer FLineKind = 0;
+    bool FTokenIsCode = true;
     TSxOnGetTokenPaintInfo FOnGetPaintInfo;
 
 private:

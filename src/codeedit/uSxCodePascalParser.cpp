@@ -60,7 +60,7 @@ constexpr scan::CommentKind CommentKinds[] = {{ParenStarEnd, 1}, {BraceEnd, 2}, 
 constexpr scan::LineKinds OpenComments{CommentKinds};
 
 constexpr scan::Language<TPascalToken, 8> Pascal{&DrawInfo,   0,           ptInvalid,    ptLineBreak,
-                                                 ptEndOfFile, ptComment, &OpenComments};
+                                                 ptEndOfFile, ptComment, ptString, &OpenComments};
 
 /// Tokens of one character that need no further read; every other character
 /// that the scanner does not handle itself is ptUnknown.
@@ -127,7 +127,7 @@ void TSxCodePascalParser::ClearSoapComment()
 bool TSxCodePascalParser::GetNextToken(String& AToken, TColor& BackGround, TColor& TextColor,
                                        TFontStyles& FontStyle, bool& LineBreak)
 {
-    return scan::HandOut(Pascal, InternalGetNextToken(AToken), BackGround, TextColor, FontStyle, LineBreak);
+    return scan::HandOut(*this, Pascal, InternalGetNextToken(AToken), BackGround, TextColor, FontStyle, LineBreak);
 }
 
 TPascalToken TSxCodePascalParser::InternalGetNextToken(String& AToken)

@@ -125,7 +125,7 @@ using scan::Blank;
 using scan::CR;
 using scan::LF;
 
-constexpr scan::Language<TSxSqlToken, 8> Sql{&DrawInfo, 2, vtInvalid, vtLineBreak, vtEndOfFile, vtComment};
+constexpr scan::Language<TSxSqlToken, 8> Sql{&DrawInfo, 2, vtInvalid, vtLineBreak, vtEndOfFile, vtComment, vtQuotedValue};
 
 /// The highest child index a keyword character may take ('_' - 'A').
 constexpr Integer LastChildIndex = 30;
@@ -185,7 +185,7 @@ String TSxCodeSqlParser::PeekString(Integer Count) { return PeekChars(Count); }
 bool TSxCodeSqlParser::GetNextToken(String& Token, TColor& BackGround, TColor& TextColor, TFontStyles& FontStyle,
                                     bool& LineBreak)
 {
-    return scan::HandOut(Sql, InternalGetNextToken(Token), BackGround, TextColor, FontStyle, LineBreak);
+    return scan::HandOut(*this, Sql, InternalGetNextToken(Token), BackGround, TextColor, FontStyle, LineBreak);
 }
 
 TSxSqlToken TSxCodeSqlParser::InternalGetNextToken(String& Token)

@@ -53,7 +53,7 @@ TVBToken ScanParenStarRemark(TSxLangParser& AParser, String& AToken)
 template <>
 const ScriptLanguage<TVBToken> TSxScriptParser<TVBToken>::Script{
     u"Visual Basic",
-    {&DrawInfo, 0, vtInvalid, vtLineBreak, vtEndOfFile, vtComment},
+    {&DrawInfo, 0, vtInvalid, vtLineBreak, vtEndOfFile, vtComment, vtString},
     &Keywords,
     script::HeaderRules{},
     u"\r\nfunction %0:s(%1:s)\r\n  \r\nend function rem %0:s\r\n",

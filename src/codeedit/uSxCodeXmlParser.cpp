@@ -49,7 +49,7 @@ constexpr std::array<TSxXmlToken, 6> StateDefaultToken = {
 };
 
 constexpr scan::Language<TSxXmlToken, 8> Xml{&DrawInfo,   DrawInfoDefaultRow, vtInvalid,
-                                             vtLineBreak, vtEndOfFile,        vtComment};
+                                             vtLineBreak, vtEndOfFile,        vtComment, vtAttrValue};
 
 /// Line breaks come out with this text; it is never drawn.
 const Char* const LineBreakText = u"~~";
@@ -186,7 +186,7 @@ TSxXmlToken TSxCodeXMLParser::ReadLineBreak(String& Token)
 bool TSxCodeXMLParser::GetNextToken(String& Token, TColor& BackGround, TColor& TextColor, TFontStyles& FontStyle,
                                     bool& LineBreak)
 {
-    return scan::HandOut(Xml, InternalGetNextToken(Token), BackGround, TextColor, FontStyle, LineBreak);
+    return scan::HandOut(*this, Xml, InternalGetNextToken(Token), BackGround, TextColor, FontStyle, LineBreak);
 }
 
 }  // namespace sx

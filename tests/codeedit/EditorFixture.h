@@ -28,6 +28,7 @@ protected:
         edit->SetLinePos(caret.Y);
         edit->SetCharPos(caret.X);
     }
+    void TurnOn(TSxCodeExtOption option) { edit->SetExtOptions(edit->ExtOptions().Include(option)); }
     TPoint Caret() const { return Point(edit->CharPos(), edit->LinePos()); }
     /// The top left widget pixel of the caret's cell, where the screen caret and the text at the caret start.
     TPoint CaretCell()

@@ -18,11 +18,6 @@ protected:
         EditorTest::SetUp();
         edit->SetParser(new TSxCodePascalParser(edit));
     }
-    void TurnOn(TSxCodeExtOption option)
-    {
-        TSxCodeExtOptions options = edit->ExtOptions();
-        edit->SetExtOptions(options.Include(option));
-    }
     /// A point on the gutter, at the height of the line shown at that row.
     QPoint OnNumber(Integer row) { return QPoint(2, row * edit->GetLineWidth() + 1); }
     void Drag(QPoint from, QPoint to)
