@@ -46,6 +46,9 @@ DemoWindow::DemoWindow() : FEdit(new TSxCodeEdit(nullptr)), FPopup(new TPopupMen
     resize(800, 600);
     statusBar()->addPermanentWidget(FPosition);
     FEdit->SetOnCursorChange([this](TObject*) { ShowCaretPosition(); });
+    // What every editor has, on from the start; the View menu turns each off.
+    FEdit->SetExtOptions({TSxCodeExtOption::coLineNumbers, TSxCodeExtOption::coCurrentLine,
+                          TSxCodeExtOption::coBracketMatch, TSxCodeExtOption::coRedo, TSxCodeExtOption::coGroupUndo});
     BuildMenus();
     BuildPopupMenu();
     auto* titleTimer = new QTimer(this);
@@ -99,11 +102,36 @@ void DemoWindow::BuildMenus()
             action->setEnabled(true);
     });
 
-    QMenu* view = menuBar()->addMenu(tr("&View"));
-    view->addAction(tr("Colours from &Delphi..."), this, [this] { ChooseDelphiColours(); });
+    BuildViewMenu();
 
     QMenu* help = menuBar()->addMenu(tr("&Help"));
     help->addAction(tr("&About sxedit..."), this, [this] { QMessageBox::about(this, AboutTitle(), AboutText()); });
+}
+
+void DemoWindow::BuildViewMenu()
+{
+    QMenu* view = menuBar()->addMenu(tr("&View"));
+    const struct {
+        const char* caption;
+        TSxCodeExtOption option;
+    } entries[] = {
+        {"&Line numbers", TSxCodeExtOption::coLineNumbers},
+        {"&Current line", TSxCodeExtOption::coCurrentLine},
+        {"&Bracket matching", TSxCodeExtOption::coBracketMatch},
+        {"&Redo", TSxCodeExtOption::coRedo},
+        {"&Grouped undo", TSxCodeExtOption::coGroupUndo},
+    };
+    for (const auto& entry : entries) {
+        QAction* action = view->addAction(tr(entry.caption));
+        action->setCheckable(true);
+        action->setChecked(FEdit->HasExtOption(entry.option));
+        connect(action, &QAction::toggled, this, [this, option = entry.option](bool on) {
+            TSxCodeExtOptions options = FEdit->ExtOptions();
+            FEdit->SetExtOptions(on ? options.Include(option) : options.Exclude(option));
+        });
+    }
+    view->addSeparator();
+    view->addAction(tr("Colours from &Delphi..."), this, [this] { ChooseDelphiColours(); });
 }
 
 QAction* DemoWindow::AddCommand(QMenu* menu, const QString& caption, Cardinal message, const QKeySequence& key,

@@ -39,6 +39,8 @@ protected:
 private:
     void BuildMenus();
     void BuildPopupMenu();
+    /// The control's extended options to switch on and off, and the colour choices.
+    void BuildViewMenu();
     /// Edit commands go to the control as posted messages, as a menu of any
     /// application would send them.
     QAction* AddCommand(QMenu* menu, const QString& caption, Cardinal message, const QKeySequence& key,
