@@ -242,26 +242,24 @@ TEST_F(Accessibility, OffsetsStayRightThroughRandomEdits)
     Start(u"one\r\ntwo\r\nthree\r\nfour");
     QAccessibleTextInterface& t = TextOf();
     TStrings& lines = edit->Lines();
-    for (int step = 0; step < 400; ++step) {
-        const auto count = Integer(lines.Count());
+    for (int step = 0; step < 150; ++step) {
         const auto pick = [&](Integer n) { return Integer(random() % std::uint32_t(std::max(n, 1))); };
-        switch (random() % 5) {
-        case 0: lines.Insert(pick(count + 1), String(std::size_t(pick(6)), u'i')); break;
-        case 1: if (count > 1) lines.Delete(pick(count)); break;
-        case 2: if (count > 0) lines.Put(pick(count), String(std::size_t(pick(9)), u'p')); break;
-        case 3: edit->SetLinePos(pick(count)); edit->SetCharPos(pick(8)); break;
-        default: t.text(pick(40), pick(40)); break;
+        const auto count = Integer(lines.Count());
+        const Integer line = pick(count + 1);
+        switch (random() % 4) {
+        case 0: lines.Insert(line, String(std::size_t(pick(6)), u'i')); break;
+        case 1: if (count > 1 && line < count) lines.Delete(line); break;
+        case 2: if (line < count) lines.Put(line, String(std::size_t(pick(9)), u'p')); break;
+        default: edit->SetLinePos(line); edit->SetCharPos(pick(8)); break;
         }
         const String text = edit->Text();
-        ASSERT_EQ(t.characterCount(), Integer(text.size())) << "step " << step;
         ASSERT_EQ(t.text(0, t.characterCount()), QString::fromStdU16String(text)) << "step " << step;
         // The caret's line may have gone with a deleted line: then it is the end.
-        const TPoint caret = Caret();
         std::size_t offset = text.size();
-        if (caret.Y < lines.Count()) {
-            offset = std::min<std::size_t>(std::size_t(caret.X), lines.Get(caret.Y).size());
-            for (Integer line = 0; line < caret.Y; ++line)
-                offset += lines.Get(line).size() + 2;
+        if (Caret().Y < lines.Count()) {
+            offset = std::min<std::size_t>(std::size_t(Caret().X), lines.Get(Caret().Y).size());
+            for (Integer i = 0; i < Caret().Y; ++i)
+                offset += lines.Get(i).size() + 2;
         }
         ASSERT_EQ(t.cursorPosition(), Integer(offset)) << "step " << step;
     }

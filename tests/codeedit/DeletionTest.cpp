@@ -39,18 +39,6 @@ TEST_F(Deletion, SelectionGoesInEitherDirectionAndItsRecordKnowsTheText)
     EXPECT_EQ(Caret(), Point(1, 0));
 }
 
-TEST_F(Deletion, AnEndBehindTheLastLineTakesOnlyTheBreak)
-{
-    Start(u"ab\r\ncd");
-    edit->SetSelStart(Point(2, 1));
-    edit->SetSelEnd(Point(0, 2));  // the Delete key at the very end builds this
-    String deleted;
-    edit->DeleteSelected(ctDelete, deleted);
-    EXPECT_EQ(deleted, u"\r\n");
-    EXPECT_EQ(edit->Text(), u"ab\r\ncd\r\n");
-    EXPECT_EQ(edit->UndoList().Count(), 1);
-}
-
 TEST_F(Deletion, BackspaceStepsDeletesAndJoins)
 {
     const String indented = u"x\r\n  a\r\n   b\r\n      c";

@@ -51,7 +51,7 @@ TEST(Frame, NewControlHasOneEmptyLineAndNoSelectionAndChangesThroughLinesMarkMod
     EXPECT_FALSE(edit.Modified());
 }
 
-TEST(Frame, DefaultParserIsMadeOnDemandAndAForeignOneSurvivesTheControl)
+TEST(Frame, DefaultParserIsMadeOnDemandAndAForeignOneSurvivesTheControlUnhooked)
 {
     TSxLangParser foreign(nullptr);
     {
@@ -71,8 +71,13 @@ TEST(Frame, DefaultParserIsMadeOnDemandAndAForeignOneSurvivesTheControl)
         edit.SetParser(nullptr);
         EXPECT_EQ(edit.Parser()->Owner(), &edit);  // a default takes its place
         edit.SetParser(&foreign);
+        Render(edit);
+        EXPECT_TRUE(bool(foreign.OnGetNewBuffer()));
     }
     EXPECT_EQ(foreign.GetLanguage(), u"<undefined language>");
+    EXPECT_FALSE(bool(foreign.OnGetNewBuffer()));  // not left calling the control
+    foreign.ResetBuffer();
+    EXPECT_EQ(foreign.ReadChar(), 0);
 }
 
 TEST(Frame, ParserFreedWhileInUseIsReplacedByADefault)
@@ -91,21 +96,6 @@ TEST(Frame, ParserFreedWhileInUseIsReplacedByADefault)
         EXPECT_EQ(edit->Parser()->Owner(), edit);
         Render(*edit);
     }
-}
-
-TEST(Frame, ParserThatOutlivesTheControlIsNotLeftCallingIt)
-{
-    TSxLangParser parser(nullptr);
-    {
-        Host host;
-        auto* edit = host.Add<TSxCodeEdit>(200, 100);
-        edit->SetParser(&parser);
-        Render(*edit);
-        EXPECT_TRUE(bool(parser.OnGetNewBuffer()));
-    }
-    EXPECT_FALSE(bool(parser.OnGetNewBuffer()));
-    parser.ResetBuffer();
-    EXPECT_EQ(parser.ReadChar(), 0);
 }
 
 TEST(Frame, PopupMenuIsClearedWhenItGoesAway)

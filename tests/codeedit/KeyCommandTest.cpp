@@ -96,7 +96,6 @@ TEST_F(Keys, SelectingAndDeletingKeys)
         // Delete takes the character right of the caret, or the line break behind the line's end
         {u"abc\r\ndef", Point(1, 0), Point(1, 0), Qt::Key_Delete, None, "ac|def| @1,0"},
         {u"ac\r\ndef", Point(5, 0), Point(5, 0), Qt::Key_Delete, None, "acdef| @5,0"},
-        {u"acdef", Point(5, 0), Point(5, 0), Qt::Key_Delete, None, "acdef| @5,0"},  // at the very end: nothing
         {u"abc\r\ndef", Point(0, 0), Point(1, 1), Qt::Key_Delete, None, "ef| @0,0"},  // a selection goes whole
     };
     for (const auto& c : cases) {
@@ -123,11 +122,13 @@ TEST_F(Keys, TheApplicationSeesTheKeysFirstAndCtrlAIsGoneBeforeIt)
     EXPECT_EQ(Caret(), Point(1, 0));
 }
 
-TEST_F(Keys, DeleteWritesARecordEvenAtTheEndAndOnAReadOnlyControlLeavesAOneColumnSelection)
+TEST_F(Keys, DeleteAtTheVeryEndTakesTheBreakBehindAndOnAReadOnlyControlLeavesAOneColumnSelection)
 {
-    Start(u"abc", Point(3, 0));
-    Press(*edit, Qt::Key_Delete);
-    EXPECT_EQ(edit->UndoList().Count(), 1);
+    Start(u"ab\r\ncd", Point(2, 1));
+    Press(*edit, Qt::Key_Delete);  // the break behind the last line: no change, but a record
+    EXPECT_EQ(edit->Text(), u"ab\r\ncd\r\n");
+    ASSERT_EQ(edit->UndoList().Count(), 1);
+    EXPECT_EQ(edit->UndoList().Items(0)->Value(), u"\r\n");
     Start(u"abc\r\ndef", Point(1, 0));
     Press(*edit, Qt::Key_Delete, Qt::ShiftModifier);  // Shift+Delete cuts
     EXPECT_EQ(Clipboard().AsText(), u"b");

@@ -1,47 +1,25 @@
 // Loading a file into the control: the text replaced, caret and scroll bars
 // at the top, the undo list kept, and a load that fails changing no text.
 #include "codeedit/EditorFixture.h"
-
-#include <filesystem>
-#include <fstream>
-#include <random>
+#include "support/TempFolder.h"
 
 using namespace sx;
 using namespace sx::test;
-namespace fs = std::filesystem;
 
 namespace {
 
 class LoadFromFile : public EditorTest {
 protected:
-    void SetUp() override
-    {
-        EditorTest::SetUp();
-        dir = fs::temp_directory_path() / ("sx-loadfromfile-" + std::to_string(std::random_device{}()));
-        fs::create_directories(dir);
-    }
-    void TearDown() override { fs::remove_all(dir); }
-
-    String WriteFile(const std::string& bytes)
-    {
-        std::ofstream(dir / "code.txt", std::ios::binary) << bytes;
-        return StrFromLatin1((dir / "code.txt").string().c_str());
-    }
-
-    fs::path dir;
+    String WriteFile(const std::string& bytes) { return StrFromUtf8(folder.Write("code.txt", bytes).string()); }
+    TempFolder folder;
 };
-
-String ManyLines(int count)
-{
-    String text;
-    for (int i = 0; i < count; ++i)
-        text += u"line " + IntToStr(i) + u" with some text that runs wide of the window\r\n";
-    return text;
-}
 
 TEST_F(LoadFromFile, ReplacesTextAndPutsCaretAndScrollBarsAtTheTop)
 {
-    Start(ManyLines(200), Point(12, 150));
+    String text;
+    for (int i = 0; i < 200; ++i)
+        text += u"line " + IntToStr(i) + u" with some text that runs wide of the window\r\n";
+    Start(text, Point(12, 150));
     Type(*edit, QStringLiteral("x"));
     Select(Point(2, 140), Point(12, 150));
     edit->HScrollBar().SetPosition(5);
@@ -83,9 +61,9 @@ TEST_F(LoadFromFile, BytesBecomeLinesWhateverTheirEncodingOrFaults)
 
 TEST_F(LoadFromFile, AFileThatCannotBeOpenedRaisesAndLeavesTheTextWithTheCaretAtTheTop)
 {
-    for (const fs::path& path : {dir / "missing.txt", dir}) {
+    for (const std::filesystem::path& path : {folder.Path("missing.txt"), folder.Dir()}) {
         Start(u"old\r\ntext", Point(2, 1));
-        EXPECT_THROW(edit->LoadFromFile(StrFromLatin1(path.string().c_str())), EFOpenError);
+        EXPECT_THROW(edit->LoadFromFile(StrFromUtf8(path.string())), EFOpenError);
         EXPECT_EQ(edit->Text(), u"old\r\ntext\r\n");
         EXPECT_EQ(Caret(), Point(0, 0));
     }

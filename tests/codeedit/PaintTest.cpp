@@ -151,9 +151,6 @@ TEST_F(PaintTest, ReadOnlyDarkensFillAndTokenBackgroundsButNotTheSelection)
     edit->SetSelStart(Point(3, 0));
     edit->SetSelEnd(Point(5, 0));
     edit->SetReadOnly(true);
-    TColor darkYellow = clYellow;
-    uSxCodeEdit::DarkenColor(darkYellow, true, 10);
-    EXPECT_EQ(darkYellow, RGB(229, 229, 0));
     EXPECT_EQ(Row(Render(*edit), 0, 7), "DDdhhdd");
 }
 
