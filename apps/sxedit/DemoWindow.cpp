@@ -46,9 +46,10 @@ DemoWindow::DemoWindow() : FEdit(new TSxCodeEdit(nullptr)), FPopup(new TPopupMen
     resize(800, 600);
     statusBar()->addPermanentWidget(FPosition);
     FEdit->SetOnCursorChange([this](TObject*) { ShowCaretPosition(); });
-    // What every editor has, on from the start; the View menu turns each off.
+    // What every editor shows, on from the start; the View menu turns each
+    // off. Undo keeps its classic steps until grouping is chosen.
     FEdit->SetExtOptions({TSxCodeExtOption::coLineNumbers, TSxCodeExtOption::coCurrentLine,
-                          TSxCodeExtOption::coBracketMatch, TSxCodeExtOption::coRedo, TSxCodeExtOption::coGroupUndo});
+                          TSxCodeExtOption::coBracketMatch, TSxCodeExtOption::coRedo});
     BuildMenus();
     BuildPopupMenu();
     auto* titleTimer = new QTimer(this);
