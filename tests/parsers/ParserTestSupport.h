@@ -163,22 +163,16 @@ struct Scanner {
                     line += APieces[random() % APieces.size()];
             std::vector<Integer> kinds;
             const Tokens full = ScanLines(lines, 0, &kinds);
-            std::vector<std::size_t> lineStart{0};  // the index of each line's first token
-            String lineText;
-            for (std::size_t i = 0; i < full.size() && lineStart.size() <= lines.size(); ++i) {
-                if (full[i].first != LineBreak) {
-                    lineText += full[i].second;
-                    continue;
-                }
-                EXPECT_EQ(lineText, lines[lineStart.size() - 1]);
-                lineText.clear();
-                lineStart.push_back(i + 1);
+            auto from = full.begin();  // the first token of line k
+            for (std::size_t k = 0; k < lines.size(); ++k) {
+                const Tokens restarted = ScanLines({lines.begin() + std::ptrdiff_t(k), lines.end()}, kinds[k]);
+                EXPECT_EQ(restarted, Tokens(from, full.end())) << "restart at line " << k;
+                String text;
+                for (; from != full.end() && from->first != LineBreak; ++from)
+                    text += from->second;
+                EXPECT_EQ(text, lines[k]);
+                ASSERT_NE(from++, full.end()) << "no line break behind line " << k;
             }
-            ASSERT_EQ(lineStart.size(), lines.size() + 1);
-            for (std::size_t k = 1; k < lines.size(); ++k)
-                EXPECT_EQ(ScanLines({lines.begin() + std::ptrdiff_t(k), lines.end()}, kinds[k]),
-                          Tokens(full.begin() + std::ptrdiff_t(lineStart[k]), full.end()))
-                    << "restart at line " << k;
             String noise(500, u' ');
             for (Char& c : noise)
                 c = Char(1 + random() % 300);
