@@ -59,7 +59,7 @@ struct PascalCase : Scanner<TSxCodePascalParser, uSxCodePascalParser::ptEndOfFil
         {u"(#@^", "{57}({62}#{63}@{61}^"}, {u"#13#10", "{62}#{38}13{62}#{38}10"},
         // keywords are case-blind whole words; "object" is a class
         {u"Begin CONSTRUCTOR const", "{18}Begin{6} {12}CONSTRUCTOR{6} {43}const"},
-        {u"object AS interface end.", "{27}object{6} {7}AS{6} {33}interface{6} {19}end{48}."},
+        {u"object AS interface out end.", "{27}object{6} {7}AS{6} {33}interface{6} {44}out{6} {19}end{48}."},
         {u"repeat CONSTX _end end1 Zend", "{35}repeat{6} {35}CONSTX{6} {35}_end{6} {35}end1{6} {35}Zend"},
         {u"'it''s'x''", "{36}'it''s'{35}x{36}''"}, {u"a  \t b", "{35}a{6}  {0}\t{6} {35}b"},
         {String(u"a") + Char(8), "{35}a{6}    "},
