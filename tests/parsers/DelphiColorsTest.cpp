@@ -54,15 +54,22 @@ protected:
     decltype(DrawInfo) FSaved = DrawInfo;
 };
 
+// Without a registry no version is known; with one, a version with an empty
+// App is not known either.
 TEST_F(DelphiColors, UnknownVersionLeavesTheTableAlone)
 {
+    {
+        const sx::test::ScopedEnv noRegistry("SX_REGISTRY_FILE", "/nonexistent/registry.reg");
+        TSxCodePascalParser(nullptr).SetDelphiVersion(7);
+    }
     TempRegistryFile file(Delphi7);
     EXPECT_TRUE(DelphiKnown(7));
-    EXPECT_FALSE(DelphiKnown(8));  // an empty App
+    EXPECT_FALSE(DelphiKnown(8));
     TSxCodePascalParser(nullptr).SetDelphiVersion(6);
     for (std::size_t row = 0; row < DrawInfo.size(); ++row) {
         const TSxPascalInfo &now = DrawInfo[row], &before = FSaved[row];
-        EXPECT_TRUE(now.BckColor == before.BckColor && now.TextColor == before.TextColor && now.Style == before.Style);
+        EXPECT_TRUE(now.Name == before.Name && now.BckColor == before.BckColor && now.TextColor == before.TextColor &&
+                    now.Style == before.Style) << row;
     }
 }
 

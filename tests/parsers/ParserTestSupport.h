@@ -142,11 +142,6 @@ struct Scanner {
             *AKinds = feed.Kinds;
         return out;
     }
-    static std::string DumpLines(std::vector<String> ALines, Integer AStartKind = 0, std::vector<Integer>* AKinds = nullptr,
-                                 std::size_t AFirst = 0)
-    {
-        return Golden(ScanLines(std::move(ALines), AStartKind, AKinds, AFirst));
-    }
 
     /// On random lines made of the pieces: the texts of each line's tokens
     /// make up the line, and a run started at any line with the kind the full
@@ -163,22 +158,16 @@ struct Scanner {
                     line += APieces[random() % APieces.size()];
             std::vector<Integer> kinds;
             const Tokens full = ScanLines(lines, 0, &kinds);
-            std::vector<std::size_t> lineStart{0};  // the index of each line's first token
-            String lineText;
-            for (std::size_t i = 0; i < full.size() && lineStart.size() <= lines.size(); ++i) {
-                if (full[i].first != LineBreak) {
-                    lineText += full[i].second;
-                    continue;
-                }
-                EXPECT_EQ(lineText, lines[lineStart.size() - 1]);
-                lineText.clear();
-                lineStart.push_back(i + 1);
+            auto from = full.begin();  // the first token of line k
+            for (std::size_t k = 0; k < lines.size(); ++k) {
+                const Tokens restarted = ScanLines({lines.begin() + std::ptrdiff_t(k), lines.end()}, kinds[k]);
+                EXPECT_EQ(restarted, Tokens(from, full.end())) << "restart at line " << k;
+                String text;
+                for (; from != full.end() && from->first != LineBreak; ++from)
+                    text += from->second;
+                EXPECT_EQ(text, lines[k]);
+                ASSERT_NE(from++, full.end()) << "no line break behind line " << k;
             }
-            ASSERT_EQ(lineStart.size(), lines.size() + 1);
-            for (std::size_t k = 1; k < lines.size(); ++k)
-                EXPECT_EQ(ScanLines({lines.begin() + std::ptrdiff_t(k), lines.end()}, kinds[k]),
-                          Tokens(full.begin() + std::ptrdiff_t(lineStart[k]), full.end()))
-                    << "restart at line " << k;
             String noise(500, u' ');
             for (Char& c : noise)
                 c = Char(1 + random() % 300);
@@ -224,28 +213,6 @@ public:
             {u"Caption", PlainType(tkUString, u"string")},
         });
     }
-};
-
-/// A script parser over lines, with the events of TScriptButton registered.
-template <class TParser>
-struct ScriptMethods : testing::Test {
-    ScriptMethods() { TScriptButton::RegisterEvents(); }
-    void Feed(std::vector<String> ALines)
-    {
-        feed.Lines = std::move(ALines);
-        parser.SetOnGetNewBuffer(std::ref(feed));
-    }
-    /// The script's lines joined with CR LF, each line ended.
-    static String Joined(const std::vector<String>& ALines)
-    {
-        String text;
-        for (const String& line : ALines)
-            text += line + u"\r\n";
-        return text;
-    }
-    TParser parser{nullptr};
-    LineFeed feed{std::vector<String>{}, &parser};
-    TScriptButton button1{nullptr, u"Button1"};
 };
 
 }  // namespace sx::test

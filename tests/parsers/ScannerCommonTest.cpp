@@ -16,19 +16,41 @@ using namespace sx::test;
 using namespace std::string_literals;
 using Cases = std::vector<std::pair<String, std::string>>;
 
+/// Lines fed as a paint feeds them, the scan started with a line kind: their
+/// tokens, and the kinds stored at each line when they are given.
+struct LinesCase {
+    std::vector<String> Lines;
+    Integer StartKind;
+    std::string Tokens;
+    std::vector<Integer> Kinds{};
+};
+
 /// Per language: its unit, a line with the row of DrawInfo each of its tokens
 /// is painted from (the line break last), a comment the end of input closes,
-/// a comment over two lines read with EndLines False, and short texts,
-/// number forms among them, with their tokens as {kind}text, kinds by their numbers.
+/// texts read with EndLines False, lines fed as a paint feeds them, pieces of
+/// lines for the restart property, and short texts, number forms among them,
+/// with their tokens as {kind}text, kinds by their numbers.
 struct PascalCase : Scanner<TSxCodePascalParser, uSxCodePascalParser::ptEndOfFile, uSxCodePascalParser::ptLineBreak> {
     static constexpr auto& DrawInfo = uSxCodePascalParser::DrawInfo;
     static constexpr auto Start = &uSxCodePascalParser::Initialization, Stop = &uSxCodePascalParser::Finalization;
     static inline const String ClassName = u"TsxCodePasParser", Language = u"Pascal", ColourLine = u"begin 'a' {c} x #1.5 $f;";
     static inline const std::vector<std::size_t> ColourRows{1, 0, 2, 0, 3, 0, 4, 0, 5, 0, 0, 6, 7, 0};
     static constexpr bool EndLinesMatter = true;
-    static inline const String OpenComment = u"(* abc", LinesComment = u"{a\r\nb}c";
-    static inline const std::string OpenCommentTokens = "{40}(* abc",
-                                     LinesCommentTokens = "{40}{a\r\nb}{35}c";
+    static inline const std::pair<String, std::string> OpenComment{u"(* abc", "{40}(* abc"};
+    // without EndLines a line comment holds its CR, and the LF is dropped
+    static inline const Cases NoEndLines{{u"{a\r\nb}c", "{40}{a\r\nb}{35}c"}, {u"// x\r\ny", "{40}// x\r{35}y"}};
+    static inline const std::vector<LinesCase> LineTexts{
+        {{u"(* a", u"", u"b *) x", u"{", u"}"}, 0, "{40}(* a{1}\r{40}{1}\r{40}b *){6} {35}x{1}\r{40}{{1}\r{40}}{1}\r",
+         {0, 1, 1, 0, 2}},
+        // a line comment needs no state; the opening characters are not reused to close
+        {{u"a // b (* c", u"(*)", u"x"}, 0, "{35}a{6} {40}// b (* c{1}\r{40}(*){1}\r{40}x{1}\r{40}", {0, 0, 1}},
+        {{u"'open (*", u"b"}, 0, "{36}'open (*{1}\r{35}b{1}\r"},  // a string ends with its line
+        // a stored line kind turns into the open comment, also kind 3, which is never stored
+        {{u"x := 'a'; } y"}, 2, "{40}x := 'a'; }{6} {35}y{1}\r"}, {{u"a }", u"b"}, 3, "{40}a }{1}\r{35}b{1}\r"},
+        {{u"", u"*) x"}, 1, "{40}{1}\r{40}*){6} {35}x{1}\r"},
+    };
+    static inline const std::vector<String> RestartPieces{u"(*", u"*)", u"{", u"}", u"//", u"'", u"''", u" ", u"\t", u"a",
+        u"Begin", u"1", u".", u"..", u"$f", u"#", u"*", u")", u"(", u"\u00E9", u":=", u"<"};
     static inline const Cases Texts{
         // number forms
         {u"1..5 1.5 $fg 1e5", "{38}1{49}..{38}5{6} {39}1.5{6} {38}$f{35}g{6} {38}1{35}e5"},
@@ -37,7 +59,7 @@ struct PascalCase : Scanner<TSxCodePascalParser, uSxCodePascalParser::ptEndOfFil
         {u"(#@^", "{57}({62}#{63}@{61}^"}, {u"#13#10", "{62}#{38}13{62}#{38}10"},
         // keywords are case-blind whole words; "object" is a class
         {u"Begin CONSTRUCTOR const", "{18}Begin{6} {12}CONSTRUCTOR{6} {43}const"},
-        {u"object AS interface end.", "{27}object{6} {7}AS{6} {33}interface{6} {19}end{48}."},
+        {u"object AS interface out end.", "{27}object{6} {7}AS{6} {33}interface{6} {44}out{6} {19}end{48}."},
         {u"repeat CONSTX _end end1 Zend", "{35}repeat{6} {35}CONSTX{6} {35}_end{6} {35}end1{6} {35}Zend"},
         {u"'it''s'x''", "{36}'it''s'{35}x{36}''"}, {u"a  \t b", "{35}a{6}  {0}\t{6} {35}b"},
         {String(u"a") + Char(8), "{35}a{6}    "},
@@ -53,10 +75,14 @@ struct VBCase : Scanner<TSxCodeVBParser, uSxCodeVBParser::vtEndOfFile, uSxCodeVB
     static inline const String ClassName = u"TSxCodeVBParser", Language = u"Visual Basic", ColourLine = u"Dim x = 1 ' c";
     static inline const std::vector<std::size_t> ColourRows{1, 0, 4, 0, 6, 0, 5, 0, 3, 0};
     static constexpr bool EndLinesMatter = false;
-    static inline const String OpenComment = u"' abc", LinesComment = u"' a\r\nb";
     // the line end goes back to the input, also at the end of input
-    static inline const std::string OpenCommentTokens = "{57}' abc{0}\r";
-    static inline const std::string LinesCommentTokens = "{57}' a{0}\r{4}b";
+    static inline const std::pair<String, std::string> OpenComment{u"' abc", "{57}' abc{0}\r"};
+    static inline const Cases NoEndLines{{u"' a\r\nb", "{57}' a{0}\r{4}b"}};
+    // no comment stays open over a line end, whatever kind a restart brings
+    static inline const std::vector<LinesCase> LineTexts{
+        {{u"x */ y", u"' a", u"b"}, 1, "{4}x{1} {75}*{76}/{1} {4}y{0}\r{57}' a{0}\r{4}b{0}\r"}};
+    static inline const std::vector<String> RestartPieces{u"'", u"\"", u"\"\"", u"(*", u"*)", u"(", u"rem", u"Rem ", u" ",
+        u"\t", u"a", u"Sub", u"1", u".", u"..", u"$f", u"&", u"<>", u"\u00E9", u"x1"};
     static inline const Cases Texts{
         // number forms
         {u"1..5 1.5 $fg 1e5", "{55}1{62}..{55}5{1} {56}1.5{1} {55}$f{4}g{1} {55}1{4}e5"},
@@ -79,9 +105,19 @@ struct JSCase : Scanner<TSxCodeJSParser, uSxCodeJSParser::vtEndOfFile, uSxCodeJS
     static inline const String ClassName = u"TSxCodeJSParser", Language = u"JavaScript", ColourLine = u"{ x }";
     static inline const std::vector<std::size_t> ColourRows{1, 0, 4, 0, 1, 0};
     static constexpr bool EndLinesMatter = true;
-    static inline const String OpenComment = u"/* abc", LinesComment = u"/*a\r\nb*/c";
-    static inline const std::string OpenCommentTokens = "{58}/* abc";
-    static inline const std::string LinesCommentTokens = "{58}/*a\r\nb*/{4}c";
+    static inline const std::pair<String, std::string> OpenComment{u"/* abc", "{58}/* abc"};
+    static inline const Cases NoEndLines{{u"/*a\r\nb*/c", "{58}/*a\r\nb*/{4}c"}, {u"// x\r\ny", "{58}// x\r{4}y"}};
+    static inline const std::vector<LinesCase> LineTexts{
+        {{u"a /* one", u"", u"two *) three */ b", u"/* x */ c"}, 0,
+         "{4}a{1} {58}/* one{0}\r{58}{0}\r{58}two *) three */{1} {4}b{0}\r{58}/* x */{1} {4}c{0}\r", {0, 1, 1, 0}},
+        // a line comment needs no state; the opening characters do not close a block comment
+        {{u"// a /* b", u"/*/", u"x"}, 0, "{58}// a /* b{0}\r{58}/*/{0}\r{58}x{0}\r{58}", {0, 0, 1}},
+        // a restart inside a comment continues it; kinds 2 and 3 are understood on input
+        {{u"still */ x"}, 1, "{58}still */{1} {4}x{0}\r"}, {{u"", u"*/"}, 1, "{58}{0}\r{58}*/{0}\r"},
+        {{u"a } b"}, 2, "{58}a }{1} {4}b{0}\r"}, {{u"a }", u"b"}, 3, "{58}a }{0}\r{4}b{0}\r"},
+    };
+    static inline const std::vector<String> RestartPieces{u"/*", u"*/", u"//", u"/", u"*", u"\"", u"'", u"rem ", u" ", u"a",
+        u"function", u"{", u"}", u"(", u"1.5", u"$f", u"\u00E9", u"<>"};
     static inline const Cases Texts{
         // number forms
         {u"1..5 1.5 $fg 1e5", "{56}1{63}..{56}5{1} {57}1.5{1} {56}$f{4}g{1} {56}1{4}e5"},
@@ -100,10 +136,15 @@ struct SqlCase : Scanner<TSxCodeSqlParser, uSxCodeSqlParser::vtEndOfFile, uSxCod
     static inline const String ClassName = u"TSxCodeSqlParser", Language = u"Sql", ColourLine = u"ON 'q' 1 @p -- c";
     static inline const std::vector<std::size_t> ColourRows{2, 1, 3, 1, 4, 1, 5, 1, 7, 2};
     static constexpr bool EndLinesMatter = false;
-    static inline const String OpenComment = u"/* abc", LinesComment = u"/* a\r\nb */x";
     // the piece takes the terminator that ended it
-    static inline const std::string OpenCommentTokens = "{9}/* abc\0"s,
-                                     LinesCommentTokens = "{9}/* a{0}\r\n{9}b */{1}x";
+    static inline const std::pair<String, std::string> OpenComment{u"/* abc", "{9}/* abc\0"s};
+    static inline const Cases NoEndLines{{u"/* a\r\nb */x", "{9}/* a{0}\r\n{9}b */{1}x"}};
+    // a block comment goes on over lines within a scan, but leaves no line kind
+    static inline const std::vector<LinesCase> LineTexts{
+        {{u"/* a", u"b */ ON"}, 0, "{9}/* a{0}\r\n{9}b */{1} {4}ON{0}\r\n", {0, 0}}};
+    // a restart inside a block comment is not known to the scanner
+    static inline const std::vector<String> RestartPieces{u"SELECT", u"a", u" ", u"'", u"--", u"@p", u",", u"1", u"5",
+        u".", u"(", u")", u"ON", u"x1", u"\u00E9", u"-", u"/", u"\"", u"=", u"@"};
     static inline const Cases Texts{
         // number forms
         {u"10 1,5 1.5 12a", "{7}10{1} {7}1,5{1} {7}1.5{1} {1}12{1}a"},
@@ -132,9 +173,14 @@ struct XmlCase : Scanner<TSxCodeXMLParser, uSxCodeXmlParser::vtEndOfFile, uSxCod
     static inline const String ClassName = u"TSxCodeXMLParser", Language = u"XML", ColourLine = u"<!-- c -->";
     static inline const std::vector<std::size_t> ColourRows{5, 7, 5, 2};
     static constexpr bool EndLinesMatter = false;
-    static inline const String OpenComment = u"<!-- abc", LinesComment = u"<!-- a\r\nb -->";
-    static inline const std::string OpenCommentTokens = "{9}<{16}!-- abc\0\0"s,
-                                     LinesCommentTokens = "{9}<{16}!-- a\r\nb --{10}>";
+    static inline const std::pair<String, std::string> OpenComment{u"<!-- abc", "{9}<{16}!-- abc\0\0"s};
+    static inline const Cases NoEndLines{{u"<!-- a\r\nb -->", "{9}<{16}!-- a\r\nb --{10}>"}};
+    // the state goes on over line breaks
+    static inline const std::vector<LinesCase> LineTexts{
+        {{u"<a b=\"x", u"y\"", u">z", u"w"}, 0, "{9}<{8}a{4} {4}b{5}={6}\"{7}x{0}~~{7}y{6}\"{0}~~{10}>{12}z{0}~~{12}w{0}~~"},
+        {{u"<!-- one", u"two -->"}, 0, "{9}<{16}!-- one\r\ntwo --{10}>{0}~~"},
+        {{u"<?pi a", u"b"}, 0, "{9}<{18}?pi a\r\nb\r\n"},
+    };
     // digits are characters of the state's kind, like any other
     static inline const Cases Texts{
         // number forms
@@ -180,17 +226,39 @@ TYPED_TEST(Scanners, CommentsAtTheEndOfInputAndOverLineEnds)
 {
     using L = TypeParam;
     Probe<typename L::Parser> p;
-    FeedOnce(p, L::OpenComment);
-    EXPECT_EQ(L::Golden(L::Collect(p)), L::OpenCommentTokens);
+    FeedOnce(p, L::OpenComment.first);
+    EXPECT_EQ(L::Golden(L::Collect(p)), L::OpenComment.second);
     EXPECT_TRUE(p.LineKind() == 0 && p.RemarkEnd().empty());
-    EXPECT_EQ(L::Dump(L::LinesComment, false), L::LinesCommentTokens);
-    EXPECT_EQ(L::Dump(L::LinesComment, true) == L::LinesCommentTokens, !L::EndLinesMatter);
+    for (const auto& [text, tokens] : L::NoEndLines) {
+        EXPECT_EQ(L::Dump(text, false), tokens) << StrToUtf8(text);
+        EXPECT_EQ(L::Dump(text, true) == tokens, !L::EndLinesMatter) << StrToUtf8(text);
+    }
 }
 
+// Each short text gives its tokens, also when fed one character a piece.
 TYPED_TEST(Scanners, TokensOfShortTexts)
 {
-    for (const auto& [text, tokens] : TypeParam::Texts)
+    for (const auto& [text, tokens] : TypeParam::Texts) {
         EXPECT_EQ(TypeParam::Dump(text), tokens) << StrToUtf8(text);
+        Probe<typename TypeParam::Parser> p;
+        PieceFeed chars;
+        for (const Char c : text)
+            chars.Pieces.push_back(String(1, c));
+        p.SetOnGetNewBuffer(chars);
+        p.SetEndLines(true);
+        EXPECT_EQ(TypeParam::Golden(TypeParam::Collect(p)), tokens) << "a character a piece: " << StrToUtf8(text);
+    }
+}
+
+TYPED_TEST(Scanners, TokensAndLineKindsOfLinesFedAsAPaintFeedsThem)
+{
+    for (const auto& [lines, startKind, tokens, kinds] : TypeParam::LineTexts) {
+        std::vector<Integer> stored;
+        EXPECT_EQ(TypeParam::Golden(TypeParam::ScanLines(lines, startKind, &stored)), tokens) << StrToUtf8(lines[0]);
+        if (!kinds.empty()) {
+            EXPECT_EQ(stored, kinds) << StrToUtf8(lines[0]);
+        }
+    }
 }
 
 TYPED_TEST(Scanners, EachTokenIsPaintedFromTheFirstRowThatHoldsIt)
@@ -230,6 +298,18 @@ TYPED_TEST(Scanners, UnitRegistersTheClassAndReleasesTheRowNames)
         EXPECT_TRUE(row.Name.empty());
     L::DrawInfo = saved;
     L::Start();
+}
+
+// A paint starts at any line with the kind a full pass left there; it must see
+// the tokens the full pass saw from that line on. XML keeps no state per line.
+template <class L>
+struct Restarts : testing::Test {};
+using LanguagesWithLineStarts = testing::Types<PascalCase, VBCase, JSCase, SqlCase>;
+TYPED_TEST_SUITE(Restarts, LanguagesWithLineStarts);
+
+TYPED_TEST(Restarts, RestartAtAnyLineGivesTheTokensOfTheFullPass)
+{
+    TypeParam::ExpectRestartGivesTheFullPass(TypeParam::RestartPieces);
 }
 
 }  // namespace

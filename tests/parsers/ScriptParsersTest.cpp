@@ -1,7 +1,6 @@
-// The script parsers: Visual Basic's paint listener, JavaScript's block
-// comments across lines, restarts at any line, and the handler operations of
-// both on realistic scripts: the text of a new handler, the handlers that fit
-// an event, and their lines.
+// The script parsers: Visual Basic's paint listener, and the handler
+// operations of both on realistic scripts: the text of a new handler, the
+// handlers that fit an event, and their lines.
 #include "codeedit/uSxCodeJSParser.h"
 #include "codeedit/uSxCodeVBParser.h"
 #include "parsers/ParserTestSupport.h"
@@ -11,8 +10,6 @@ namespace {
 using namespace sx;
 using sx::test::TScriptButton;
 using Cases = std::vector<std::pair<String, String>>;
-using VB = sx::test::Scanner<TSxCodeVBParser, uSxCodeVBParser::vtEndOfFile, uSxCodeVBParser::vtLineBreak>;
-using JS = sx::test::Scanner<TSxCodeJSParser, uSxCodeJSParser::vtEndOfFile, uSxCodeJSParser::vtLineBreak>;
 
 TEST(VBParser, PaintInfoRunsTwiceForATokenWithARowAndOnceForOthers)
 {
@@ -32,43 +29,6 @@ TEST(VBParser, PaintInfoRunsTwiceForATokenWithARowAndOnceForOthers)
     EXPECT_FALSE(sx::test::Paint(p).More);
     // the line break and the end token are shown to the listener too
     EXPECT_EQ(seen, (std::vector<String>{u"Dim", u"Dim", u" ", u"x", u"x", u"\r", String(1, Char(0))}));
-}
-
-TEST(VBParser, LinesAddUpAndARestartAtAnyLineGivesTheFullPass)
-{
-    VB::ExpectRestartGivesTheFullPass({u"'", u"\"", u"\"\"", u"(*", u"*)", u"(", u"rem", u"Rem ", u" ", u"\t", u"a",
-                                       u"Sub", u"1", u".", u"..", u"$f", u"&", u"<>", u"\u00E9", u"x1"});
-}
-
-// Tokens as {kind}text: 0 line break, 1 unknown, 4 identifier, 58 comment.
-TEST(JSParser, BlockCommentsAcrossLines)
-{
-    std::vector<Integer> kinds;
-    EXPECT_EQ(JS::DumpLines({u"a /* one", u"", u"two *) three */ b", u"/* x */ c"}, 0, &kinds),
-              "{4}a{1} {58}/* one{0}\r{58}{0}\r{58}two *) three */{1} {4}b{0}\r{58}/* x */{1} {4}c{0}\r");
-    EXPECT_EQ(kinds, (std::vector<Integer>{0, 1, 1, 0}));
-    // a line comment needs no state; the opening characters do not close a block comment
-    JS::ScanLines({u"// a /* b", u"/*/", u"x"}, 0, &kinds);
-    EXPECT_EQ(kinds, (std::vector<Integer>{0, 0, 1}));
-    EXPECT_EQ(JS::Dump(u"// x\r\ny", false), "{58}// x\r{4}y");
-}
-
-TEST(JSParser, ARestartInsideACommentContinuesIt)
-{
-    EXPECT_EQ(JS::DumpLines({u"still */ x"}, 1), "{58}still */{1} {4}x{0}\r");
-    // an empty line inside the comment gets its empty piece, as in a scan from above
-    EXPECT_EQ(JS::DumpLines({u"", u"*/"}, 1), "{58}{0}\r{58}*/{0}\r");
-    // kinds 2 and 3 are understood on input
-    EXPECT_EQ(JS::DumpLines({u"a } b"}, 2), "{58}a }{1} {4}b{0}\r");
-    EXPECT_EQ(JS::DumpLines({u"a }", u"b"}, 3), "{58}a }{0}\r{4}b{0}\r");
-}
-
-// A paint starts at any line with the kind a full pass left there; it must see
-// the tokens the full pass saw from that line on.
-TEST(JSParser, RestartAtAnyLineGivesTheTokensOfTheFullPass)
-{
-    JS::ExpectRestartGivesTheFullPass({u"/*", u"*/", u"//", u"/", u"*", u"\"", u"'", u"rem ", u" ", u"a", u"function",
-                                       u"{", u"}", u"(", u"1.5", u"$f", u"\u00E9", u"<>"});
 }
 
 /// Per language: a script, the handlers of it that fit each event, the lines
@@ -119,8 +79,28 @@ struct JSScript {
     static constexpr Integer GeneratedLines[2] = {10, 14};
 };
 
+/// A script parser over lines, with the events of TScriptButton registered.
 template <class L>
-struct ScriptMethods : sx::test::ScriptMethods<typename L::Parser> {};
+struct ScriptMethods : testing::Test {
+    ScriptMethods() { TScriptButton::RegisterEvents(); }
+    void Feed(std::vector<String> ALines)
+    {
+        feed.Lines = std::move(ALines);
+        parser.SetOnGetNewBuffer(std::ref(feed));
+    }
+    /// The script's lines joined with CR LF, each line ended.
+    static String Joined(const std::vector<String>& ALines)
+    {
+        String text;
+        for (const String& line : ALines)
+            text += line + u"\r\n";
+        return text;
+    }
+    typename L::Parser parser{nullptr};
+    sx::test::LineFeed feed{std::vector<String>{}, &parser};
+    TScriptButton button1{nullptr, u"Button1"};
+};
+
 using Languages = testing::Types<VBScript, JSScript>;
 TYPED_TEST_SUITE(ScriptMethods, Languages);
 

@@ -1,9 +1,8 @@
-// The SQL tokenizer: the letter tree and its building check, token streams,
-// the shared colour table, and the independence of the tokens from how the
-// input is cut and from where a run starts.
+// What only the SQL tokenizer does: the letter tree and its building check,
+// a block comment that lasts until a reset, the process-wide colour and
+// keyword tables, and PeekString.
 #include "codeedit/uSxCodeSqlParser.h"
 #include "parsers/ParserTestSupport.h"
-
 
 namespace {
 
@@ -11,20 +10,11 @@ using namespace sx;
 using namespace sx::uSxCodeSqlParser;
 using Sql = sx::test::Scanner<TSxCodeSqlParser, vtEndOfFile, vtLineBreak>;
 
-std::string Scan(const String& AText) { return Sql::Dump(AText); }
-
-std::string ScanPieces(std::deque<String> APieces)
-{
-    sx::test::Probe<TSxCodeSqlParser> p;
-    p.SetOnGetNewBuffer(sx::test::PieceFeed{std::move(APieces)});
-    return Sql::Golden(Sql::Collect(p));
-}
-
 TEST(SqlParser, EveryKeywordIsFoundInAnyCase)
 {
     for (const String& word : SxSqlKeyWords) {
         const std::string upper = StrToUtf8(word), lower = StrToUtf8(LowerCase(word));
-        EXPECT_EQ(Scan(word + u" " + LowerCase(word)), word.empty() ? "{1} " : "{4}" + upper + "{1} {4}" + lower);
+        EXPECT_EQ(Sql::Dump(word + u" " + LowerCase(word)), word.empty() ? "{1} " : "{4}" + upper + "{1} {4}" + lower);
     }
 }
 
@@ -58,9 +48,8 @@ TEST(SqlParser, CommentOpenAtTheEndLastsUntilReset)
     EXPECT_EQ(Sql::Golden(Sql::Collect(p)), "{1}x{0}\r\n");
 }
 
-TEST(SqlParser, ALineBreakHoldsItsLfAndTheTablesAreShared)
+TEST(SqlParser, TheTablesAreShared)
 {
-    EXPECT_EQ(Sql::Scan(u"\r\n\rx").front().second, u"\r\n");
     TSxCodeSqlParser p(nullptr);
     DrawInfo[2].Style = TFontStyles{TFontStyle::fsBold};
     DrawInfo[2].BckColor = clYellow;
@@ -71,27 +60,6 @@ TEST(SqlParser, ALineBreakHoldsItsLfAndTheTablesAreShared)
     EXPECT_TRUE(SxSqlKeyWords[0].empty());
     Initialization();  // start values again
     EXPECT_TRUE(DrawInfo[2].BckColor == clWindow && SxSqlKeyWords[0] == u"ADD");
-}
-
-TEST(SqlParser, TokensDoNotDependOnHowTheInputIsCut)
-{
-    const String text = u"SELECT a,b FROM t WHERE x = 'v' AND n = 1.5 -- c\r\n"
-                        u"  AND (@p IN (1,2)) /* c\r\n  c */ ORDER BY 12\r\nGO";
-    std::deque<String> chars;
-    for (const Char c : text)
-        chars.push_back(String(1, c));
-    EXPECT_EQ(ScanPieces(chars), Scan(text));
-}
-
-TEST(SqlParser, RestartAtAnyLineOutsideABlockCommentGivesTheSameTokens)
-{
-    const std::deque<String> lines{u"SELECT a\r\n", u"  FROM t -- x\r\n", u" WHERE b = 'c'\r\n", u"   AND d > 1,5\r\n"};
-    for (std::size_t start = 0; start < lines.size(); ++start) {
-        std::string full = ScanPieces(lines);
-        for (std::size_t skipped = 0; skipped < start; ++skipped)
-            full = full.substr(full.find("{0}\r\n") + 5);
-        EXPECT_EQ(ScanPieces({lines.begin() + std::ptrdiff_t(start), lines.end()}), full) << "line " << start;
-    }
 }
 
 TEST(SqlParser, PeekStringLeavesTheInputAsItWas)

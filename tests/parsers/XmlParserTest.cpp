@@ -1,4 +1,4 @@
-// The XML tokenizer: token streams with their kinds and line breaks, and a
+// What only the XML tokenizer does: a reset back to the start state, and a
 // run started at a line that opens with a tag.
 #include "codeedit/uSxCodeXmlParser.h"
 #include "parsers/ParserTestSupport.h"
@@ -9,13 +9,9 @@ using namespace sx;
 using namespace sx::uSxCodeXmlParser;
 using Xml = sx::test::Scanner<TSxCodeXMLParser, vtEndOfFile, vtLineBreak>;
 
-TEST(XmlParser, TheStateGoesOnOverLineBreaksUntilAReset)
+// The state goes on over line breaks and over new input until a reset.
+TEST(XmlParser, AResetGoesBackToTheStartState)
 {
-    EXPECT_EQ(Xml::DumpLines({u"<a b=\"x", u"y\"", u">z", u"w"}),
-              "{9}<{8}a{4} {4}b{5}={6}\"{7}x{0}~~{7}y{6}\"{0}~~{10}>{12}z{0}~~{12}w{0}~~");
-    EXPECT_EQ(Xml::DumpLines({u"<!-- one", u"two -->"}), "{9}<{16}!-- one\r\ntwo --{10}>{0}~~");
-    EXPECT_EQ(Xml::DumpLines({u"<?pi a", u"b"}), "{9}<{18}?pi a\r\nb\r\n");
-    // a reset goes back to the start state
     sx::test::Probe<TSxCodeXMLParser> p;
     sx::test::FeedOnce(p, u"<a b=\"x");  // stops inside a value
     Xml::Collect(p);
@@ -31,15 +27,15 @@ TEST(XmlParser, RestartAtATagGivesTheTokensOfTheFullRun)
     const std::vector<String> doc = {u"<?xml v=\"1\"?>", u"<r a=\"1", u"2\">text", u"<!-- c", u"<x> -->",
                                      u"<![CDATA[", u"<y>", u"]]><z/>", u"<w k='q'>tail", u"more</w>"};
     const std::vector<bool> startsWithTag = {true, true, false, true, false, true, false, false, true, false};
-    const std::string all = Xml::DumpLines(doc);
+    const std::string all = Xml::Golden(Xml::ScanLines(doc));
     for (std::size_t i = 0; i < doc.size(); ++i) {
         if (!startsWithTag[i])
             continue;
-        const std::string tail = Xml::DumpLines(doc, 0, nullptr, i);
+        const std::string tail = Xml::Golden(Xml::ScanLines(doc, 0, nullptr, i));
         ASSERT_GE(all.size(), tail.size());
         EXPECT_EQ(all.substr(all.size() - tail.size()), tail) << "from line " << i;
     }
-    EXPECT_EQ(Xml::DumpLines(doc, 0, nullptr, 9).substr(0, 4), "{9}m");
+    EXPECT_EQ(Xml::Golden(Xml::ScanLines(doc, 0, nullptr, 9)).substr(0, 4), "{9}m");
 }
 
 }  // namespace
