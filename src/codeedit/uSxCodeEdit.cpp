@@ -270,12 +270,6 @@ void TSxCodeEdit::SetRightMargin(Integer Value)
     Invalidate();
 }
 
-void TSxCodeEdit::SetRightMarginColor(TColor Value)
-{
-    FRightMarginColor = Value;
-    Invalidate();
-}
-
 void TSxCodeEdit::SetReadOnly(bool Value)
 {
     FReadOnly = Value;

@@ -145,7 +145,7 @@ public:
     Integer RightMargin() const { return FRightMargin; }
     void SetRightMargin(Integer Value);
     TColor RightMarginColor() const { return FRightMarginColor; }
-    void SetRightMarginColor(TColor Value);
+    void SetRightMarginColor(TColor Value) { SetPaintColor(FRightMarginColor, Value); }
     TSxCodeOptions Options() const { return FOptions; }
     void SetOptions(TSxCodeOptions Value);
     /// Extensions: see TSxCodeExtOption.
@@ -154,16 +154,16 @@ public:
     bool HasExtOption(TSxCodeExtOption Option) const { return FExtOptions.Contains(Option); }
     /// The colour of the line numbers (coLineNumbers).
     TColor LineNumberColor() const { return FLineNumberColor; }
-    void SetLineNumberColor(TColor Value);
+    void SetLineNumberColor(TColor Value) { SetPaintColor(FLineNumberColor, Value); }
     /// The background of the caret's line (coCurrentLine).
     TColor CurrentLineColor() const { return FCurrentLineColor; }
-    void SetCurrentLineColor(TColor Value);
+    void SetCurrentLineColor(TColor Value) { SetPaintColor(FCurrentLineColor, Value); }
     /// The frame of the bracket at the caret and of its partner, and of a
     /// bracket without one (coBracketMatch).
     TColor BracketMatchColor() const { return FBracketMatchColor; }
-    void SetBracketMatchColor(TColor Value);
+    void SetBracketMatchColor(TColor Value) { SetPaintColor(FBracketMatchColor, Value); }
     TColor BracketMismatchColor() const { return FBracketMismatchColor; }
-    void SetBracketMismatchColor(TColor Value);
+    void SetBracketMismatchColor(TColor Value) { SetPaintColor(FBracketMismatchColor, Value); }
     /// With coBracketMatch, the bracket next to the caret (the one before it
     /// first) and its partner, (-1, -1) when the text has none; False when
     /// no bracket of code stands next to the caret or the search ran out of
@@ -242,6 +242,12 @@ public:
 
 protected:
     void Paint() override;
+    /// Sets a colour the paint uses and repaints.
+    void SetPaintColor(TColor& AField, TColor AValue)
+    {
+        AField = AValue;
+        Invalidate();
+    }
 
     // The framework's key and mouse events.
     void KeyDown(Word& Key, TShiftState Shift) override;

@@ -152,16 +152,4 @@ void TSxCodeEdit::GotoMatchingBracket()
     SetSelection(true);
 }
 
-void TSxCodeEdit::SetBracketMatchColor(TColor Value)
-{
-    FBracketMatchColor = Value;
-    Invalidate();
-}
-
-void TSxCodeEdit::SetBracketMismatchColor(TColor Value)
-{
-    FBracketMismatchColor = Value;
-    Invalidate();
-}
-
 }  // namespace sx

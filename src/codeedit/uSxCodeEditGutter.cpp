@@ -52,16 +52,4 @@ void TSxCodeEdit::SelectWholeLines(Integer ALine)
     SetSelStart(caret);
 }
 
-void TSxCodeEdit::SetLineNumberColor(TColor Value)
-{
-    FLineNumberColor = Value;
-    Invalidate();
-}
-
-void TSxCodeEdit::SetCurrentLineColor(TColor Value)
-{
-    FCurrentLineColor = Value;
-    Invalidate();
-}
-
 }  // namespace sx
