@@ -6,6 +6,7 @@
 #include "codeedit/uSxCodeEditCaret.h"
 #include "codeedit/uSxCodeEditLines.h"
 #include "codeedit/uSxCodeEditTextArea.h"
+#include "codeedit/uSxCodeEditTheme.h"
 #include "codeedit/uSxCodeEditUndo.h"
 #include "codeedit/uSxCodeParser.h"
 #include "platform/Controls.h"
@@ -150,6 +151,28 @@ public:
     /// The background of the caret's line (coCurrentLine).
     TColor CurrentLineColor() const { return FCurrentLineColor; }
     void SetCurrentLineColor(TColor Value);
+    /// The text area's ground; a row of a colour table in clWindow stands for it.
+    TColor Color() const { return FColor; }
+    void SetColor(TColor Value);
+    TColor GutterColor() const { return FGutterColor; }
+    void SetGutterColor(TColor Value);
+    /// The selected text is drawn in SelectionTextColor on SelectionColor.
+    TColor SelectionColor() const { return FSelectionColor; }
+    void SetSelectionColor(TColor Value);
+    TColor SelectionTextColor() const { return FSelectionTextColor; }
+    void SetSelectionTextColor(TColor Value);
+    /// The caret block, and the text an input method is composing at it.
+    TColor CaretColor() const { return FCaret->Color(); }
+    void SetCaretColor(TColor Value);
+    /// The ground of a bracket at the caret and of its partner (coBracketMatch),
+    /// and of a bracket that has none.
+    TColor BracketMatchColor() const { return FBracketMatchColor; }
+    void SetBracketMatchColor(TColor Value);
+    TColor BracketMismatchColor() const { return FBracketMismatchColor; }
+    void SetBracketMismatchColor(TColor Value);
+    /// All the control's colours at once, as a theme holds them (uSxCodeEditTheme.h).
+    TSxCodeEditColors Colors() const;
+    void SetColors(const TSxCodeEditColors& Value);
     const TNotifyEvent& OnCursorChange() const { return FOnCursorChange; }
     void SetOnCursorChange(TNotifyEvent Value);
     const TNotifyEvent& OnChange() const { return FOnChange; }
@@ -372,7 +395,7 @@ protected:
     bool InMouseDown = false;
     bool inMouseMove = false;
     Integer FRightMargin = 80;
-    TColor FRightMarginColor = clBtnFace;
+    TColor FRightMarginColor = ClassicEditColors.RightMarginColor;
     TSxCodeOptions FOptions;
     TPoint FSelStart{-1, -1};
     TPoint FSelEnd{-1, -1};
@@ -451,9 +474,14 @@ private:
     TBevelKind FBevelKind = TBevelKind::bkNone;
     TBevelWidth FBevelWidth = 1;
     TSxCodeExtOptions FExtOptions;
-    TColor FLineNumberColor = TColor(0x00707070);
-    /// A pale blue that the selection and the token colours stand out from.
-    TColor FCurrentLineColor = TColor(0x00FEF2E8);
+    TColor FLineNumberColor = ClassicEditColors.LineNumberColor;
+    TColor FCurrentLineColor = ClassicEditColors.CurrentLineColor;
+    TColor FColor = ClassicEditColors.Color;
+    TColor FGutterColor = ClassicEditColors.GutterColor;
+    TColor FSelectionColor = ClassicEditColors.SelectionColor;
+    TColor FSelectionTextColor = ClassicEditColors.SelectionTextColor;
+    TColor FBracketMatchColor = ClassicEditColors.BracketMatchColor;
+    TColor FBracketMismatchColor = ClassicEditColors.BracketMismatchColor;
     /// A drag that began on the line numbers, and the line it began on.
     bool FSelectingLines = false;
     Integer FLineSelectAnchor = 0;
