@@ -6,6 +6,7 @@
 #include "codeedit/uSxCodeEditCaret.h"
 #include "codeedit/uSxCodeEditLines.h"
 #include "codeedit/uSxCodeEditTextArea.h"
+#include "codeedit/uSxCodeEditTheme.h"
 #include "codeedit/uSxCodeEditUndo.h"
 #include "codeedit/uSxCodeParser.h"
 #include "platform/Controls.h"
@@ -158,12 +159,28 @@ public:
     /// The background of the caret's line (coCurrentLine).
     TColor CurrentLineColor() const { return FCurrentLineColor; }
     void SetCurrentLineColor(TColor Value) { SetPaintColor(FCurrentLineColor, Value); }
-    /// The frame of the bracket at the caret and of its partner, and of a
-    /// bracket without one (coBracketMatch).
+    /// The text area's ground; a row of a colour table in clWindow stands for it.
+    TColor Color() const { return FColor; }
+    void SetColor(TColor Value) { SetPaintColor(FColor, Value); }
+    TColor GutterColor() const { return FGutterColor; }
+    void SetGutterColor(TColor Value) { SetPaintColor(FGutterColor, Value); }
+    /// The selected text is drawn in SelectionTextColor on SelectionColor.
+    TColor SelectionColor() const { return FSelectionColor; }
+    void SetSelectionColor(TColor Value) { SetPaintColor(FSelectionColor, Value); }
+    TColor SelectionTextColor() const { return FSelectionTextColor; }
+    void SetSelectionTextColor(TColor Value) { SetPaintColor(FSelectionTextColor, Value); }
+    /// The caret block, and the text an input method is composing at it.
+    TColor CaretColor() const { return FCaret->Color(); }
+    void SetCaretColor(TColor Value);
+    /// The ground of the bracket next to the caret and of its partner
+    /// (coBracketMatch), and of a bracket that has none.
     TColor BracketMatchColor() const { return FBracketMatchColor; }
     void SetBracketMatchColor(TColor Value) { SetPaintColor(FBracketMatchColor, Value); }
     TColor BracketMismatchColor() const { return FBracketMismatchColor; }
     void SetBracketMismatchColor(TColor Value) { SetPaintColor(FBracketMismatchColor, Value); }
+    /// All the control's colours at once, as a theme holds them (uSxCodeEditTheme.h).
+    TSxCodeEditColors Colors() const;
+    void SetColors(const TSxCodeEditColors& Value);
     /// With coBracketMatch, the bracket next to the caret (the one before it
     /// first) and its partner, (-1, -1) when the text has none; False when
     /// no bracket of code stands next to the caret or the search ran out of
@@ -340,6 +357,8 @@ protected:
     struct TBracketAt {
         Integer Column;
         Char Bracket;
+        TColor TextColor;  ///< of its token, as the parser gave it
+        TFontStyles Style;
     };
     /// The brackets in the code tokens of ALine, left to right; the line's
     /// length is taken from ABudget, and nothing is read once it is spent.
@@ -411,7 +430,7 @@ protected:
     bool InMouseDown = false;
     bool inMouseMove = false;
     Integer FRightMargin = 80;
-    TColor FRightMarginColor = clBtnFace;
+    TColor FRightMarginColor = ClassicEditColors.RightMarginColor;
     TSxCodeOptions FOptions;
     TPoint FSelStart{-1, -1};
     TPoint FSelEnd{-1, -1};
@@ -490,11 +509,14 @@ private:
     TBevelKind FBevelKind = TBevelKind::bkNone;
     TBevelWidth FBevelWidth = 1;
     TSxCodeExtOptions FExtOptions;
-    TColor FLineNumberColor = TColor(0x00707070);
-    /// A pale blue that the selection and the token colours stand out from.
-    TColor FCurrentLineColor = TColor(0x00FEF2E8);
-    TColor FBracketMatchColor = TColor(0x00A0A0A0);
-    TColor FBracketMismatchColor = clRed;
+    TColor FLineNumberColor = ClassicEditColors.LineNumberColor;
+    TColor FCurrentLineColor = ClassicEditColors.CurrentLineColor;
+    TColor FColor = ClassicEditColors.Color;
+    TColor FGutterColor = ClassicEditColors.GutterColor;
+    TColor FSelectionColor = ClassicEditColors.SelectionColor;
+    TColor FSelectionTextColor = ClassicEditColors.SelectionTextColor;
+    TColor FBracketMatchColor = ClassicEditColors.BracketMatchColor;
+    TColor FBracketMismatchColor = ClassicEditColors.BracketMismatchColor;
     /// A drag that began on the line numbers, and the line it began on.
     bool FSelectingLines = false;
     Integer FLineSelectAnchor = 0;

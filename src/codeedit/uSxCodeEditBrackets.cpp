@@ -73,7 +73,7 @@ std::vector<TSxCodeEdit::TBracketAt> TSxCodeEdit::CodeBrackets(Integer ALine, st
         if (parser->TokenIsCode())
             for (std::size_t i = 0; i < token.size(); ++i)
                 if (IsBracket(token[i]))
-                    found.push_back({column + Integer(i), token[i]});
+                    found.push_back({column + Integer(i), token[i], text, style});
         column += Integer(token.size());
     }
     parser->SetOnGetNewBuffer(savedFeed);
@@ -98,7 +98,7 @@ bool TSxCodeEdit::BracketAtCaret(TBracketAt& ABracket)
 
 bool TSxCodeEdit::MatchingBracket(TPoint& ABracket, TPoint& APartner)
 {
-    TBracketAt bracket{-1, 0};
+    TBracketAt bracket{-1, 0, clNone, {}};
     if (!HasExtOption(TSxCodeExtOption::coBracketMatch) || !BracketAtCaret(bracket))
         return false;
     const std::optional<TPoint> partner = FindPartner(bracket);

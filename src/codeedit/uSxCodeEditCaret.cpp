@@ -40,11 +40,19 @@ void TSxCaret::SetNormal(bool Value)
 
 void TSxCaret::SetVisible(bool) {}
 
+void TSxCaret::SetColor(TColor Value)
+{
+    FColor = Value;
+    if (GetCaretInfo().Window == FParent)
+        SetCaretColor(FParent, FColor);
+}
+
 void TSxCaret::Show(Integer X, Integer Y, Integer W, Integer H)
 {
     DestroyCaretOf(FParent);
     if (FParent && FParent->Focused()) {
         CreateCaret(FParent, nullptr, W, H);
+        SetCaretColor(FParent, FColor);
         SetCaretPos(X + 2, Y);
         ShowCaret(FParent);
     }
@@ -63,6 +71,7 @@ void TSxCaret::UpdateCaret()
             CreateCaret(FParent, nullptr, 2, 10);
         else
             CreateCaret(FParent, nullptr, 10, 10);
+        SetCaretColor(FParent, FColor);
     }
 }
 

@@ -17,6 +17,9 @@ public:
     void SetNormal(bool Value);
     bool Visible() const { return FVisible; }
     void SetVisible(bool Value);
+    /// The colour of the caret block; the caret in place takes it at once.
+    TColor Color() const { return FColor; }
+    void SetColor(TColor Value);
 
     /// Puts a caret of W by H at (X + 2, Y) when the parent has the focus.
     void Show(Integer X, Integer Y, Integer W, Integer H);
@@ -28,6 +31,7 @@ private:
     TWinControl* FParent = nullptr;
     bool FNormal = true;
     bool FVisible = false;
+    TColor FColor = clWindowText;
 };
 
 }  // namespace sx

@@ -113,7 +113,7 @@ private:
 
     void FillBackground()
     {
-        BackColor = clWindow;
+        BackColor = E.FColor;
         DarkenColor(BackColor, E.GetReadOnly(), DarkenPercent);
         TCanvas& c = Main->Canvas();
         c.Brush().Color = BackColor;
@@ -141,8 +141,8 @@ private:
     {
         TCanvas& c = Gutter->Canvas();
         const Integer w = Gutter->Width(), h = E.ClientHeight();
-        c.Pen().Color = clBtnFace;
-        c.Brush().Color = clBtnFace;
+        c.Pen().Color = E.FGutterColor;
+        c.Brush().Color = E.FGutterColor;
         c.Rectangle(0, 0, w, h);
         c.Pen().Color = clBtnHighlight;
         c.MoveTo(w - 2, 0);
@@ -179,8 +179,11 @@ private:
             if (LastParserLine != E.FParserLineNr)
                 BeginLine(c);
             LastParserLine = E.FParserLineNr;
-            // The caret's line shows through where a token has the window's colour.
-            if (ShowCurrentLine && BackColor == clWindow && E.FParserLineNr - 1 == E.FLinePos)
+            // A row's clWindow is the control's ground, and the caret's line
+            // shows through the ground.
+            if (BackColor == clWindow)
+                BackColor = E.FColor;
+            if (ShowCurrentLine && BackColor == E.FColor && E.FParserLineNr - 1 == E.FLinePos)
                 BackColor = E.FCurrentLineColor;
             DarkenColor(BackColor, E.FReadOnly, DarkenPercent);
             if (E.ParserLineCollapse && Gutter)
@@ -258,7 +261,7 @@ private:
             Column += Integer(text.size());
             n = Integer(text.size());
         }
-        DrawPart(c, text, clHighlightText, clHighlight);
+        DrawPart(c, text, E.FSelectionTextColor, E.FSelectionColor);
         if (hasTail) {
             n = Integer(tail.size());
             DrawPart(c, tail, TextColor, BackColor);
@@ -298,21 +301,33 @@ private:
         return text;
     }
 
-    /// A frame around the bracket next to the caret and one around its
-    /// partner, or the bracket's alone in the colour of a missing partner.
+    /// The bracket next to the caret and its partner on a ground of their
+    /// own, or the bracket alone on the ground of a missing partner.
     void PaintBrackets()
     {
         TPoint bracket, partner;
         if (!E.MatchingBracket(bracket, partner))
             return;
-        const bool matched = partner.X >= 0;
-        TCanvas& c = Main->Canvas();
-        c.Brush().Style = TBrushStyle::bsSolid;
-        c.Brush().Color = matched ? E.FBracketMatchColor : E.FBracketMismatchColor;
+        TColor ground = partner.X >= 0 ? E.FBracketMatchColor : E.FBracketMismatchColor;
+        DarkenColor(ground, E.FReadOnly, DarkenPercent);
         for (const TPoint& cell : {bracket, partner})
-            if (cell.X >= 0 && Area.Shows(cell.X, cell.Y)) {
-                const Integer x = ClampedPixel(Area.TextX(cell.X)), y = ClampedPixel(Area.CellY(cell.Y));
-                c.FrameRect(Rect(x, y, x + Area.CharWidth, y + Area.LineHeight));
+            if (cell.X >= 0 && Area.Shows(cell.X, cell.Y))
+                PaintBracket(cell, ground);
+    }
+
+    /// The bracket at ACell again, in its token's colour and style on AGround.
+    void PaintBracket(TPoint ACell, TColor AGround)
+    {
+        std::size_t budget = uSxCodeEdit::BracketSearchChars;
+        for (const TSxCodeEdit::TBracketAt& glyph : E.CodeBrackets(ACell.Y, budget))
+            if (glyph.Column == ACell.X) {
+                TCanvas& c = Main->Canvas();
+                c.Brush().Style = TBrushStyle::bsSolid;
+                c.Brush().Color = AGround;
+                c.Font().SetColor(glyph.TextColor);
+                c.Font().SetStyle(glyph.Style);
+                c.TextOut(ClampedPixel(Area.TextX(ACell.X)), ClampedPixel(Area.CellY(ACell.Y)),
+                          String(1, glyph.Bracket));
             }
     }
 
@@ -331,25 +346,25 @@ private:
     }
 
     /// The text an input method is composing, over everything else at the
-    /// caret: in the control's font, text colour on the background, with a
-    /// line under it that marks it as not yet typed.
+    /// caret: in the control's font, in the caret's colour on the ground,
+    /// with a line under it that marks it as not yet typed.
     void PaintPreEdit()
     {
         TPoint cell;
         if (E.FImePreEdit.empty() || !E.CaretCell(cell))
             return;
         TCanvas& c = Main->Canvas();
-        TColor back = clWindow;
+        TColor back = E.FColor;
         DarkenColor(back, E.GetReadOnly(), DarkenPercent);
         c.Font().SetStyle(E.Font().Style());
-        c.Font().SetColor(clWindowText);
+        c.Font().SetColor(E.CaretColor());
         c.Brush().Style = TBrushStyle::bsSolid;
         c.Brush().Color = back;
         const Integer x = cell.X + TSxTextArea::InnerMargin;
         c.TextOut(x, cell.Y, E.FImePreEdit);
         const Integer right = c.PenPos().X;
         const Integer underline = cell.Y + E.GetLineWidth() - 1;
-        c.Pen().Color = clWindowText;
+        c.Pen().Color = E.CaretColor();
         c.MoveTo(x, underline);
         c.LineTo(right, underline);
     }
@@ -373,11 +388,13 @@ private:
     void PaintCorners()
     {
         TCanvas& screen = E.Canvas();
-        screen.Pen().Color = clBtnFace;
-        screen.Brush().Color = clBtnFace;
+        screen.Pen().Color = E.FGutterColor;
+        screen.Brush().Color = E.FGutterColor;
         screen.Brush().Style = TBrushStyle::bsSolid;
         const Integer barTop = E.ClientHeight() - E.FHScrollBar->Height() - 1;
         screen.Rectangle(0, barTop, Area.Left, E.ClientHeight());
+        screen.Pen().Color = clBtnFace;
+        screen.Brush().Color = clBtnFace;
         screen.Rectangle(E.ClientWidth() - E.FVScrollBar->Width(), barTop, E.ClientWidth(), E.ClientHeight());
     }
 

@@ -10,7 +10,9 @@ using namespace uSxCodeJSParser;
 namespace uSxCodeJSParser {
 
 // The braces (vtBegin, vtEnd) are reserved words.
-std::array<TSxJSInfo, 7> DrawInfo = ScriptDrawInfo<TJSToken>();
+std::array<TSxJSInfo, 7> StockDrawInfo() { return ScriptDrawInfo<TJSToken>(); }
+
+std::array<TSxJSInfo, 7> DrawInfo = StockDrawInfo();
 
 void Initialization() { RegisterClass(TSxCodeJSParser::ClassInfo()); }
 

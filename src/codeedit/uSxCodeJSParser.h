@@ -36,6 +36,8 @@ using TSxJSInfo = TSxTokenInfo<TJSToken>;
 
 /// The colour table of all JavaScript parsers in the process; row 0 is the default.
 extern std::array<TSxJSInfo, 7> DrawInfo;
+/// The table as it stands at start ("Classic"), before an IDE's colours or a theme change it.
+std::array<TSxJSInfo, 7> StockDrawInfo();
 
 /// Registers TSxCodeJSParser with the class registry.
 void Initialization();

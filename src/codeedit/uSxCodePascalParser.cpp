@@ -12,25 +12,30 @@ using namespace uSxCodePascalParser;
 
 namespace uSxCodePascalParser {
 
-std::array<TSxPascalInfo, 8> DrawInfo = {{
-    {u"WhiteSpace", clWindowText, clWindow, {}, {}},
-    {u"Reserved word", clWindowText, clWindow,
-     {ptTry, ptExcept, ptFinally, ptInherited, ptAs, ptFunction, ptProcedure, ptConstructor, ptDestructor,
-      ptUnit, ptImplementation, ptProgram, ptUses, ptBegin, ptEnd, ptType, ptIf, ptThen, ptElse, ptRepeat,
-      ptUntil, ptDo, ptClass, ptPrivate, ptProtected, ptPublic, ptPublished, ptProperty, ptinterface,
-      ptKeyword, ptVar, ptConst, ptOut},
-     {TFontStyle::fsBold}},
-    {u"string", clWindowText, clYellow, {ptString}, {}},
-    {u"Comment", clHighlightText, clHighlight, {ptComment}, {}},
-    {u"Identifier", clRed, clWhite, {ptIdentifier}, {}},
-    {u"Character", clBlue, clWhite, {ptHash}, {TFontStyle::fsItalic}},
-    {u"Number", clBlue, clGreen, {ptNumber}, {}},
-    {u"Symbol", clBlue, clRed,
-     {ptComma, ptSemicolon, ptColon, ptPeriod, ptRange, ptEquals, ptNotEquals, ptLess, ptLessEqual, ptGreater,
-      ptGreaterEqual, ptAssign, ptOpenParen, ptCloseParen, ptOpenBracket, ptCloseBracket, ptCaret, ptAddress,
-      ptPlus, ptMinus, ptMultiply, ptDivide},
-     {}},
-}};
+std::array<TSxPascalInfo, 8> StockDrawInfo()
+{
+    return {{
+        {u"WhiteSpace", clWindowText, clWindow, {}, {}},
+        {u"Reserved word", clWindowText, clWindow,
+         {ptTry, ptExcept, ptFinally, ptInherited, ptAs, ptFunction, ptProcedure, ptConstructor, ptDestructor,
+          ptUnit, ptImplementation, ptProgram, ptUses, ptBegin, ptEnd, ptType, ptIf, ptThen, ptElse, ptRepeat,
+          ptUntil, ptDo, ptClass, ptPrivate, ptProtected, ptPublic, ptPublished, ptProperty, ptinterface,
+          ptKeyword, ptVar, ptConst, ptOut},
+         {TFontStyle::fsBold}},
+        {u"string", clWindowText, clYellow, {ptString}, {}},
+        {u"Comment", clHighlightText, clHighlight, {ptComment}, {}},
+        {u"Identifier", clRed, clWhite, {ptIdentifier}, {}},
+        {u"Character", clBlue, clWhite, {ptHash}, {TFontStyle::fsItalic}},
+        {u"Number", clBlue, clGreen, {ptNumber}, {}},
+        {u"Symbol", clBlue, clRed,
+         {ptComma, ptSemicolon, ptColon, ptPeriod, ptRange, ptEquals, ptNotEquals, ptLess, ptLessEqual, ptGreater,
+          ptGreaterEqual, ptAssign, ptOpenParen, ptCloseParen, ptOpenBracket, ptCloseBracket, ptCaret, ptAddress,
+          ptPlus, ptMinus, ptMultiply, ptDivide},
+         {}},
+    }};
+}
+
+std::array<TSxPascalInfo, 8> DrawInfo = StockDrawInfo();
 
 void Initialization() { RegisterClass(TsxCodePasParser::ClassInfo()); }
 

@@ -34,6 +34,8 @@ inline const TPascalTokens ptComments{ptComment, ptSoapComment};
 
 /// The colour table of all Pascal parsers in the process; row 0 is the default.
 extern std::array<TSxPascalInfo, 8> DrawInfo;
+/// The table as it stands at start ("Classic"), before an IDE's colours or a theme change it.
+std::array<TSxPascalInfo, 8> StockDrawInfo();
 
 /// Registers TsxCodePasParser with the class registry.
 void Initialization();

@@ -8,8 +8,6 @@ namespace sx {
 
 namespace uSxCodeSqlParser {
 
-namespace {
-
 std::array<TSxSqlTokenInfo, 8> StockDrawInfo()
 {
     return {{
@@ -23,6 +21,8 @@ std::array<TSxSqlTokenInfo, 8> StockDrawInfo()
         {u"Comment", clGreen, clWindow, {vtComment}, {}},
     }};
 }
+
+namespace {
 
 // By rows of three alphabetical columns, with NEXT added at the end.
 constexpr std::array<const char16_t*, SxSqlKeyWordCount> StockKeyWords = {

@@ -31,6 +31,8 @@ using TSxSqlTokenInfo = TSxTokenInfo<TSxSqlToken>;
 
 /// The colours of all SQL parsers of the process; row 2 is the default row.
 extern std::array<TSxSqlTokenInfo, 8> DrawInfo;
+/// The table as it stands at start ("Classic"), before an IDE's colours or a theme change it.
+std::array<TSxSqlTokenInfo, 8> StockDrawInfo();
 
 constexpr std::size_t SxSqlKeyWordCount = 176;
 /// The keywords; each parser reads them once, when it is made.

@@ -8,7 +8,9 @@ using namespace uSxCodeVBParser;
 
 namespace uSxCodeVBParser {
 
-std::array<TSxVBInfo, 7> DrawInfo = ScriptDrawInfo<TVBToken>();
+std::array<TSxVBInfo, 7> StockDrawInfo() { return ScriptDrawInfo<TVBToken>(); }
+
+std::array<TSxVBInfo, 7> DrawInfo = StockDrawInfo();
 
 void Initialization() { RegisterClass(TSxCodeVBParser::ClassInfo()); }
 

@@ -29,6 +29,8 @@ using TSxVBInfo = TSxTokenInfo<TVBToken>;
 
 /// The colour table of all Visual Basic parsers in the process; row 0 is the default.
 extern std::array<TSxVBInfo, 7> DrawInfo;
+/// The table as it stands at start ("Classic"), before an IDE's colours or a theme change it.
+std::array<TSxVBInfo, 7> StockDrawInfo();
 
 /// Registers TSxCodeVBParser with the class registry.
 void Initialization();

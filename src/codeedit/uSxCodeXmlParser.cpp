@@ -10,21 +10,26 @@ using namespace uSxCodeXmlParser;
 
 namespace uSxCodeXmlParser {
 
-std::array<TSxXmlTokenInfo, 8> DrawInfo = {{
-    {u"WhiteSpace", clWindowText, clWindow, {}, {}},
-    {u"AttributeName", clMaroon, clWindow, {vtAttrName}, {}},
-    {u"AttributeValue", clBlack, clWindow, {vtAttrValue}, {TFontStyle::fsBold}},
-    {u"ElementName", clMaroon, clWindow, {vtElmName}, {}},
-    {u"ElemenValue", clBlack, clWindow, {vtElmCharacters}, {TFontStyle::fsBold}},
-    {u"XMLChar",
-     clBlue,
-     clWindow,
-     {vtAttrEqual, vtAttrQuote, vtElmStart, vtElmEnd, vtElmEndSlash, vtCDATAStart, vtCDATAEnd, vtProlog,
-      vtProcessing},
-     {}},
-    {u"CDATA", clBlack, clWindow, {vtCDATACharacters}, {}},
-    {u"Comment", clGreen, clYellow, {vtComment}, {}},
-}};
+std::array<TSxXmlTokenInfo, 8> StockDrawInfo()
+{
+    return {{
+        {u"WhiteSpace", clWindowText, clWindow, {}, {}},
+        {u"AttributeName", clMaroon, clWindow, {vtAttrName}, {}},
+        {u"AttributeValue", clBlack, clWindow, {vtAttrValue}, {TFontStyle::fsBold}},
+        {u"ElementName", clMaroon, clWindow, {vtElmName}, {}},
+        {u"ElemenValue", clBlack, clWindow, {vtElmCharacters}, {TFontStyle::fsBold}},
+        {u"XMLChar",
+         clBlue,
+         clWindow,
+         {vtAttrEqual, vtAttrQuote, vtElmStart, vtElmEnd, vtElmEndSlash, vtCDATAStart, vtCDATAEnd, vtProlog,
+          vtProcessing},
+         {}},
+        {u"CDATA", clBlack, clWindow, {vtCDATACharacters}, {}},
+        {u"Comment", clGreen, clYellow, {vtComment}, {}},
+    }};
+}
+
+std::array<TSxXmlTokenInfo, 8> DrawInfo = StockDrawInfo();
 
 void Initialization() { RegisterClass(TSxCodeXMLParser::ClassInfo()); }
 

@@ -52,6 +52,8 @@ constexpr std::size_t DrawInfoDefaultRow = 2;
 
 /// The colour table shared by all XML parsers; an application may recolour it.
 extern std::array<TSxXmlTokenInfo, 8> DrawInfo;
+/// The table as it stands at start ("Classic"), before an IDE's colours or a theme change it.
+std::array<TSxXmlTokenInfo, 8> StockDrawInfo();
 
 /// Registers TSxCodeXMLParser with the class registry.
 void Initialization();

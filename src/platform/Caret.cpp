@@ -69,6 +69,15 @@ QWidget* BlockFor(QWidget* window)
     return c.block;
 }
 
+void PaintBlock(QWidget& block, TColor color)
+{
+    if (const QColor wanted = ToQColor(color); block.palette().color(QPalette::Window) != wanted) {
+        QPalette palette = block.palette();
+        palette.setColor(QPalette::Window, wanted);
+        block.setPalette(palette);
+    }
+}
+
 QTimer& BlinkTimer()
 {
     CaretState& c = Caret();
@@ -92,12 +101,17 @@ bool CreateCaret(TWinControl* window, void*, Integer width, Integer height)
         return false;
     CaretState& c = Caret();
     c.info = TCaretInfo{window, Point(0, 0), width, height, false};
-    QWidget* block = BlockFor(window->Widget());
-    if (const QColor color = ToQColor(clWindowText); block->palette().color(QPalette::Window) != color) {
-        QPalette palette = block->palette();
-        palette.setColor(QPalette::Window, color);
-        block->setPalette(palette);
-    }
+    PaintBlock(*BlockFor(window->Widget()), c.info.Color);
+    return true;
+}
+
+bool SetCaretColor(TWinControl* window, TColor color)
+{
+    CaretState& c = Caret();
+    if (!c.info.Window || (window && window != c.info.Window) || !c.block)
+        return false;
+    c.info.Color = color;
+    PaintBlock(*c.block, color);
     return true;
 }
 

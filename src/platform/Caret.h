@@ -2,6 +2,7 @@
 // control that holds it, blinking at the desktop's cursor flash time.
 #pragma once
 
+#include "platform/Colors.h"
 #include "platform/Types.h"
 
 namespace sx {
@@ -15,6 +16,8 @@ bool SetCaretPos(Integer x, Integer y);
 /// Shows the caret and starts its blinking.
 bool ShowCaret(TWinControl* window);
 bool HideCaret(TWinControl* window);
+/// Paints the caret of the window in a colour of its own; a new caret is clWindowText.
+bool SetCaretColor(TWinControl* window, TColor color);
 /// Removes the caret of the thread; harmless when there is none.
 bool DestroyCaret();
 
@@ -25,6 +28,7 @@ struct TCaretInfo {
     Integer Width = 0;
     Integer Height = 0;
     bool Shown = false;
+    TColor Color = clWindowText;
 };
 TCaretInfo GetCaretInfo();
 

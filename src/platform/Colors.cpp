@@ -93,4 +93,14 @@ bool IdentToColor(const String& Ident, TColor& Color) noexcept
     return false;
 }
 
+bool ColorToIdent(TColor Color, String& Ident)
+{
+    for (const TColorIdent& ident : ColorIdents)
+        if (ident.Value == Color) {
+            Ident = ident.Name;
+            return true;
+        }
+    return false;
+}
+
 }  // namespace sx

@@ -79,6 +79,9 @@ inline TColor RGB(Byte r, Byte g, Byte b) { return TColor(r) | (TColor(g) << 8) 
 /// compared case-blind) is stored in Color; an unknown word leaves Color alone
 /// and answers False. Raises nothing.
 bool IdentToColor(const String& Ident, TColor& Color) noexcept;
+/// The identifier of a colour that has one ("clWindow") goes into Ident;
+/// any other colour leaves Ident alone and answers False.
+bool ColorToIdent(TColor Color, String& Ident);
 
 enum class TFontStyle { fsBold, fsItalic, fsUnderline, fsStrikeOut };
 /// A set in one byte: bit 0 bold, 1 italic, 2 underline, 3 strike-out.

@@ -322,11 +322,16 @@ void AddUtf16Lines(ByteSpan bytes, bool bigEndian, TStringList::TLoader& loader,
 }
 
 /// The system's reason comes as UTF-8 (or ASCII) in the C library's locale.
-[[noreturn]] void RaiseOpenError(const String& fileName, const char* reason)
+/// The system's reason for a failed file operation, as text.
+String ReasonText(const char* reason)
 {
     const ByteSpan bytes(reinterpret_cast<const Byte*>(reason), std::strlen(reason));
-    const String text = DecodeInto(bytes.size(), [&](Char* out) { return DecodeUtf8(bytes, out); });
-    throw EFOpenError(u"Cannot open file \"" + fileName + u"\". " + text);
+    return DecodeInto(bytes.size(), [&](Char* out) { return DecodeUtf8(bytes, out); });
+}
+
+[[noreturn]] void RaiseOpenError(const String& fileName, const char* reason)
+{
+    throw EFOpenError(u"Cannot open file \"" + fileName + u"\". " + ReasonText(reason));
 }
 
 FileHandle OpenForReading(const String& fileName, const std::string& path)
@@ -364,6 +369,16 @@ void TSxStringStream::LoadFromFile(const String& aFileName, Integer aCodePage)
     ReadFile(aFileName);
     FCodePage = aCodePage == Detect ? DetectCodePage(Bytes()) : aCodePage;
     SetPosition(0);
+}
+
+void TSxStringStream::SaveToFile(const String& aFileName) const
+{
+    const FileHandle file(std::fopen(StrToUtf8(aFileName).c_str(), "wb"));
+    const TByteBuffer& bytes = Bytes();
+    const bool written = file && std::fwrite(bytes.data(), 1, bytes.size(), file.get()) == bytes.size() &&
+                         std::fflush(file.get()) == 0;
+    if (!written)
+        throw EFCreateError(u"Cannot create file \"" + aFileName + u"\". " + ReasonText(std::strerror(errno)));
 }
 
 void TSxStringStream::ReadFile(const String& aFileName)

@@ -35,6 +35,10 @@ public:
     /// Raises EFOpenError when the file cannot be opened or read.
     void LoadFromFile(const String& aFileName, Integer aCodePage);
 
+    /// Writes the bytes held, as they are, to a new or emptied file. Raises
+    /// EFCreateError when the file cannot be made or written.
+    void SaveToFile(const String& aFileName) const;
+
     /// The text of all bytes, decoded from CodePage, without a byte-order mark.
     /// Nothing is dropped: a byte that cannot be decoded becomes U+FFFD.
     String GetWString() const;

@@ -46,6 +46,11 @@ class EFOpenError : public EStreamError {
     using EStreamError::EStreamError;
 };
 
+/// A file that cannot be made or written: the message names it and gives the system's reason.
+class EFCreateError : public EStreamError {
+    using EStreamError::EStreamError;
+};
+
 class EConvertError : public Exception {
     using Exception::Exception;
 };

@@ -1,6 +1,6 @@
 // Bracket matching: Ctrl+] jumps to the partner found through the parser's
-// tokens, brackets in strings and comments do not count, both brackets get
-// a frame, a lone one a frame of its own colour. Off by default.
+// tokens, brackets in strings and comments do not count, both brackets show
+// on a ground of their own, a lone one on another. Off by default.
 #include "codeedit/EditorFixture.h"
 #include "codeedit/uSxCodeJSParser.h"
 #include "codeedit/uSxCodePascalParser.h"
@@ -18,7 +18,7 @@ protected:
         edit->SetParser(new TSxCodePascalParser(edit));
         TurnOn(TSxCodeExtOption::coBracketMatch);
     }
-    int FramePixels(const QImage& image, TPoint cell, TColor color)
+    int GroundPixels(const QImage& image, TPoint cell, TColor color)
     {
         return CountPixels(image, CellRect(*edit, cell.X, cell.Y), Drawn(color));
     }
@@ -66,20 +66,20 @@ TEST_F(Brackets, APartnerOutOfReachIsNeitherFoundNorMissing)
     EXPECT_EQ(At(partner), At(Point(0, uSxCodeEdit::BracketSearchLines)));
 }
 
-TEST_F(Brackets, BothBracketsFramedALoneOneInItsOwnColour)
+TEST_F(Brackets, BothBracketsOnTheirGroundALoneOneOnItsOwn)
 {
     Start(u"x := (a + b);", Point(5, 0));
     QImage image = Render(*edit);
-    EXPECT_GT(FramePixels(image, Point(5, 0), edit->BracketMatchColor()), 0);
-    EXPECT_GT(FramePixels(image, Point(11, 0), edit->BracketMatchColor()), 0);
-    EXPECT_EQ(FramePixels(image, Point(7, 0), edit->BracketMatchColor()), 0);
+    EXPECT_GT(GroundPixels(image, Point(5, 0), edit->BracketMatchColor()), 0);
+    EXPECT_GT(GroundPixels(image, Point(11, 0), edit->BracketMatchColor()), 0);
+    EXPECT_EQ(GroundPixels(image, Point(7, 0), edit->BracketMatchColor()), 0);
 
     Start(u"x := (a + b;", Point(5, 0));
-    EXPECT_GT(FramePixels(Render(*edit), Point(5, 0), edit->BracketMismatchColor()), 0);
+    EXPECT_GT(GroundPixels(Render(*edit), Point(5, 0), edit->BracketMismatchColor()), 0);
 
     edit->SetExtOptions({});
     Start(u"x := (a + b);", Point(5, 0));
-    EXPECT_EQ(FramePixels(Render(*edit), Point(5, 0), edit->BracketMatchColor()), 0);
+    EXPECT_EQ(GroundPixels(Render(*edit), Point(5, 0), edit->BracketMatchColor()), 0);
     Press(*edit, Qt::Key_BracketRight, Qt::ControlModifier);
     EXPECT_EQ(At(Caret()), "5,0");  // Ctrl+] does nothing without the option
 }
