@@ -6,11 +6,13 @@
 #include "DbWindow.h"
 #include "DemoFiles.h"
 
+#include "codeedit/uSxCodeEditTheme.h"
 #include "codeedit/uSxCodePascalParser.h"
 #include "platform/Menus.h"
 #include "platform/QtConvert.h"
 #include "platform/Registry.h"
 
+#include <QActionGroup>
 #include <QCloseEvent>
 #include <QFile>
 #include <QFileDialog>
@@ -50,6 +52,7 @@ DemoWindow::DemoWindow() : FEdit(new TSxCodeEdit(nullptr)), FPopup(new TPopupMen
     // off. Undo keeps its classic steps until grouping is chosen.
     FEdit->SetExtOptions({TSxCodeExtOption::coLineNumbers, TSxCodeExtOption::coCurrentLine,
                           TSxCodeExtOption::coBracketMatch, TSxCodeExtOption::coRedo});
+    UseTheme(QStringLiteral("Light"));
     BuildMenus();
     BuildPopupMenu();
     auto* titleTimer = new QTimer(this);
@@ -132,7 +135,56 @@ void DemoWindow::BuildViewMenu()
         });
     }
     view->addSeparator();
+    QMenu* themes = view->addMenu(tr("&Theme"));
+    auto* choice = new QActionGroup(themes);
+    for (const QString& name : {QStringLiteral("Classic"), QStringLiteral("Light"), QStringLiteral("Dark")}) {
+        QAction* action = themes->addAction(name, this, [this, name] { UseTheme(name); });
+        action->setCheckable(true);
+        action->setChecked(name == FThemeName);
+        choice->addAction(action);
+    }
+    themes->addSeparator();
+    themes->addAction(tr("&Load from a file..."), this, [this, choice] {
+        const QString path = QFileDialog::getOpenFileName(this, tr("Load a theme"), QString(), tr("Themes (*.ini)"));
+        if (path.isEmpty())
+            return;
+        try {
+            UseTheme(path);
+            if (QAction* checked = choice->checkedAction())
+                checked->setChecked(false);
+        } catch (const Exception& e) {
+            QMessageBox::warning(this, tr("Load a theme"), ToQString(e.Message()));
+        }
+    });
+    themes->addAction(tr("&Save to a file..."), this, [this] {
+        const QString path = QFileDialog::getSaveFileName(this, tr("Save the theme"), QString(), tr("Themes (*.ini)"));
+        if (path.isEmpty())
+            return;
+        try {
+            TSxCodeEditTheme::Current(FEdit).SaveToFile(FromQString(path));
+        } catch (const Exception& e) {
+            QMessageBox::warning(this, tr("Save the theme"), ToQString(e.Message()));
+        }
+    });
     view->addAction(tr("Colours from &Delphi..."), this, [this] { ChooseDelphiColours(); });
+}
+
+void DemoWindow::UseTheme(const QString& nameOrFile)
+{
+    TSxCodeEditTheme theme;
+    if (nameOrFile == u"Classic")
+        theme = TSxCodeEditTheme::Classic();
+    else if (nameOrFile == u"Light")
+        theme = TSxCodeEditTheme::Light();
+    else if (nameOrFile == u"Dark")
+        theme = TSxCodeEditTheme::Dark();
+    else {
+        theme = TSxCodeEditTheme::Current(FEdit);
+        theme.LoadFromFile(FromQString(nameOrFile));
+    }
+    ApplyTheme(theme);
+    theme.ApplyTo(*FEdit);
+    FThemeName = nameOrFile;
 }
 
 QAction* DemoWindow::AddCommand(QMenu* menu, const QString& caption, Cardinal message, const QKeySequence& key,

@@ -32,6 +32,9 @@ public:
     /// Opens the database mode over an SQLite file in a window of its own;
     /// a missing file is made from the bundled sample first.
     void OpenDatabase(const QString& path);
+    /// Applies a bundled theme ("Classic", "Light", "Dark") or a theme file
+    /// to every control of the process; raises when the file cannot be read.
+    void UseTheme(const QString& nameOrFile);
 
 protected:
     void closeEvent(QCloseEvent* event) override;
@@ -56,6 +59,7 @@ private:
     TSxCodeEdit* FEdit;
     TPopupMenu* FPopup;
     QLabel* FPosition;
+    QString FThemeName;
     QAction* FCut = nullptr;
     QAction* FCopy = nullptr;
     QAction* FPaste = nullptr;

@@ -2,6 +2,7 @@
 // bundled Pascal sample, in one TSxCodeEdit. Without a display (or with
 // --screenshots DIR) it renders the control to PNG files and says where.
 // --delphi-version N colours Pascal as that Delphi version is set up to.
+// --theme NAME|FILE colours the editor with a bundled theme or a theme file.
 // --db FILE opens the database mode over an SQLite file, made from the bundled
 // sample of scripts when it is missing; headless, that mode is rendered too.
 #include "DbWindow.h"
@@ -107,6 +108,17 @@ void UseDelphiColours(demo::DemoWindow& window, const QString& versionText)
     }
 }
 
+/// Applies --theme; a theme file that cannot be read is reported and the
+/// editor goes on in the colours it has.
+void UseTheme(demo::DemoWindow& window, const QString& theme)
+{
+    try {
+        window.UseTheme(theme);
+    } catch (const Exception& e) {
+        std::fprintf(stderr, "sxedit: %s\n", e.what());
+    }
+}
+
 /// The database mode alone, as the main window.
 int RunDatabaseMode(const QString& dbPath)
 {
@@ -145,6 +157,11 @@ int main(int argc, char** argv)
                                                "sample when it is missing"),
                                 QStringLiteral("file"));
     options.addOption(db);
+    const QCommandLineOption theme(QStringLiteral("theme"),
+                                   QStringLiteral("Colours from the theme <name> (Classic, Light, Dark) or a theme file "
+                                                  "(default: Light)"),
+                                   QStringLiteral("name"));
+    options.addOption(theme);
     options.process(app);
 
     Initialize();
@@ -169,6 +186,8 @@ int main(int argc, char** argv)
                 return 1;
             QMessageBox::warning(&window, QStringLiteral("sxedit"), ToQString(e.Message()));
         }
+        if (options.isSet(theme))
+            UseTheme(window, options.value(theme));
         if (options.isSet(delphi))
             UseDelphiColours(window, options.value(delphi));
         window.show();

@@ -48,7 +48,7 @@ prepare_home() {
 
 start_editor() {
   : >"$work/typed.pas"
-  "$sxedit" "$work/typed.pas" >"$work/sxedit.log" 2>&1 &
+  "$sxedit" --theme Classic "$work/typed.pas" >"$work/sxedit.log" 2>&1 &
   editor_pid=$!
   poll "the editor's window" window_of "$editor_pid" '^typed\.pas - sxedit$'
   editor_window=$window
