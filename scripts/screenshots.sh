@@ -33,7 +33,8 @@ trap 'fail "stopped by a signal"' TERM INT
 # Liberation Mono here): the first character cell of the main window and of
 # the database window, and the size of a cell, in pixels.
 readonly cell_width=8 line_height=15
-readonly main_text_x=22 main_text_y=19 db_text_x=226 db_text_y=19
+# The demo shows line numbers: two digits widen the gutter to 26 pixels.
+readonly main_text_x=28 main_text_y=19 db_text_x=226 db_text_y=19
 readonly db_list_row_height=14
 
 # open_editor TITLE-PATTERN ARGUMENTS...: starts sxedit and waits for its window.
@@ -78,6 +79,15 @@ pascal_with_selection() {
   close_editor
 }
 
+# The sample in the Dark theme with the caret behind the bracket of
+# "class(TObject)", so that the pair shows on its ground.
+pascal_in_dark() {
+  open_editor '^sample\.pas - sxedit$' --theme Dark examples/sample.pas
+  xdotool mousemove --window "$window" $(cell_point $main_text_x $main_text_y 17 12) click 1
+  shoot screenshot-dark.png
+  close_editor
+}
+
 plain_sample() {
   open_editor "^sample\\.$1 - sxedit\$" "examples/sample.$1"
   shoot "screenshot-$1.png"
@@ -100,6 +110,7 @@ start_x_server
 mkdir -p "$work/home"
 export HOME="$work/home" XDG_CONFIG_HOME="$work/home/.config" XDG_DATA_HOME="$work/home/.local/share"
 pascal_with_selection
+pascal_in_dark
 plain_sample vbs
 plain_sample js
 database_mode
