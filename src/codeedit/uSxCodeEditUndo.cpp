@@ -46,9 +46,9 @@ void TSxUndoList::Push(TSxUndoItem* AItem)
 
 void TSxUndoList::Undo()
 {
+    ++FHistory;
     if (FUndoList.Count() == 0)
         return;
-    ++FHistory;
     const Integer group = Items(Count() - 1)->Group();
     TRedoStep step;
     TRedoStep* kept = FListened ? &step : nullptr;
@@ -129,11 +129,11 @@ void TSxUndoList::DeleteRange(const TSxUndoItem& Item)
 
 void TSxUndoList::Redo()
 {
+    ++FHistory;
     if (FRedo.empty())
         return;
     TRedoStep step = std::move(FRedo.back());
     FRedo.pop_back();
-    ++FHistory;
     FOwner->Changed();
     RevertChanges(step);
     const TSxUndoItem* newest = step.Records.front().get();
