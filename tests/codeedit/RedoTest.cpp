@@ -93,7 +93,8 @@ TEST_F(RedoFixture, RedoPutsBackTextCaretAndSelectionOfTheEdit)
             PressAndRun(Qt::Key_Z);
         const std::string undone = State();
         while (edit->CanRedo())  // both redo keys
-            edit->UndoList().RedoCount() % 2 ? PressAndRun(Qt::Key_Y) : PressAndRun(Qt::Key_Z, Ctrl | Qt::ShiftModifier);
+            edit->UndoList().RedoCount() % 2 ? PressAndRun(Qt::Key_Y)
+                                             : PressAndRun(Qt::Key_Z, Ctrl | Qt::ShiftModifier);
         EXPECT_EQ(State(), edited);
         while (edit->CanUndo())
             PressAndRun(Qt::Key_Z);
