@@ -1,6 +1,6 @@
 // Typing in the middle of a million-line text against typing in a 100-line
-// text: a typed character, an Enter and a Backspace that joins two lines,
-// each with the repaint that follows. No step of typing may walk or move the
+// text: a typed character (also with typing grouped for undo), an Enter and
+// a Backspace that joins two lines, each with the repaint that follows. No step of typing may walk or move the
 // whole text, so the two sizes must cost about the same.
 #include "codeedit/uSxCodeEdit.h"
 #include "codeedit/uSxCodePascalParser.h"
@@ -69,9 +69,11 @@ Editor& Shared(int lineCount)
     return *editor;
 }
 
-void BM_TypeCharacter(benchmark::State& state)
+/// A typed character and its paint, with the extended options AOptions on.
+void TypeCharacterWith(benchmark::State& state, TSxCodeExtOptions AOptions)
 {
     Editor& e = Shared(int(state.range(0)));
+    e.edit->SetExtOptions(AOptions);
     for (auto _ : state) {
         e.Key(u'x');
         e.Paint();
@@ -79,6 +81,15 @@ void BM_TypeCharacter(benchmark::State& state)
         e.Key(8);
         state.ResumeTiming();
     }
+    e.edit->SetExtOptions({});
+}
+
+void BM_TypeCharacter(benchmark::State& state) { TypeCharacterWith(state, {}); }
+
+/// With coGroupUndo each character asks whether it goes on the run: no dearer.
+void BM_TypeCharacterGrouped(benchmark::State& state)
+{
+    TypeCharacterWith(state, {TSxCodeExtOption::coGroupUndo});
 }
 
 void BM_Enter(benchmark::State& state)
@@ -116,5 +127,6 @@ void BM_BackspaceJoin(benchmark::State& state)
 }  // namespace
 
 BENCHMARK(BM_TypeCharacter)->Arg(100)->Arg(1'000'000)->Unit(benchmark::kMicrosecond);
+BENCHMARK(BM_TypeCharacterGrouped)->Arg(100)->Arg(1'000'000)->Unit(benchmark::kMicrosecond);
 BENCHMARK(BM_Enter)->Arg(100)->Arg(1'000'000)->Unit(benchmark::kMicrosecond);
 BENCHMARK(BM_BackspaceJoin)->Arg(100)->Arg(1'000'000)->Unit(benchmark::kMicrosecond);

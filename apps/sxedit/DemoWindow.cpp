@@ -82,6 +82,7 @@ void DemoWindow::BuildMenus()
 
     QMenu* edit = menuBar()->addMenu(tr("&Edit"));
     FUndo = AddCommand(edit, tr("&Undo"), WM_UNDO, QKeySequence::Undo);
+    FRedo = AddCommand(edit, tr("&Redo"), uSxCodeEdit::WM_SX_REDO, QKeySequence::Redo);
     edit->addSeparator();
     FCut = AddCommand(edit, tr("Cu&t"), WM_CUT, QKeySequence::Cut);
     FCopy = AddCommand(edit, tr("&Copy"), WM_COPY, QKeySequence::Copy);
@@ -94,6 +95,7 @@ void DemoWindow::BuildMenus()
     AddCommand(edit, tr("Find &again"), uSxCodeEdit::WM_SX_SEARCHREPLACE, QKeySequence(Qt::Key_F3));
     connect(edit, &QMenu::aboutToShow, this, [this] {
         FUndo->setEnabled(FEdit->CanUndo());
+        FRedo->setEnabled(FEdit->CanRedo());
         FPaste->setEnabled(FEdit->CanPaste() && !FEdit->ReadOnly());
         const bool selected = FEdit->SelLength() != 0;
         FCut->setEnabled(selected && !FEdit->ReadOnly());
@@ -199,7 +201,8 @@ void DemoWindow::BuildPopupMenu()
         const char16_t* caption;
         Cardinal message;
     } commands[] = {{u"Cu&t", WM_CUT}, {u"&Copy", WM_COPY}, {u"&Paste", WM_PASTE},
-                    {u"-", 0},        {u"&Undo", WM_UNDO}, {u"Select &word", uSxCodeEdit::WM_SX_SELECTWORD}};
+                    {u"-", 0},        {u"&Undo", WM_UNDO}, {u"&Redo", uSxCodeEdit::WM_SX_REDO},
+                    {u"Select &word", uSxCodeEdit::WM_SX_SELECTWORD}};
     for (const auto& command : commands) {
         auto* item = new TMenuItem(nullptr);
         item->SetCaption(command.caption);
@@ -213,6 +216,7 @@ void DemoWindow::BuildPopupMenu()
         items.Items(1)->SetEnabled(FEdit->SelLength() != 0);
         items.Items(2)->SetEnabled(FEdit->CanPaste() && !FEdit->ReadOnly());
         items.Items(4)->SetEnabled(FEdit->CanUndo());
+        items.Items(5)->SetEnabled(FEdit->CanRedo());
     };
     FEdit->SetPopupMenu(FPopup);
 }

@@ -64,6 +64,7 @@ private:
     QAction* FCopy = nullptr;
     QAction* FPaste = nullptr;
     QAction* FUndo = nullptr;
+    QAction* FRedo = nullptr;
     QString FPath;
     bool FCrLf = false;
 };

@@ -11,7 +11,7 @@ using namespace uSxCodeEdit;
 
 SX_DEFINE_CLASS(TSxCodeEdit, TCustomControl)
 
-const TMessageHandler<TSxCodeEdit> TSxCodeEdit::MessageTable[14] = {
+const TMessageHandler<TSxCodeEdit> TSxCodeEdit::MessageTable[15] = {
     {WM_SX_SELECTWORD, &TSxCodeEdit::WMSselectWord},
     {WM_SX_SEARCHREPLACEDLG, &TSxCodeEdit::WMSearchReplaceDlg},
     {WM_SX_SEARCHREPLACE, &TSxCodeEdit::WMSearchReplace},
@@ -19,6 +19,7 @@ const TMessageHandler<TSxCodeEdit> TSxCodeEdit::MessageTable[14] = {
     {WM_COPY, &TSxCodeEdit::WMCopy},
     {WM_PASTE, &TSxCodeEdit::WMPaste},
     {WM_UNDO, &TSxCodeEdit::WMUndo},
+    {WM_SX_REDO, &TSxCodeEdit::WMRedo},
     {WM_ERASEBKGND, &TSxCodeEdit::WMEraseBkgnd},
     {WM_GETDLGCODE, &TSxCodeEdit::WMGetDlgCode},
     {WM_CHAR, &TSxCodeEdit::WMChar},
@@ -89,8 +90,12 @@ TSxCodeEdit::~TSxCodeEdit()
 
 void TSxCodeEdit::Dispatch(TMessage& Message)
 {
+    const std::uint64_t added = FUndoList->AddedCount();
     if (!DispatchToHandler(*this, MessageTable, Message))
         TCustomControl::Dispatch(Message);
+    // An edit is over when its message is: a redo puts back what it left.
+    if (FUndoList->AddedCount() != added)
+        FUndoList->NoteStateAfter();
 }
 
 void TSxCodeEdit::Loaded()
@@ -289,6 +294,7 @@ void TSxCodeEdit::SetOptions(TSxCodeOptions Value)
 void TSxCodeEdit::SetExtOptions(TSxCodeExtOptions Value)
 {
     FExtOptions = Value;
+    FUndoList->Listen(HasExtOption(TSxCodeExtOption::coRedo) ? FLines : nullptr);
     PositionScollBars();
     Invalidate();
 }

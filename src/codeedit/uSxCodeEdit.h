@@ -68,6 +68,8 @@ constexpr Integer MaxLineLength = 1 << 28;
 constexpr Cardinal WM_SX_SELECTWORD = WM_USER + 1;
 constexpr Cardinal WM_SX_SEARCHREPLACEDLG = WM_USER + 2;
 constexpr Cardinal WM_SX_SEARCHREPLACE = WM_USER + 3;
+/// Extension (coRedo): plays the step undone last forward again.
+constexpr Cardinal WM_SX_REDO = WM_USER + 4;
 
 /// Makes a colour APercent darker when ADarken is True: each byte of its RGB
 /// value scaled by (100 - APercent) / 100, rounded down.
@@ -219,6 +221,16 @@ public:
     bool Modified() const { return FModified; }
     void SetModified(bool Value) { FModified = Value; }
     bool CanUndo() { return GetCanUndo(); }
+    /// Extension: whether WM_SX_REDO has a step to play (never without coRedo).
+    bool CanRedo() const { return HasExtOption(TSxCodeExtOption::coRedo) && FUndoList->RedoCount() > 0; }
+    /// Extension: the most undo records kept, 0 for all that memory holds;
+    /// the records that can be redone count against it too.
+    Integer UndoLimit() const { return FUndoList->Limit(); }
+    void SetUndoLimit(Integer Value) { FUndoList->SetLimit(Value); }
+    /// Extension (coGroupUndo): the longest pause in milliseconds between two
+    /// typed characters, or two Backspaces, of one undo step.
+    Integer UndoGroupPause() const { return FUndoList->GroupPause(); }
+    void SetUndoGroupPause(Integer Value) { FUndoList->SetGroupPause(Value); }
     bool CanPaste() { return GetCanPaste(); }
 
     // Public operations.
@@ -281,6 +293,7 @@ protected:
     virtual void WMCopy(TMessage& Message);
     virtual void WMPaste(TMessage& Message);
     virtual void WMUndo(TMessage& Message);
+    virtual void WMRedo(TMessage& Message);
     virtual void WMEraseBkgnd(TMessage& Message);
     virtual void WMGetDlgCode(TMessage& Message);
     void WMChar(TMessage& Message) override;
@@ -499,7 +512,7 @@ private:
     };
     void ReleaseParserFeed(TSxLangParser* parser);
     /// Message number to handler, for Dispatch.
-    static const TMessageHandler<TSxCodeEdit> MessageTable[14];
+    static const TMessageHandler<TSxCodeEdit> MessageTable[15];
     /// The values that live for one paint, and the steps of the paint.
     class PaintPass;
 

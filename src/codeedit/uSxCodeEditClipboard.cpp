@@ -1,4 +1,4 @@
-// Cut, copy, paste and undo as message handlers, so that keys, menus and
+// Cut, copy, paste, undo and redo as message handlers, so that keys, menus and
 // applications reach them the same way.
 #include "codeedit/uSxCodeEdit.h"
 
@@ -25,6 +25,8 @@ void TSxCodeEdit::WMCopy(TMessage&)
 void TSxCodeEdit::WMPaste(TMessage&)
 {
     const String pasted = Clipboard().AsText();
+    // With coGroupUndo the selection it replaces comes back with the same undo step.
+    const TSxUndoList::TStepScope step(*FUndoList, HasExtOption(TSxCodeExtOption::coGroupUndo), urNone);
     String deleted;
     DeleteSelected(ctDelete, deleted);
     InsertText(ctPaste, pasted);
@@ -32,6 +34,14 @@ void TSxCodeEdit::WMPaste(TMessage&)
 }
 
 void TSxCodeEdit::WMUndo(TMessage&) { FUndoList->Undo(); }
+
+void TSxCodeEdit::WMRedo(TMessage& Message)
+{
+    if (HasExtOption(TSxCodeExtOption::coRedo))
+        FUndoList->Redo();
+    else
+        TCustomControl::Dispatch(Message);  // as a message the control does not know
+}
 
 bool TSxCodeEdit::GetCanPaste() { return !Clipboard().AsText().empty(); }
 

@@ -69,8 +69,10 @@ void TSxCodeEdit::DeleteSelected(TSxChangeType AChangeType, String& Deleted)
     FSelEnd = FSelStart;
     SetCharPos(FSelStart.X);
     SetLinePos(FSelStart.Y);
-    if (record)
+    if (record) {
         record->SetValue(Deleted);
+        FUndoList->NoteStateAfter(record);
+    }
     // The clipboard comes last: should it fail, the cut is complete and its
     // record can bring the text back.
     if (AChangeType == ctCut)

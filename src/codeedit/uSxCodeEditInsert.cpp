@@ -156,17 +156,20 @@ void TSxCodeEdit::WMChar(TMessage& Message)
         return;
     }
     const Char high = std::exchange(FPendingHighSurrogate, Char(0));
-    if (c == 13 || c >= 32) {
-        const String typed = high && IsLowSurrogate(c) ? String{high, c} : String(1, c);
-        DeleteSelected(ctDelete, deleted);
-        AddTxt(typed);
-    } else if (c == 8) {
-        DeleteSelected(ctDelete, deleted);
-        BackSpaceSelected();
-    } else if (c == 9) {
-        AddTxt(String(std::size_t(std::max(FTabIndentSize, 0)), u' '));
-    } else {
+    if (c != 8 && c != 9 && c != 13 && c < 32)
         return;
+    // The deletion of a selection is an undo step of its own, the run begins behind it.
+    if (c != 9)
+        DeleteSelected(ctDelete, deleted);
+    {
+        const TSxUndoList::TStepScope step(*FUndoList, HasExtOption(TSxCodeExtOption::coGroupUndo),
+                                           c == 8 ? urBackspace : c == 13 ? urNone : urTyping);
+        if (c == 8)
+            BackSpaceSelected();
+        else if (c == 9)
+            AddTxt(String(std::size_t(std::max(FTabIndentSize, 0)), u' '));
+        else
+            AddTxt(high && IsLowSurrogate(c) ? String{high, c} : String(1, c));
     }
     SetSelection(true);
 }

@@ -1,5 +1,6 @@
 // Keyboard commands: KeyDown moves the caret, selects all and deletes with
-// the Delete key; the command keys become posted messages; Ctrl with an
+// the Delete key; the command keys (and with coRedo the redo keys) become
+// posted messages; Ctrl with an
 // arrow steps word-wise; and the control claims its keys from the dialog.
 #include "codeedit/uSxCodeEdit.h"
 
@@ -13,7 +14,7 @@ namespace {
 
 bool IsMoveKey(Word key) { return key == VK_PRIOR || key == VK_NEXT || (key >= VK_LEFT && key <= VK_DOWN); }
 
-enum class ShiftTest { ExactlyCtrl, ExactlyShift, NotExactlyCtrl };
+enum class ShiftTest { ExactlyCtrl, ExactlyShift, NotExactlyCtrl, ExactlyCtrlShift };
 
 /// A key that KeyCommand turns into a posted message. Each letter has a
 /// second code, its lower-case character, which as a key code is another
@@ -43,6 +44,12 @@ constexpr CommandKey CommandKeys[] = {
     {VK_F3, ShiftTest::NotExactlyCtrl, WM_SX_SEARCHREPLACE, 0},
 };
 
+/// With coRedo, looked up before CommandKeys; no key of these is in that table.
+constexpr CommandKey RedoKeys[] = {
+    {Word('Y'), ShiftTest::ExactlyCtrl, WM_SX_REDO, 0},
+    {Word('Z'), ShiftTest::ExactlyCtrlShift, WM_SX_REDO, 0},
+};
+
 bool Passes(ShiftTest test, TShiftState shift)
 {
     const TShiftState keys = ModifierKeysOf(shift);
@@ -51,8 +58,19 @@ bool Passes(ShiftTest test, TShiftState shift)
     case ShiftTest::ExactlyCtrl: return exactlyCtrl;
     case ShiftTest::ExactlyShift: return keys == TShiftState{TShiftStateItem::ssShift};
     case ShiftTest::NotExactlyCtrl: return !exactlyCtrl;
+    case ShiftTest::ExactlyCtrlShift: return keys == TShiftState{TShiftStateItem::ssCtrl, TShiftStateItem::ssShift};
     }
     return false;
+}
+
+/// The command of Key with Shift in ATable, or null.
+template <std::size_t N>
+const CommandKey* FindCommand(const CommandKey (&ATable)[N], Word Key, TShiftState Shift)
+{
+    for (const CommandKey& command : ATable)
+        if (command.Key == Key && Passes(command.Test, Shift))
+            return &command;
+    return nullptr;
 }
 
 /// Word characters of the word step: digits, ASCII letters, and every
@@ -155,12 +173,13 @@ void TSxCodeEdit::DeleteKey(TShiftState Shift)
 
 void TSxCodeEdit::KeyCommand(Word& Key, TShiftState Shift)
 {
-    for (const CommandKey& command : CommandKeys) {
-        if (command.Key == Key && Passes(command.Test, Shift)) {
-            PostMessage(this, command.Msg, command.WParam, 0);
-            Key = 0;
-            return;
-        }
+    const CommandKey* command =
+        HasExtOption(TSxCodeExtOption::coRedo) ? FindCommand(RedoKeys, Key, Shift) : nullptr;
+    if (!command)
+        command = FindCommand(CommandKeys, Key, Shift);
+    if (command) {
+        PostMessage(this, command->Msg, command->WParam, 0);
+        Key = 0;
     }
 }
 

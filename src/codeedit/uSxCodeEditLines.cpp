@@ -1,4 +1,4 @@
-// The code edit control's line store: each change is named to the listener
+// The code edit control's line store: each change is named to the listeners
 // before the store makes it.
 #include "codeedit/uSxCodeEditLines.h"
 
@@ -6,22 +6,22 @@ namespace sx {
 
 void TSxCodeEditLines::Put(Integer Index, const String& S)
 {
-    if (FListener && Index >= 0 && Index < Count())
-        FListener->LineReplacing(Index, S.size());
+    if (Index >= 0 && Index < Count())
+        Tell([&](TSxLinesListener& l) { l.LineReplacing(Index, S.size()); });
     TStringList::Put(Index, S);
 }
 
 void TSxCodeEditLines::Insert(Integer Index, const String& S)
 {
-    if (FListener && Index >= 0 && Index <= Count())
-        FListener->LineInserting(Index, S.size());
+    if (Index >= 0 && Index <= Count())
+        Tell([&](TSxLinesListener& l) { l.LineInserting(Index, S.size()); });
     TStringList::Insert(Index, S);
 }
 
 void TSxCodeEditLines::Delete(Integer Index)
 {
-    if (FListener && Index >= 0 && Index < Count())
-        FListener->LineDeleting(Index);
+    if (Index >= 0 && Index < Count())
+        Tell([&](TSxLinesListener& l) { l.LineDeleting(Index); });
     TStringList::Delete(Index);
 }
 
@@ -47,8 +47,7 @@ void TSxCodeEditLines::Assign(const TStrings& Source)
 
 void TSxCodeEditLines::AllLinesReplacing()
 {
-    if (FListener)
-        FListener->AllLinesReplacing();
+    Tell([](TSxLinesListener& l) { l.AllLinesReplacing(); });
 }
 
 }  // namespace sx

@@ -1,6 +1,7 @@
 // The code edit control's line store: a TStringList that names the lines
-// each change touches to a listener, so that the screen reader support can
-// follow the text without reading all of it.
+// each change touches to its listeners, so that the screen reader support can
+// follow the text without reading all of it, and the undo list can keep what
+// an undo changed for a redo.
 #pragma once
 
 #include "platform/StringList.h"
@@ -23,8 +24,9 @@ public:
     virtual void AllLinesReplacing() = 0;
 };
 
-/// A TStringList that names the lines of each change to its listener, if it
-/// has one. Without a listener it costs one test per change. A bulk Load
+/// A TStringList that names the lines of each change to its listeners, if it
+/// has any: the screen reader's and the undo history's. Without them it costs
+/// two tests per change. A bulk Load
 /// passes none of these operations, so whoever calls Load calls
 /// AllLinesReplacing first.
 class TSxCodeEditLines : public TStringList {
@@ -32,6 +34,7 @@ public:
     using TStringList::TStringList;
 
     void SetListener(TSxLinesListener* Listener) { FListener = Listener; }
+    void SetHistoryListener(TSxLinesListener* Listener) { FHistoryListener = Listener; }
 
     void Put(Integer Index, const String& S) override;
     void Insert(Integer Index, const String& S) override;
@@ -42,7 +45,18 @@ public:
     void AllLinesReplacing();
 
 private:
+    /// Calls ATell with each listener there is.
+    template <class F>
+    void Tell(F ATell)
+    {
+        if (FListener)
+            ATell(*FListener);
+        if (FHistoryListener)
+            ATell(*FHistoryListener);
+    }
+
     TSxLinesListener* FListener = nullptr;
+    TSxLinesListener* FHistoryListener = nullptr;
 };
 
 }  // namespace sx

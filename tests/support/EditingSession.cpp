@@ -1,5 +1,6 @@
 // The randomized editing driver: one step per choice read from the bytes,
-// the control's invariants after each, and the undo round trip at the end.
+// the control's invariants after each, and the undo round trip at the end,
+// then with coRedo turned on for it the redo round trip.
 // The order of the reads is the format of the fuzz corpus and of the found
 // inputs kept in the ordinary suite: it must not change.
 #include "support/EditingSession.h"
@@ -215,6 +216,9 @@ private:
         if (FLossy || FFailed)
             return false;
         FEdit->SetReadOnly(false);
+        // The steps ran on the classic control; redo joins for the round trip only.
+        FEdit->SetExtOptions(FEdit->ExtOptions() + TSxCodeExtOptions{TSxCodeExtOption::coRedo});
+        const String edited = FEdit->Text();
         FLog += "undo all\n";
         try {
             while (FEdit->UndoList().Count() > 0) {
@@ -226,7 +230,26 @@ private:
         }
         const String now = UndoComparable(FEdit->Text());
         Check(now == FStartText, "undo gave back \"" + StrToUtf8(now) + "\" for \"" + StrToUtf8(FStartText) + "\"");
+        CheckRedoRoundTrip(edited);
         return true;
+    }
+
+    /// Redo of every undone step gives the edited text back exactly, however
+    /// lossy the undo was, and undoing all again gives the undone text.
+    void CheckRedoRoundTrip(const String& AEdited)
+    {
+        const String undone = FEdit->Text();
+        FLog += "redo all, undo all\n";
+        try {
+            while (FEdit->CanRedo())
+                SendMessage(FEdit, uSxCodeEdit::WM_SX_REDO);
+            Check(FEdit->Text() == AEdited, "redo gave back \"" + StrToUtf8(FEdit->Text()) + "\"");
+            while (FEdit->UndoList().Count() > 0)
+                SendMessage(FEdit, WM_UNDO);
+        } catch (const std::exception& e) {
+            Check(false, std::string("redo or undo again raised: ") + e.what());
+        }
+        Check(FEdit->Text() == undone, "undo after redo gave \"" + StrToUtf8(FEdit->Text()) + "\"");
     }
 
     void PumpPostedMessages()

@@ -1,7 +1,7 @@
 // A driver of the editing engine for randomized tests: bytes become a
 // starting text and a sequence of operations on a fresh control, as a user
 // and an application drive it, with the control's invariants checked after
-// every step and an undo round trip at the end. The fuzz target feeds it the
+// every step and an undo round trip at the end, then a redo one. The fuzz target feeds it the
 // fuzzer's bytes, the ordinary suite bytes from a seeded generator.
 #pragma once
 

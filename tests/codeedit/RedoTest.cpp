@@ -1,0 +1,197 @@
+// Redo and grouped undo through real key events: the redo keys, typing and
+// Backspace runs under a replaceable clock, the depth of the lists, seeded
+// sessions against a model of the text, and the classic control unchanged.
+#include "codeedit/EditorFixture.h"
+#include "platform/Clipboard.h"
+
+#include <random>
+#include <vector>
+
+using namespace sx;
+using namespace sx::test;
+using namespace sx::uSxCodeEdit;
+
+namespace {
+
+const TSxCodeExtOptions Redo{TSxCodeExtOption::coRedo};
+const TSxCodeExtOptions RedoGrouped{TSxCodeExtOption::coRedo, TSxCodeExtOption::coGroupUndo};
+constexpr auto Ctrl = Qt::ControlModifier;
+
+class RedoFixture : public EditorTest {
+public:
+    void SetUp() override
+    {
+        EditorTest::SetUp();
+        edit->UndoList().SetClock([this] { return now; });
+    }
+    /// A new control in the same window: one with no undo records yet.
+    void Fresh(TSxCodeExtOptions options)
+    {
+        delete edit;
+        edit = host.Add<TSxCodeEdit>(400, 300);
+        SetUp();
+        edit->SetExtOptions(options);
+    }
+    void PressAndRun(Qt::Key key, Qt::KeyboardModifiers modifiers = Ctrl)
+    {
+        Press(*edit, key, modifiers);
+        ProcessPostedMessages();
+    }
+    /// Selects from the anchor to the caret, then presses Ctrl with the key.
+    void Command(TPoint anchor, TPoint caret, Qt::Key key)
+    {
+        Select(anchor, caret);
+        PressAndRun(key);
+    }
+    /// Acts as a user: "<" Backspace, "^" Home, "~" a pause of 1.5 s, "\n" Enter, others typed.
+    void Act(const std::string& script)
+    {
+        for (const char c : script) {
+            c == '<' ? Press(*edit, Qt::Key_Backspace)
+            : c == '^' ? Press(*edit, Qt::Key_Home)
+            : c == '~' ? void(now += 1500)
+                       : Type(*edit, QString(QLatin1Char(c)));
+            now += 10;
+        }
+    }
+    std::string TextNow() const { return State().substr(0, State().find(" @")); }
+
+    std::int64_t now = 0;
+};
+
+TEST_F(RedoFixture, ClassicControlKeepsItsKeys)
+{
+    Start(u"ab", Point(2, 0));
+    Act("xy");
+    PressAndRun(Qt::Key_Z);
+    PressAndRun(Qt::Key_Y);
+    PressAndRun(Qt::Key_Z, Ctrl | Qt::ShiftModifier);
+    SendMessage(edit, WM_SX_REDO);
+    EXPECT_EQ(State(), "abx| @3,0");  // one record per character, nothing redone
+    EXPECT_FALSE(edit->CanRedo());
+}
+
+TEST_F(RedoFixture, RedoPutsBackTextCaretAndSelectionOfTheEdit)
+{
+    const struct { const char16_t* text; TPoint caret; TSxCodeExtOptions options; void (*edit)(RedoFixture&); } cases[] = {
+        {u"ab", Point(2, 0), Redo, [](RedoFixture& f) { f.Act("xyz"); }},
+        {u"ab   ", Point(5, 0), Redo, [](RedoFixture& f) { f.Act("\n"); }},
+        {u"abc\r\ndef", Point(0, 1), Redo, [](RedoFixture& f) { f.Act("<"); }},
+        {u"one two", Point(0, 0), RedoGrouped, [](RedoFixture& f) { f.Command(Point(4, 0), Point(7, 0), Qt::Key_V); }},
+        {u"one\r\ntwo", Point(0, 0), Redo, [](RedoFixture& f) { f.Command(Point(1, 0), Point(2, 1), Qt::Key_X); }},
+        {u"abcdef", Point(6, 0), RedoGrouped, [](RedoFixture& f) { f.Act("<<<xy"); }},
+    };
+    Clipboard().SetAsText(u"1\r\n2");
+    for (const auto& c : cases) {
+        SCOPED_TRACE(StrToUtf8(c.text));
+        Fresh(c.options);
+        Start(c.text, c.caret);
+        c.edit(*this);
+        const std::string edited = State();
+        edit->SetCharPos(0);  // a caret moved after the edit is not what a redo restores
+        while (edit->CanUndo())
+            PressAndRun(Qt::Key_Z);
+        const std::string undone = State();
+        while (edit->CanRedo())  // both redo keys
+            edit->UndoList().RedoCount() % 2 ? PressAndRun(Qt::Key_Y)
+                                             : PressAndRun(Qt::Key_Z, Ctrl | Qt::ShiftModifier);
+        EXPECT_EQ(State(), edited);
+        while (edit->CanUndo())
+            PressAndRun(Qt::Key_Z);
+        EXPECT_EQ(State(), undone);
+    }
+}
+
+TEST_F(RedoFixture, RunsOfTypingAndBackspacesUndoAsOneStep)
+{
+    const struct { const char* script; int undos; const char* undone; } cases[] = {
+        {"abc", 1, "| @0,0"},
+        {"ab~c", 1, "ab| @2,0"},     // a pause ends the run
+        {"ab^c", 1, "ab| @0,0"},     // so does a caret move
+        {"ab\ncd", 1, "ab|| @0,1"},  // Enter is a step of its own
+        {"ab\ncd", 2, "ab| @2,0"},
+        {"abcd<<", 1, "abcd| @4,0"},  // a run of Backspaces
+        {"ab\n<<", 1, "ab|| @0,1"},  // the run goes on across the line join
+        {"abc<x", 1, "ab| @2,0"},
+    };
+    edit->SetExtOptions(RedoGrouped);
+    for (const auto& c : cases) {
+        SCOPED_TRACE(std::string(c.script) + " x" + std::to_string(c.undos));
+        Start(u"");
+        Act(c.script);
+        for (int i = 0; i < c.undos; ++i)
+            PressAndRun(Qt::Key_Z);
+        EXPECT_EQ(State(), c.undone);
+        while (edit->CanUndo())
+            PressAndRun(Qt::Key_Z);
+    }
+}
+
+TEST_F(RedoFixture, UndoLimitBoundsUndoAndRedo)
+{
+    edit->SetExtOptions(Redo);
+    edit->SetUndoLimit(3);
+    Start(u"");
+    Act("abcde");
+    while (edit->CanUndo())
+        PressAndRun(Qt::Key_Z);
+    EXPECT_EQ(State(), "ab| @2,0");
+    PressAndRun(Qt::Key_Y);
+    edit->SetUndoLimit(1);  // the steps furthest from being redone go first
+    PressAndRun(Qt::Key_Y);
+    EXPECT_EQ(State(), "abcd| @4,0");
+    EXPECT_FALSE(edit->CanRedo());
+    edit->SetUndoLimit(0);
+    Act(std::string(150, 'x'));
+    EXPECT_EQ(edit->UndoList().Count(), 151);
+}
+
+TEST_F(RedoFixture, SeededSessionsMatchAModelOfTheText)
+{
+    for (unsigned seed = 1; seed <= 40; ++seed) {
+        SCOPED_TRACE("seed " + std::to_string(seed));
+        std::mt19937 random(seed);
+        const bool grouped = seed % 2 == 0;
+        Fresh(grouped ? RedoGrouped : Redo);
+        Start(u"ab\r\ncd");
+        // The model: text and caret after each step, the step shown, and the
+        // last run: its kind, where it left the caret and when it began.
+        std::vector<std::pair<std::string, TPoint>> steps{{TextNow(), Caret()}};
+        std::size_t at = 0;
+        char lastRun = 0;
+        TPoint runCaret;
+        std::int64_t runTime = 0;
+        for (int step = 0; step < 60; ++step) {
+            now += std::int64_t(random() % 1400);
+            const TPoint caret = Caret();
+            const auto length = Integer(Line(caret.Y).size());
+            // Only edits that undo gives back exactly: letters, Enter, and
+            // Backspaces that leave their line a character at the least.
+            const char action = "aabb\n<<mzyy"[random() % 11];
+            if (action == 'm') {
+                edit->SetLinePos(Integer(random() % unsigned(edit->Lines().Count())));
+                edit->SetCharPos(Integer(random() % (Line(edit->LinePos()).size() + 1)));
+            } else if (action == 'z' || action == 'y') {
+                const bool redone = action == 'y' && at + 1 < steps.size();
+                PressAndRun(action == 'z' ? Qt::Key_Z : Qt::Key_Y);
+                at = action == 'z' ? at - (at > 0 ? 1 : 0) : at + (redone ? 1 : 0);
+                lastRun = 0;
+                ASSERT_EQ(TextNow(), steps[at].first);
+                ASSERT_TRUE(!redone || Caret() == steps[at].second) << "redo leaves the caret as the edit did";
+            } else if (action != '<' || (caret.X == 0 ? caret.Y > 0 : length >= 2 && caret.X <= length)) {
+                const char run = action == '\n' ? 0 : action == '<' ? '<' : 'a';
+                const bool goesOn = grouped && run && run == lastRun && caret == runCaret && now - runTime <= 1000;
+                runTime = now;
+                Act(std::string(1, action));
+                steps.resize(at + (goesOn ? 0 : 1));
+                steps.push_back({TextNow(), Caret()});
+                at = steps.size() - 1;
+                lastRun = run;
+                runCaret = Caret();
+                ASSERT_FALSE(edit->CanRedo()) << "an edit leaves nothing to redo";
+            }
+        }
+    }
+}
+
+}  // namespace
