@@ -15,23 +15,32 @@ using namespace sx::test;
 namespace {
 
 /// Runs one session over the bytes; answers whether it ended with the round trip.
-bool RunSession(Host& host, const std::vector<std::uint8_t>& bytes, const std::string& name)
+bool RunSession(Host& host, const std::vector<std::uint8_t>& bytes, const std::string& name,
+                TSxCodeExtOptions options = {})
 {
     ByteReader in(bytes.data(), bytes.size());
-    return RunEditingSession(host, in, 100, [&](const std::string& what) { ADD_FAILURE() << name << ": " << what; });
+    return RunEditingSession(host, in, 100, [&](const std::string& what) { ADD_FAILURE() << name << ": " << what; },
+                             options);
 }
+
+/// Every extended option on, from seed 101.
+const TSxCodeExtOptions AllOptions{TSxCodeExtOption::coLineNumbers, TSxCodeExtOption::coCurrentLine,
+                                   TSxCodeExtOption::coBracketMatch, TSxCodeExtOption::coRedo,
+                                   TSxCodeExtOption::coGroupUndo};
 
 TEST(RandomEditing, SeededSessionsKeepTheInvariantsAndUndoToTheStart)
 {
     Host host;
     int roundTrips = 0;
-    for (unsigned seed = 1; seed <= 100; ++seed) {
+    for (unsigned seed = 1; seed <= 130; ++seed) {
         std::mt19937 random(seed);
         // Short sessions reach the round trip more often; long ones reach more states.
         std::vector<std::uint8_t> bytes(seed % 3 == 0 ? 600 : 120);
         for (std::uint8_t& b : bytes)
             b = std::uint8_t(random());
-        roundTrips += RunSession(host, bytes, "seed " + std::to_string(seed)) ? 1 : 0;
+        roundTrips += RunSession(host, bytes, "seed " + std::to_string(seed), seed > 100 ? AllOptions : TSxCodeExtOptions{})
+                          ? 1
+                          : 0;
     }
     EXPECT_GT(roundTrips, 10);  // the round trip is not excluded away
 }

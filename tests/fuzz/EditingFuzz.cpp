@@ -30,6 +30,16 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
 {
     static Host* host = new Host;
     ByteReader in(data, size);
-    RunEditingSession(*host, in, 100, [](const std::string& what) { Fail("editing", what); });
+    TSxCodeExtOptions options;
+#ifdef SX_FUZZ_EDIT_OPTIONS
+    // The first byte switches the extended options on, one bit each.
+    const Integer mask = in.Below(32);
+    for (const auto option : {TSxCodeExtOption::coLineNumbers, TSxCodeExtOption::coCurrentLine,
+                              TSxCodeExtOption::coBracketMatch, TSxCodeExtOption::coRedo,
+                              TSxCodeExtOption::coGroupUndo})
+        if (mask & (1 << int(option)))
+            options.Include(option);
+#endif
+    RunEditingSession(*host, in, 100, [](const std::string& what) { Fail("editing", what); }, options);
     return 0;
 }

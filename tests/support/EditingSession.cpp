@@ -86,6 +86,7 @@ public:
     }
 
     EditingSession(const EditingSession&) = delete;
+    TSxCodeEdit& Edit() { return *FEdit; }
     EditingSession& operator=(const EditingSession&) = delete;
 
     /// Whether the run ended with the undo round trip checked.
@@ -525,9 +526,11 @@ private:
 }  // namespace
 
 bool RunEditingSession(Host& AHost, ByteReader& AIn, int AMaxSteps,
-                       const std::function<void(const std::string&)>& AOnFailure)
+                       const std::function<void(const std::string&)>& AOnFailure, TSxCodeExtOptions AOptions)
 {
-    return EditingSession(AHost, AOnFailure).Run(AIn, AMaxSteps);
+    EditingSession session(AHost, AOnFailure);
+    session.Edit().SetExtOptions(AOptions);
+    return session.Run(AIn, AMaxSteps);
 }
 
 }  // namespace sx::test

@@ -15,8 +15,9 @@ namespace sx::test {
 
 /// Reads a starting text, then up to AMaxSteps operations until the bytes run
 /// out. AOnFailure receives a description of the first broken invariant and
-/// the steps so far. Answers whether the run ended with the undo round trip checked.
+/// the steps so far. Answers whether the run ended with the undo round trip
+/// checked. The control runs with the extended options AOptions.
 bool RunEditingSession(Host& AHost, ByteReader& AIn, int AMaxSteps,
-                       const std::function<void(const std::string&)>& AOnFailure);
+                       const std::function<void(const std::string&)>& AOnFailure, TSxCodeExtOptions AOptions = {});
 
 }  // namespace sx::test
