@@ -30,16 +30,6 @@ protected:
     }
     String Field(const char16_t* name) { return dataSet.FieldByName(name)->AsString(); }
     void SetField(const char16_t* name, const String& value) { dataSet.FieldByName(name)->SetAsString(value); }
-    /// SQLite's message when it refuses the post; empty when the post goes through.
-    String PostRefusal()
-    {
-        try {
-            dataSet.Post();
-        } catch (const ESqliteError& e) {
-            return e.Message();
-        }
-        return String();
-    }
 
     test::TempDatabase db;
     TSqliteDataSet dataSet{nullptr};
@@ -122,21 +112,6 @@ TEST_F(SqliteDataSetTest, PostsWriteUpdatesAndInsertsInUtf8)
     EXPECT_EQ(Field(u"id"), u"4");
     EXPECT_EQ(Field(u"language"), u"pascal");  // the default, read back
     EXPECT_EQ(db.Scalar("SELECT language FROM scripts WHERE name = 'new'"), u"pascal");
-}
-
-TEST_F(SqliteDataSetTest, ARefusedPostKeepsTheEditAndTheTypedValue)
-{
-    dataSet.Edit();
-    SetField(u"name", u"query");
-    EXPECT_EQ(PostRefusal(), u"UNIQUE constraint failed: scripts.name");
-    EXPECT_EQ(Field(u"name"), u"query");
-
-    db.Other().ExecSQL(u"BEGIN IMMEDIATE");
-    SetField(u"name", u"unique");
-    EXPECT_EQ(PostRefusal(), u"database is locked");
-    db.Other().ExecSQL(u"COMMIT");
-    EXPECT_EQ(PostRefusal(), u"");  // the edit stayed open
-    EXPECT_EQ(db.Scalar("SELECT name FROM scripts WHERE id = 1"), u"unique");
 }
 
 TEST_F(SqliteDataSetTest, FieldsRefuseWhatTheyCannotTake)
