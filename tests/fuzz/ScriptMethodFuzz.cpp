@@ -87,6 +87,6 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     const String event = Events[in.Below(4)];
     TFuzzButton button(nullptr);
     button.SetName(ComponentName(in));
-    Exercise(parser, button, event, SplitLines(in.Rest()));
+    Exercise(parser, button, event, SplitLines(in.Text(in.Left())));
     return 0;
 }

@@ -1,14 +1,13 @@
 // The line store: text blocks that loaded lines share and that go with their
-// last line, adopted buffers read in place, nested updates, joined text with
-// CR LF and splitting at any line break. Narrow and wide lines, and the
-// events of single changes, are checked in LineStoreRandomTest.
+// last line, adopted buffers read in place, nested updates. Narrow and wide
+// lines, joined text and the events of single changes are checked in
+// LineStoreRandomTest; splitting at any line break in TextStreamTest.
 #include "platform/LineText.h"
 #include "platform/StringList.h"
 
 #include <gtest/gtest.h>
 
 #include <string>
-#include <vector>
 
 using namespace sx;
 
@@ -23,7 +22,6 @@ TEST(LineText, AnAdoptedBufferIsReadInPlaceAndFreedWithItsLastLine)
     const TLineText ab = store.InPlace(block, data, 2);
     const TLineText c = store.InPlace(block, data + 4, 1);
     EXPECT_EQ(ab.View().NarrowData(), data);
-    EXPECT_EQ(ab.View().ToString(), u"ab");
     store.Release(ab);
     EXPECT_EQ(store.LiveBlocks(), 1u);
     store.Release(c);
@@ -68,27 +66,6 @@ TEST(StringList, NestedUpdatesReportOnceAtTheOutermostEnds)
     EXPECT_EQ(log, "<>");
     list.EndUpdate();  // one end too many is ignored
     EXPECT_EQ(log, "<>");
-}
-
-TEST(StringList, TextJoinsWithCrLfAndSplitsAtAnyBreak)
-{
-    const std::pair<String, std::vector<String>> cases[] = {
-        {u"a\r\nb\nc\rd\r\n", {u"a", u"b", u"c", u"d"}},
-        {u"a\n\nb", {u"a", u"", u"b"}},
-        {u"", {}},
-        {String(u"a") + Char(0) + u"b", {String(u"a") + Char(0) + u"b"}},  // a character 0 is text like any other
-    };
-    TStringList list;
-    for (const auto& [text, lines] : cases) {
-        list.SetText(text);
-        ASSERT_EQ(list.Count(), Integer(lines.size())) << StrToUtf8(text);
-        String joined;
-        for (Integer i = 0; i < list.Count(); ++i) {
-            EXPECT_EQ(list.Strings(i), lines[std::size_t(i)]);
-            joined += lines[std::size_t(i)] + u"\r\n";
-        }
-        EXPECT_EQ(list.Text(), joined);
-    }
 }
 
 }  // namespace

@@ -1,6 +1,7 @@
 // SearchBuf: the offsets each direction tries, the bounds of the buffer,
 // case-blind comparison beyond ASCII and the whole-word rule; and its
-// one-byte Latin-1 twin, which must answer as the wide search does.
+// one-byte Latin-1 twin, which must answer as the wide search does. The
+// search engine's tests meet plain hits in each direction, ASCII case and words.
 #include "platform/StrUtils.h"
 
 #include <gtest/gtest.h>
@@ -18,7 +19,6 @@ constexpr int WholeBuffer = -1000;
 
 const TStringSearchOptions Down{Opt::soDown};
 const TStringSearchOptions Up{};
-const TStringSearchOptions DownCase = Down + TStringSearchOptions{Opt::soMatchCase};
 const TStringSearchOptions DownWord = Down + TStringSearchOptions{Opt::soWholeWord};
 const TStringSearchOptions UpWord{Opt::soWholeWord};
 
@@ -34,13 +34,11 @@ TEST(SearchBuf, FindsWhereEachRuleSays)
         int selLength = 0;
     } cases[] = {
         // Forward starts behind the selection and stays inside the buffer.
-        {u"abcabc", 0, u"abc", Down, 0},
         {u"abcabc", 1, u"abc", Down, 3},
         {u"abcabc", 0, u"abc", Down, 3, WholeBuffer, 1},  // SelStart + SelLength
         {u"abcabc", 3, u"abc", Down, -1, 5},              // would end behind BufLen
         {u"abcabc", 4, u"abc", Down, -1},
         // Backward finds the last hit that ends at or before the start.
-        {u"abcabc", 6, u"abc", Up, 3},
         {u"abcabc", 5, u"abc", Up, 0},
         {u"abcabc", 2, u"abc", Up, -1},
         // Nothing outside the buffer, nothing for an empty or a longer text.
@@ -51,15 +49,12 @@ TEST(SearchBuf, FindsWhereEachRuleSays)
         {u"abc", 0, u"", Down, -1},
         {u"abc", 0, u"abcd", Down, -1},
         // Case-blind compares in upper case, beyond ASCII too.
-        {u"xx HeLLo", 0, u"hello", Down, 3},
-        {u"xx HeLLo", 0, u"hello", DownCase, -1},
         {u"Straße CAFÉ", 0, u"café", Down, 7},
         {u"\u0416\u0443\u043A", 3, u"\u0436\u0423\u043a", Up, 0},  // Жук in mixed case
         {u"\u03C3\u03C2", 0, u"\u03A3\u03A3", Down, 0},             // both sigmas are Σ
         {u"\u00E9", 0, u"e", Down, -1},                             // no accent folding
         {u"[{", 0, u"{", Down, 1},  // no ASCII punctuation is folded onto another
         // Whole words need delimiters around the hit.
-        {u"cat2 cat", 0, u"cat", DownWord, 5},
         {u"a_cat_b cat", 0, u"cat", DownWord, 2},  // the underscore is a delimiter
         {u"cat", 0, u"cat", DownWord, 0},           // the buffer's end closes the word
         {u"catcat", 0, u"cat", DownWord, 0, 3},     // even inside a longer line

@@ -23,8 +23,6 @@ public:
     Integer Below(Integer ALimit) { return ALimit <= 0 ? 0 : Integer(Byte() % unsigned(ALimit)); }
     /// Up to AMax bytes as text (see TextOf).
     String Text(std::size_t AMax);
-    /// All bytes that are left, as text.
-    String Rest() { return Text(Left()); }
 
 private:
     const std::uint8_t* FData;

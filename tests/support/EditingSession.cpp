@@ -341,12 +341,6 @@ private:
         MayGrowHugeAtCaret();
         FLog += "  char " + std::to_string(int(AChar)) + "\n";
         SendMessage(FEdit, WM_CHAR, AChar);
-        // A character the control takes ends with the selection collapsed on the caret.
-        const bool taken =
-            AChar == 8 || AChar == 9 || AChar == 13 || (AChar >= 32 && (AChar < 0xD800 || AChar > 0xDBFF));
-        if (taken)
-            Check(FEdit->SelStart() == Caret() && FEdit->SelEnd() == Caret(),
-                  "typing left the selection " + Describe(FEdit->SelStart()) + "-" + Describe(FEdit->SelEnd()));
     }
 
     /// Enter trims the blanks in front of the caret from the line it leaves;
