@@ -109,6 +109,11 @@ TEST_F(Theme, ClassicAfterDarkRestoresTheStartValues)
     classic.ApplyTo(*edit);
     TSxCodeEditTheme current = TSxCodeEditTheme::Current(edit);
     current.Name = classic.Name;
+    // A theme sets colours and styles; the names are the tables' own, which a
+    // package stop earlier in the process may have released.
+    for (const TSxThemeLanguage language : Languages)
+        for (std::size_t i = 0; i < classic.Rows(language).size(); ++i)
+            current.Rows(language)[i].Name = classic.Rows(language)[i].Name;
     EXPECT_EQ(current, classic);
     EXPECT_EQ(edit->Colors(), ClassicEditColors);
     EXPECT_EQ(uSxCodePascalParser::DrawInfo[7].BckColor, clRed);  // the Symbol row's start value
