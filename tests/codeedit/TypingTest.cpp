@@ -101,19 +101,4 @@ TEST_F(Typing, ARefusalFromTheChangeEventLeavesTextAndCaretAlone)
     EXPECT_EQ(edit->Text(), u"abc\r\ndef\r\n");
 }
 
-TEST_F(Typing, AnEmptiedStoreGetsTheLinesAnEditNeeds)
-{
-    const std::pair<void (*)(TSxCodeEdit&), const char16_t*> edits[] = {
-        {[](TSxCodeEdit& e) { e.AddTxt(u"a"); }, u"a\r\n"},
-        {[](TSxCodeEdit& e) { e.InsertText(uSxCodeEdit::ctPaste, u"b"); }, u"b\r\n"},
-        {[](TSxCodeEdit& e) { e.AddCode(u"c\r\n"); }, u"c\r\n\r\n"},
-    };
-    for (const auto& [run, after] : edits) {
-        Start(u"");
-        ASSERT_EQ(edit->Lines().Count(), 0);
-        run(*edit);
-        EXPECT_EQ(edit->Text(), after);
-    }
-}
-
 }  // namespace
