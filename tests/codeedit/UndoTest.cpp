@@ -37,19 +37,6 @@ TEST_F(UndoReplay, EachEditIsPlayedBackwards)
     }
 }
 
-TEST_F(UndoReplay, DeletedLinesComeBackAndOnlyACutIsSelectedAgain)
-{
-    const String text = u"one\r\ntwo\r\nthree\r\nfour\r\n";
-    for (const TSxChangeType kind : {ctDelete, ctCut}) {
-        Start(text);
-        Select(Point(1, 0), Point(2, 2));
-        String deleted;
-        edit->DeleteSelected(kind, deleted);
-        Undo();
-        EXPECT_EQ(State(), kind == ctCut ? "one|two|three|four| @2,2 [1,0-2,2]" : "one|two|three|four| @2,2");
-    }
-}
-
 TEST_F(UndoReplay, StackKeepsTheNewestHundred)
 {
     Start(u"");
