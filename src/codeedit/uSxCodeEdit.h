@@ -353,7 +353,7 @@ protected:
     void GotoNextChar(bool AForward);
     /// Ctrl+A: the caret to the end of the last line, the anchor at (0, 0).
     void SelectAll();
-    /// Step 5 of KeyDown: the caret keys and the Delete key.
+    /// What KeyDown does last, after the application saw the key: the caret keys and the Delete key.
     void ActOnKey(Word Key, TShiftState Shift);
     /// The Delete key: the selection, or one character or line break at the caret.
     void DeleteKey(TShiftState Shift);
