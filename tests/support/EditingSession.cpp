@@ -217,8 +217,12 @@ private:
         if (FLossy || FFailed)
             return false;
         FEdit->SetReadOnly(false);
-        // The steps ran on the classic control; redo joins for the round trip only.
+        // Redo joins for the round trip when the steps ran without it. With it,
+        // steps undone in the session and not redone lie beyond the edited
+        // text: they are redone first, so that redoing all comes back to it.
         FEdit->SetExtOptions(FEdit->ExtOptions() + TSxCodeExtOptions{TSxCodeExtOption::coRedo});
+        while (FEdit->CanRedo())
+            SendMessage(FEdit, uSxCodeEdit::WM_SX_REDO);
         const String edited = FEdit->Text();
         FLog += "undo all\n";
         try {
