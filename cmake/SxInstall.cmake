@@ -11,9 +11,9 @@ set(SX_DB_HEADERS_EXCLUDED)
 if(NOT SX_BUILD_DB)
   set(SX_DB_HEADERS_EXCLUDED REGEX "/(Db|DbLinks|SqliteDatabase|SqliteDataSet|uSxDbCodeEdit)\\.h$" EXCLUDE)
 endif()
-install(DIRECTORY src/platform src/codeedit
+install(DIRECTORY src/platform src/codeedit src/face
         DESTINATION ${CMAKE_INSTALL_INCLUDEDIR}/sxcodeedit
-        FILES_MATCHING PATTERN "*.h" ${SX_DB_HEADERS_EXCLUDED})
+        FILES_MATCHING PATTERN "*.h" PATTERN "*Private.h" EXCLUDE ${SX_DB_HEADERS_EXCLUDED})
 
 # Two export sets: the plain editor, and the data-aware one, whose targets
 # (and, for static libraries, SQLite) are looked for only when asked for.
@@ -21,7 +21,7 @@ set(SX_LIBRARY_DESTINATIONS
     LIBRARY DESTINATION ${CMAKE_INSTALL_LIBDIR}
     ARCHIVE DESTINATION ${CMAKE_INSTALL_LIBDIR}
     OBJECTS DESTINATION ${CMAKE_INSTALL_LIBDIR}/sxcodeedit-objects)
-install(TARGETS sxparsers sxcodeedit ${SX_RESOURCE_TARGETS} EXPORT SxCodeEditTargets ${SX_LIBRARY_DESTINATIONS})
+install(TARGETS sxparsers sxcodeedit sxcodeeditor ${SX_RESOURCE_TARGETS} EXPORT SxCodeEditTargets ${SX_LIBRARY_DESTINATIONS})
 install(EXPORT SxCodeEditTargets NAMESPACE SxCodeEdit:: DESTINATION ${SX_PACKAGE_DIR})
 if(SX_BUILD_DB)
   install(TARGETS ${SX_DB_LIBRARIES} EXPORT SxCodeEditDbTargets ${SX_LIBRARY_DESTINATIONS})
@@ -51,6 +51,7 @@ function(sx_pkg_config library description requires requires_private)
 endfunction()
 sx_pkg_config(sxparsers "Colouring language parsers and the line store of the Sx code editor" "" "")
 sx_pkg_config(sxcodeedit "The Sx code editing control for Qt 6 widgets" "sxparsers Qt6Widgets" "")
+sx_pkg_config(sxcodeeditor "SxCodeEditor, the Sx code editor as a Qt widget with signals and slots" "sxcodeedit" "")
 if(SX_BUILD_DB)
   sx_pkg_config(sxdb "Data access over SQLite for the data-aware Sx code editor" "sxparsers" "sqlite3")
   sx_pkg_config(sxdbcodeedit "The data-aware Sx code editor, bound to a field of a data set" "sxcodeedit sxdb" "")

@@ -14,6 +14,12 @@ packages=(
   libqscintilla2-qt6-dev  # the peer benchmark, bench/peers
   # the real-window test and scripts/screenshots.sh: a virtual X server and key typing through it
   xvfb xdotool
+  # SxCodeEditor's model binding test: Qt's SQLite driver
+  libqt6sql6-sqlite
+  # the Qt Designer plugin and the API reference
+  qt6-tools-dev qt6-tools-dev-tools doxygen
+  # the Python bindings: sip, PyQt-builder, PyQt6 and pytest
+  python3-dev python3-sipbuild python3-pyqtbuild sip-tools pyqt6-dev python3-pyqt6 python3-pytest
 )
 
 missing=()

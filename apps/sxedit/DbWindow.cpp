@@ -2,8 +2,7 @@
 // of its own, so that filling it never moves the edited one.
 #include "DbWindow.h"
 
-#include "DemoFiles.h"
-
+#include "face/SxLanguages.h"
 #include "platform/QtConvert.h"
 
 #include <QCloseEvent>

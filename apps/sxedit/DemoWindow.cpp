@@ -4,10 +4,10 @@
 
 #include "AboutText.h"
 #include "DbWindow.h"
-#include "DemoFiles.h"
 
 #include "codeedit/uSxCodeEditTheme.h"
 #include "codeedit/uSxCodePascalParser.h"
+#include "face/SxLanguages.h"
 #include "platform/Menus.h"
 #include "platform/QtConvert.h"
 #include "platform/Registry.h"

@@ -23,6 +23,7 @@ namespace sx {
 
 class TSxAccessibleTextModel;
 class TFrmCodeEditSearchReplaceDlg;
+class TSxStringStream;
 
 namespace uSxCodeEdit {
 
@@ -68,6 +69,9 @@ constexpr Integer MaxLineLength = 1 << 28;
 constexpr Cardinal WM_SX_SELECTWORD = WM_USER + 1;
 constexpr Cardinal WM_SX_SEARCHREPLACEDLG = WM_USER + 2;
 constexpr Cardinal WM_SX_SEARCHREPLACE = WM_USER + 3;
+/// WParam of WM_SX_SEARCHREPLACEDLG that asks for the replace dialog; any
+/// other asks for the find dialog.
+constexpr NativeUInt ReplaceDialogRequest = 1;
 /// Extension (coRedo): plays the step undone last forward again.
 constexpr Cardinal WM_SX_REDO = WM_USER + 4;
 
@@ -214,6 +218,12 @@ public:
     void SetSelStart(TPoint Value);
     TPoint SelEnd() const { return FSelEnd; }
     void SetSelEnd(TPoint Value);
+    /// False when either end is cleared (-1), ran off the last line, lies on a
+    /// line before the first, or both are equal.
+    bool HasSelection() const;
+    /// Extension: the line store itself, to read lines without copying them
+    /// and to count its changes.
+    const TSxCodeEditLines& LineStore() const { return *FLines; }
     String Text() { return GetText(); }
     void SetText(const String& Value);
     Integer ParserLineNr() const { return FParserLineNr; }
@@ -250,6 +260,11 @@ public:
     virtual void AddTxt(const String& aTxt);
     virtual void AddCode(const String& aTxt);
     virtual void LoadFromFile(const String& aFileName);
+    /// Extension: LoadFromFile's second half, for a caller that read the file
+    /// itself: the stream's lines become the text and the stream is left empty.
+    void LoadFromStream(TSxStringStream& aStream);
+    /// Ctrl+A: the caret to the end of the last line, the anchor at (0, 0).
+    void SelectAll();
 
     /// OnChanging of the line store: marks the control modified and repaints it.
     virtual void LinesChanged(TObject* Sender);
@@ -310,10 +325,11 @@ protected:
 
     /// Clears the selection and puts the caret at (0, 0).
     void InitSelectionAndPosition();
+    /// A load's first step: the caret and both scroll bars to the top.
+    void CaretToTop();
+    /// A load's last step: the stream's lines become the text.
+    void TakeStreamLines(TSxStringStream& aStream);
     void SetSelection(bool IgnoreShift);
-    /// False when either end is cleared (-1), ran off the last line, lies on a
-    /// line before the first, or both are equal.
-    bool HasSelection() const;
     /// The moving end lies after the anchor: the normal state after selecting forwards.
     bool SelectionReversed() const;
     /// Exchanges the two ends and puts the caret on the new moving end, with no event.
@@ -351,8 +367,6 @@ protected:
     /// Backspace within a line: the character left of the caret goes.
     void RemoveCharLeftOfCaret(String S);
     void GotoNextChar(bool AForward);
-    /// Ctrl+A: the caret to the end of the last line, the anchor at (0, 0).
-    void SelectAll();
     /// What KeyDown does last, after the application saw the key: the caret keys and the Delete key.
     void ActOnKey(Word Key, TShiftState Shift);
     /// The Delete key: the selection, or one character or line break at the caret.

@@ -36,10 +36,6 @@ struct TColumns {
     std::size_t Last;
 };
 
-bool IsHighSurrogate(Char c) { return c >= 0xD800 && c <= 0xDBFF; }
-
-bool IsLowSurrogate(Char c) { return c >= 0xDC00 && c <= 0xDFFF; }
-
 enum class TCharClass { Blank, Word, Other };
 
 /// Words are runs of letters, digits and the underscore, Latin-1 letters and

@@ -19,18 +19,32 @@ void TSxCodeEdit::LoadFromFile(const String& aFileName)
 {
     // The caret goes first: the selection collapses at (0, 0) before the text
     // changes, and a load that fails leaves the old text with the caret at the top.
+    CaretToTop();
+    // Freed at the end, however the load ends.
+    const auto stream = std::make_unique<TSxStringStream>(CodePages::Utf16LE, StreamCapacityHint);
+    stream->LoadFromFile(aFileName, CodePages::Detect);
+    TakeStreamLines(*stream);
+}
+
+void TSxCodeEdit::LoadFromStream(TSxStringStream& aStream)
+{
+    CaretToTop();
+    TakeStreamLines(aStream);
+}
+
+void TSxCodeEdit::CaretToTop()
+{
     SetLinePos(0);
     SetCharPos(0);
     FHScrollBar->SetPosition(0);
     FVScrollBar->SetPosition(0);
-    {
-        // Freed at the end of this block, however the load ends.
-        const auto stream = std::make_unique<TSxStringStream>(CodePages::Utf16LE, StreamCapacityHint);
-        stream->LoadFromFile(aFileName, CodePages::Detect);
-        // TakeLines loads in bulk, past the operations the store reports.
-        FLines->AllLinesReplacing();
-        stream->TakeLines(*FLines);
-    }
+}
+
+void TSxCodeEdit::TakeStreamLines(TSxStringStream& aStream)
+{
+    // TakeLines loads in bulk, past the operations the store reports.
+    FLines->AllLinesReplacing();
+    aStream.TakeLines(*FLines);
     Invalidate();
 }
 

@@ -14,10 +14,6 @@ namespace {
 
 bool IsLineBreakChar(Char c) { return c == 13 || c == 10; }
 
-bool IsHighSurrogate(Char c) { return c >= 0xD800 && c <= 0xDBFF; }
-
-bool IsLowSurrogate(Char c) { return c >= 0xDC00 && c <= 0xDFFF; }
-
 }  // namespace
 
 void TSxCodeEdit::EnsureLine(Integer ALine)

@@ -7,6 +7,7 @@
 #include "platform/StringList.h"
 
 #include <cstddef>
+#include <cstdint>
 
 namespace sx {
 
@@ -34,6 +35,9 @@ public:
     using TStringList::TStringList;
 
     void SetListener(TSxLinesListener* Listener) { FListener = Listener; }
+    /// Counts the changes made so far, so that a host can tell whether the
+    /// text changed between two looks without comparing it.
+    std::uint64_t ChangeCount() const { return FChangeCount; }
     void SetHistoryListener(TSxLinesListener* Listener) { FHistoryListener = Listener; }
 
     void Put(Integer Index, const String& S) override;
@@ -49,6 +53,7 @@ private:
     template <class F>
     void Tell(F ATell)
     {
+        ++FChangeCount;
         if (FListener)
             ATell(*FListener);
         if (FHistoryListener)
@@ -57,6 +62,7 @@ private:
 
     TSxLinesListener* FListener = nullptr;
     TSxLinesListener* FHistoryListener = nullptr;
+    std::uint64_t FChangeCount = 0;
 };
 
 }  // namespace sx

@@ -20,8 +20,6 @@ using namespace fSxCodeEditSearchReplaceDlg;
 
 namespace {
 
-/// WParam of 0x402 that asks for the replace dialog.
-constexpr NativeUInt ReplaceDialogRequest = 1;
 /// The dialog's answer for "Replace All".
 constexpr TModalResult ReplaceAllResult = mrYesToAll;
 
@@ -183,17 +181,7 @@ Integer TSxCodeEdit::SearchLine(Integer ALine, TPoint AOrigin)
 
 Integer TSxCodeEdit::SearchInLine(TLineView AText, Integer AFrom, Integer ABufLen, Integer ASelStart) const
 {
-    const TSxSearchReplaceOptions& o = FSearchOptions;
-    if (AText.empty())
-        return -1;
-    // The line's own characters, one byte or two each, with no copy.
-    if (const Byte* narrow = AText.NarrowData()) {
-        const Byte* hit = SearchBufLatin1(narrow + AFrom, ABufLen, ASelStart, 0, o.SearchString, o.Options);
-        return hit ? Integer(hit - narrow) : -1;
-    }
-    const Char* wide = AText.WideData();
-    const Char* hit = SearchBuf(wide + AFrom, ABufLen, ASelStart, 0, o.SearchString, o.Options);
-    return hit ? Integer(hit - wide) : -1;
+    return SearchLineText(AText, AFrom, ABufLen, ASelStart, FSearchOptions.SearchString, FSearchOptions.Options);
 }
 
 void TSxCodeEdit::SelectSearchHit(TPoint AHit)

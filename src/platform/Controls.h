@@ -203,6 +203,10 @@ public:
     TMouseMoveEvent OnMouseMove;
     TMouseEvent OnMouseUp;
     TNotifyEvent OnDblClick;
+    /// Extension: fired after the control has handled one Qt event of its
+    /// widget or one posted message, and not inside another such handling,
+    /// so that a host can report what the event changed, once.
+    TNotifyEvent OnEventHandled;
 
     /// A point in client pixels as a point on the screen.
     TPoint ClientToScreen(TPoint Point) const;

@@ -137,7 +137,7 @@ public:
             return QObject::event(e);
         TMessage message = *posted;
         const QPointer<QObject> alive(this);
-        Guarded([&] { FControl->Dispatch(message); });
+        Handle([&] { Guarded([&] { FControl->Dispatch(message); }); });
         if (alive)
             FControl->ImeChanged();
         return true;
@@ -149,7 +149,8 @@ public:
             return false;
         const QEvent::Type type = e->type();
         const QPointer<QObject> alive(this);
-        const bool handled = Deliver(e);
+        bool handled = false;
+        Handle([&] { handled = Deliver(e); });
         // A handler may have freed the control, and this bridge with it.
         if (alive && handled && IsUserInput(type))
             FControl->ImeChanged();
@@ -157,6 +158,22 @@ public:
     }
 
 private:
+    /// Runs one handling and, when it is not nested in another, fires
+    /// OnEventHandled after it, unless the handling freed the control.
+    template <class F>
+    void Handle(F&& handling)
+    {
+        const QPointer<QObject> alive(this);
+        ++FDepth;
+        handling();
+        if (!alive)
+            return;
+        if (--FDepth == 0 && FControl->OnEventHandled)
+            Guarded([&] { FControl->OnEventHandled(FControl); });
+    }
+
+    int FDepth = 0;
+
     /// Hands a Qt event of the widget to the control; answers whether the
     /// widget's own handling is to be skipped.
     bool Deliver(QEvent* e)

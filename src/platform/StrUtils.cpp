@@ -102,4 +102,18 @@ const Byte* SearchBufLatin1(const Byte* Buf, Integer BufLen, Integer SelStart, I
     return SearchIn(Buf, BufLen, SelStart, SelLength, SearchString, Options);
 }
 
+Integer SearchLineText(TLineView ALine, Integer AFrom, Integer ABufLen, Integer ASelStart, const String& SearchString,
+                       TStringSearchOptions Options)
+{
+    if (ALine.empty())
+        return -1;
+    if (const Byte* narrow = ALine.NarrowData()) {
+        const Byte* hit = SearchBufLatin1(narrow + AFrom, ABufLen, ASelStart, 0, SearchString, Options);
+        return hit ? Integer(hit - narrow) : -1;
+    }
+    const Char* wide = ALine.WideData();
+    const Char* hit = SearchBuf(wide + AFrom, ABufLen, ASelStart, 0, SearchString, Options);
+    return hit ? Integer(hit - wide) : -1;
+}
+
 }  // namespace sx

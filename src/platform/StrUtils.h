@@ -2,6 +2,7 @@
 // and replace dialog: direction, case and whole words.
 #pragma once
 
+#include "platform/LineText.h"
 #include "platform/SysUtils.h"
 
 namespace sx {
@@ -29,5 +30,12 @@ const Char* SearchBuf(const Char* Buf, Integer BufLen, Integer SelStart, Integer
 const Byte* SearchBufLatin1(const Byte* Buf, Integer BufLen, Integer SelStart, Integer SelLength,
                             const String& SearchString,
                             TStringSearchOptions Options = TStringSearchOptions{TStringSearchOption::soDown});
+
+/// SearchBuf over ABufLen characters of a stored line from column AFrom, in
+/// the line's own characters (one byte or two each) without a copy; the
+/// search starts at ASelStart within them. Answers the column of the hit in
+/// the line, or -1.
+Integer SearchLineText(TLineView ALine, Integer AFrom, Integer ABufLen, Integer ASelStart, const String& SearchString,
+                       TStringSearchOptions Options);
 
 }  // namespace sx

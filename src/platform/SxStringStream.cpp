@@ -161,6 +161,34 @@ Char* AppendCodePoint(Char* out, char32_t codePoint)
     return out;
 }
 
+/// The byte of a character in Windows-1252, or -1 when the code page has none.
+int Windows1252Byte(Char c)
+{
+    if (c < 0x80 || (c >= 0xA0 && c <= 0xFF))
+        return int(c);
+    const auto* at = std::find(Windows1252High.begin(), Windows1252High.end(), c);
+    return at == Windows1252High.end() ? -1 : 0x80 + int(at - Windows1252High.begin());
+}
+
+bool EncodeWindows1252(const String& text, TByteBuffer& out)
+{
+    for (const Char c : text) {
+        const int byte = Windows1252Byte(c);
+        if (byte < 0)
+            return false;
+        out.push_back(Byte(byte));
+    }
+    return true;
+}
+
+void EncodeUtf16(const String& text, bool bigEndian, TByteBuffer& out)
+{
+    for (const Char c : text) {
+        const Byte high = Byte(c >> 8), low = Byte(c & 0xFF);
+        out.insert(out.end(), bigEndian ? std::initializer_list<Byte>{high, low} : std::initializer_list<Byte>{low, high});
+    }
+}
+
 /// Each byte that starts no well-formed sequence becomes one U+FFFD.
 Char* DecodeUtf8(ByteSpan bytes, Char* out)
 {
@@ -445,6 +473,70 @@ String TSxStringStream::GetWString() const
     default:
         return DecodeInto(maxUnits, [&](Char* out) { return DecodeWindows1252(bytes, out); });
     }
+}
+
+bool TSxStringStream::HasByteOrderMark() const { return StartsWith(Bytes(), MarkOf(FCodePage)); }
+
+bool TSxStringStream::IsWellFormed() const
+{
+    const TByteBuffer& bytes = Bytes();
+    switch (FCodePage) {
+    case Utf8:
+        return !HasByteOrderMark() || IsValidUtf8(ByteSpan(bytes).subspan(sizeof Utf8Mark));
+    case Utf16LE:
+    case Utf16BE:
+        return bytes.size() % 2 == 0;
+    default:
+        return true;
+    }
+}
+
+String TSxStringStream::FirstLineBreak() const
+{
+    const TByteBuffer& bytes = Bytes();
+    // The line-break characters are ASCII: in UTF-16 the byte of the unit's
+    // value stands first (LE) or second (BE), with a zero beside it.
+    const bool wide = FCodePage == Utf16LE || FCodePage == Utf16BE;
+    const std::size_t step = wide ? 2 : 1, low = FCodePage == Utf16BE ? 1 : 0;
+    const auto unitAt = [&](std::size_t i) -> Char {
+        if (!wide)
+            return bytes[i];
+        return bytes[i + 1 - low] == 0 ? Char(bytes[i + low]) : Char(0xFFFF);
+    };
+    for (std::size_t i = 0; i + step <= bytes.size(); i += step) {
+        const Char c = unitAt(i);
+        if (c == u'\n')
+            return u"\n";
+        if (c == u'\r')
+            return i + 2 * step <= bytes.size() && unitAt(i + step) == u'\n' ? u"\r\n" : u"\r";
+    }
+    return String();
+}
+
+bool TSxStringStream::SetWString(const String& AText, Integer aCodePage, bool aMark)
+{
+    CheckCodePage(aCodePage);
+    TByteBuffer bytes;
+    if (aMark) {
+        const ByteSpan mark = MarkOf(aCodePage);
+        bytes.assign(mark.begin(), mark.end());
+    }
+    switch (aCodePage) {
+    case Windows1252:
+        if (!EncodeWindows1252(AText, bytes))
+            return false;
+        break;
+    case Utf8: {
+        const std::string utf8 = StrToUtf8(AText);
+        bytes.insert(bytes.end(), utf8.begin(), utf8.end());
+        break;
+    }
+    default:
+        EncodeUtf16(AText, aCodePage == Utf16BE, bytes);
+    }
+    SetBytes(std::move(bytes));
+    FCodePage = aCodePage;
+    return true;
 }
 
 }  // namespace sx

@@ -52,6 +52,22 @@ public:
     /// The encoding of the bytes held.
     Integer CodePage() const { return FCodePage; }
 
+    /// Extension: whether the bytes begin with the byte-order mark of CodePage.
+    bool HasByteOrderMark() const;
+    /// Extension: whether the text decodes without a loss: UTF-8 bytes behind
+    /// a byte-order mark hold only well-formed sequences, UTF-16 bytes come
+    /// in pairs. Without a mark invalid UTF-8 is read as Windows-1252, which
+    /// keeps every byte.
+    bool IsWellFormed() const;
+    /// Extension: the first line break of the text ("\r\n", "\n" or "\r"),
+    /// empty when it has none.
+    String FirstLineBreak() const;
+    /// Extension: the bytes become AText in code page aCodePage, behind its
+    /// byte-order mark when aMark. Answers false, and keeps the bytes, when
+    /// Windows-1252 cannot hold a character of the text. UTF-8 cannot hold a
+    /// lone surrogate: it becomes U+FFFD there.
+    bool SetWString(const String& AText, Integer aCodePage, bool aMark);
+
 private:
     void ReadFile(const String& aFileName);
 

@@ -46,9 +46,6 @@ size_t Utf8SequenceLength(const std::string& text, size_t i)
     return length;
 }
 
-bool IsHighSurrogate(Char c) { return c >= 0xD800 && c <= 0xDBFF; }
-bool IsLowSurrogate(Char c) { return c >= 0xDC00 && c <= 0xDFFF; }
-
 }  // namespace
 
 String StrFromLatin1(const char* text)

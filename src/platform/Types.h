@@ -46,6 +46,10 @@ inline TRect Rect(Integer left, Integer top, Integer right, Integer bottom)
     return TRect{left, top, right, bottom};
 }
 
+/// The two halves of a character beyond U+FFFF in UTF-16.
+inline bool IsHighSurrogate(Char c) { return c >= 0xD800 && c <= 0xDBFF; }
+inline bool IsLowSurrogate(Char c) { return c >= 0xDC00 && c <= 0xDFFF; }
+
 /// Converts ASCII or Latin-1 text into a String; for literals and messages.
 String StrFromLatin1(const char* text);
 /// Converts UTF-8 text into a String.

@@ -113,7 +113,7 @@ TEST_F(PaintShortcut, RepaintsWaitForTheEndOfAChainOfPostedPasses)
     };
     QCoreApplication::processEvents();
     paints = 0;
-    PostMessage(edit, uSxCodeEdit::WM_SX_SEARCHREPLACEDLG, 1);
+    PostMessage(edit, uSxCodeEdit::WM_SX_SEARCHREPLACEDLG, uSxCodeEdit::ReplaceDialogRequest);
     for (int i = 0; i < 1000 && script.Boxes.empty(); ++i)  // the chain ends with the message box
         QCoreApplication::processEvents();
     ASSERT_EQ(script.Boxes.size(), 1u) << "the replace-all chain did not end";
@@ -171,7 +171,7 @@ TEST_F(PaintShortcut, AMessageBoxShowsTheControlAsItStands)
         EXPECT_EQ(bar->value(), edit->VScrollBar().Position());
         return idYes;
     });
-    PostMessage(edit, uSxCodeEdit::WM_SX_SEARCHREPLACEDLG, 1);
+    PostMessage(edit, uSxCodeEdit::WM_SX_SEARCHREPLACEDLG, uSxCodeEdit::ReplaceDialogRequest);
     for (int i = 0; i < 5 && !asked; ++i)
         QCoreApplication::processEvents();
     EXPECT_TRUE(asked);

@@ -1,0 +1,226 @@
+// SxCodeEditor: the code editor as a Qt widget. It owns one TSxCodeEdit and
+// shows it as its only child, and speaks Qt to the application: QString text,
+// line and column positions, properties, slots and signals.
+#pragma once
+
+#include <QFlags>
+#include <QString>
+#include <QStringList>
+#include <QWidget>
+
+#include <cstdint>
+#include <memory>
+
+namespace sx {
+class TSxCodeEdit;
+}
+
+/// A place in the text: a line and a column, both counted from 0. The caret
+/// may stand beyond the end of its line.
+struct SxTextPosition {
+    int line = 0;
+    int column = 0;
+    friend bool operator==(const SxTextPosition&, const SxTextPosition&) = default;
+};
+
+/// A stretch of text from start up to end, start never behind end.
+struct SxTextRange {
+    SxTextPosition start;
+    SxTextPosition end;
+    bool isEmpty() const { return start == end; }
+    friend bool operator==(const SxTextRange&, const SxTextRange&) = default;
+};
+
+/// The code editor widget: syntax colouring for Pascal, Visual Basic,
+/// JavaScript, XML and SQL, with Qt's ways of working.
+///
+/// Lines and columns count from 0; a column counts UTF-16 units. `text()`
+/// joins the lines with "\n"; `setText()` takes "\n", "\r\n" or "\r" between
+/// lines. The signals are emitted once per user action (a key, a click, a
+/// command) or per call of this class, after the action is done, and never
+/// from inside a paint. Changes made through control() are reported when the
+/// widget next handles an event or a call.
+class SxCodeEditor : public QWidget {
+    Q_OBJECT
+    Q_PROPERTY(QString text READ text WRITE setText NOTIFY textChanged USER true)
+    Q_PROPERTY(QString language READ language WRITE setLanguage)
+    Q_PROPERTY(bool readOnly READ isReadOnly WRITE setReadOnly NOTIFY readOnlyChanged)
+    Q_PROPERTY(bool modified READ isModified WRITE setModified NOTIFY modificationChanged)
+    Q_PROPERTY(int tabWidth READ tabWidth WRITE setTabWidth)
+    Q_PROPERTY(int rightMargin READ rightMargin WRITE setRightMargin)
+    Q_PROPERTY(bool rightMarginVisible READ isRightMarginVisible WRITE setRightMarginVisible)
+    Q_PROPERTY(bool gutterVisible READ isGutterVisible WRITE setGutterVisible)
+    Q_PROPERTY(int gutterWidth READ gutterWidth WRITE setGutterWidth)
+    Q_PROPERTY(bool lineNumbersVisible READ areLineNumbersVisible WRITE setLineNumbersVisible)
+    Q_PROPERTY(bool currentLineHighlighted READ isCurrentLineHighlighted WRITE setCurrentLineHighlighted)
+    Q_PROPERTY(bool bracketMatching READ isBracketMatching WRITE setBracketMatching)
+    Q_PROPERTY(bool redoEnabled READ isRedoEnabled WRITE setRedoEnabled)
+    Q_PROPERTY(bool undoGrouped READ isUndoGrouped WRITE setUndoGrouped)
+    Q_PROPERTY(int undoLimit READ undoLimit WRITE setUndoLimit)
+    Q_PROPERTY(QString theme READ theme WRITE setTheme)
+
+public:
+    /// How find() and replaceAll() match.
+    enum FindFlag {
+        FindBackward = 0x1,         ///< towards the start of the text
+        FindCaseSensitively = 0x2,  ///< "a" does not match "A"
+        FindWholeWords = 0x4,       ///< only a hit with no word character on either side
+        FindWrapAround = 0x8,       ///< past one end of the text, go on from the other
+    };
+    Q_DECLARE_FLAGS(FindFlags, FindFlag)
+    Q_FLAG(FindFlags)
+
+    explicit SxCodeEditor(QWidget* parent = nullptr);
+    ~SxCodeEditor() override;
+
+    /// The whole text, its lines joined by "\n".
+    QString text() const;
+    QStringList lines() const;
+    int lineCount() const;
+    /// The text of one line, without its line break; empty past the last line.
+    QString lineText(int line) const;
+    /// Inserts text at a place; a column past the end of its line pads the
+    /// line with blanks, a line past the last adds empty lines.
+    void insertText(int line, int column, const QString& text);
+
+    SxTextPosition cursorPosition() const;
+    void setCursorPosition(int line, int column);
+    /// The selected stretch, empty at the caret when nothing is selected.
+    SxTextRange selection() const;
+    bool hasSelectedText() const;
+    /// Selects from one place to another; the caret goes to the second.
+    void setSelection(int fromLine, int fromColumn, int toLine, int toColumn);
+    QString selectedText() const;
+
+    /// The language names setLanguage() knows: "pascal", "vb", "js", "xml", "sql".
+    static QStringList languages();
+    /// The language of the colouring, empty for plain text.
+    QString language() const;
+    /// Colours the text as the named language (also a file suffix such as
+    /// "pas" or "vbs"), or as plain text for an empty name; answers false,
+    /// and changes nothing, for a name it does not know.
+    bool setLanguage(const QString& name);
+    /// Chooses the language by the file's suffix; plain text for any other.
+    /// Answers whether a language was found.
+    bool setLanguageForFile(const QString& path);
+
+    bool isReadOnly() const;
+    void setReadOnly(bool readOnly);
+    /// Whether the text changed since it was set, loaded or saved.
+    bool isModified() const;
+    void setModified(bool modified);
+    /// The columns a Tab key indents by.
+    int tabWidth() const;
+    void setTabWidth(int columns);
+    /// The column of the right margin's line.
+    int rightMargin() const;
+    void setRightMargin(int column);
+    bool isRightMarginVisible() const;
+    void setRightMarginVisible(bool visible);
+    bool isGutterVisible() const;
+    void setGutterVisible(bool visible);
+    /// The gutter's width in pixels (its least width when line numbers show).
+    int gutterWidth() const;
+    void setGutterWidth(int pixels);
+    bool areLineNumbersVisible() const;
+    void setLineNumbersVisible(bool visible);
+    bool isCurrentLineHighlighted() const;
+    void setCurrentLineHighlighted(bool highlighted);
+    /// The bracket at the caret and its partner highlighted; Ctrl+] jumps between them.
+    bool isBracketMatching() const;
+    void setBracketMatching(bool matching);
+    /// Undone steps can be redone (Ctrl+Y, Ctrl+Shift+Z, redo()).
+    bool isRedoEnabled() const;
+    void setRedoEnabled(bool enabled);
+    /// A run of typing or of Backspaces undoes as one step.
+    bool isUndoGrouped() const;
+    void setUndoGrouped(bool grouped);
+    /// The most undo steps kept; 0 keeps all that memory holds.
+    int undoLimit() const;
+    void setUndoLimit(int steps);
+    /// The colour theme last set through this widget: "Classic" at first.
+    QString theme() const;
+    /// Applies a bundled theme ("Classic", "Light", "Dark") or a theme file.
+    /// The language colours are shared by every editor of the process; the
+    /// editor's own colours change on this one. Answers false, with
+    /// errorString(), when the file cannot be read.
+    bool setTheme(const QString& nameOrFile);
+
+    bool canUndo() const;
+    bool canRedo() const;
+    bool canPaste() const;
+
+    /// Reads a text file, telling its encoding (a byte-order mark of UTF-8 or
+    /// UTF-16, otherwise UTF-8 when valid and Windows-1252 when not) and its
+    /// line break. On failure answers false, keeps the text as it was and
+    /// leaves a message in errorString().
+    bool load(const QString& path);
+    /// Writes the text in the encoding and with the line break of the file
+    /// loaded last (UTF-8 with "\n" otherwise). The file is written beside
+    /// the target and renamed over it, so a failed save leaves the old file
+    /// whole. A text that Windows-1252 cannot hold is written as UTF-8.
+    bool save(const QString& path);
+    /// The message of the last load(), save() or setTheme() that failed.
+    QString errorString() const;
+
+    QSize sizeHint() const override;
+    QSize minimumSizeHint() const override;
+
+    /// The control itself, for its full interface.
+    sx::TSxCodeEdit* control() const;
+
+public slots:
+    void setText(const QString& text);
+    void undo();
+    void redo();
+    void cut();
+    void copy();
+    void paste();
+    void selectAll();
+    /// Removes all text.
+    void clear();
+    /// Selects the next hit of text from the caret on; answers whether there was one.
+    bool find(const QString& text, SxCodeEditor::FindFlags flags = {});
+    /// find() again with the text and flags of the last find().
+    bool findNext();
+    /// Replaces every hit in the text, from its start on; answers how many.
+    /// With undoGrouped they undo as one step, otherwise one step each.
+    int replaceAll(const QString& text, const QString& replacement, SxCodeEditor::FindFlags flags = {});
+    void showFindDialog();
+    void showReplaceDialog();
+    /// Puts the caret at the start of a line (from 0) and scrolls it into view.
+    void gotoLine(int line);
+
+signals:
+    void textChanged();
+    void modificationChanged(bool modified);
+    void cursorPositionChanged(int line, int column);
+    void selectionChanged();
+    void readOnlyChanged(bool readOnly);
+
+protected:
+    void changeEvent(QEvent* event) override;
+
+private:
+    class Reporter;
+    friend class Reporter;
+    struct FileFormat;
+    struct FindState;
+
+    bool failWith(const QString& message);
+    /// The widget's size for a text area of so many columns and lines.
+    QSize sizeFor(int columns, int lines) const;
+    void applyFont();
+    bool extOption(int option) const;
+    void setExtOption(int option, bool on);
+
+    sx::TSxCodeEdit* m_edit;
+    std::unique_ptr<Reporter> m_reporter;
+    std::unique_ptr<FileFormat> m_format;
+    std::unique_ptr<FindState> m_find;
+    QString m_language;
+    QString m_theme;
+    QString m_error;
+};
+
+Q_DECLARE_OPERATORS_FOR_FLAGS(SxCodeEditor::FindFlags)
