@@ -75,8 +75,7 @@ void SxCodeEditor::Reporter::EmitChanges(const Look& was, const Look& now)
         emit m_editor.textChanged();
     if (modificationChanged)
         emit m_editor.modificationChanged(modified);
-    // Caret moves are the most frequent: the position is not even read out
-    // for a signal that no slot hears.
+    // Caret moves are the most frequent: no signal is emitted that no slot hears.
     static const QMetaMethod cursorSignal = QMetaMethod::fromSignal(&SxCodeEditor::cursorPositionChanged);
     if (now.caret != was.caret && m_editor.isSignalConnected(cursorSignal))
         emit m_editor.cursorPositionChanged(now.caret.line, now.caret.column);
