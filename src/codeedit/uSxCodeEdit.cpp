@@ -207,6 +207,12 @@ void TSxCodeEdit::SetText(const String& Value)
     InitSelectionAndPosition();
 }
 
+void TSxCodeEdit::SetTextView(std::u16string_view Value)
+{
+    FLines->LoadText(Value, true);
+    InitSelectionAndPosition();
+}
+
 Integer TSxCodeEdit::GetCharWidth()
 {
     if (FCharWidth < 1)

@@ -226,6 +226,9 @@ public:
     const TSxCodeEditLines& LineStore() const { return *FLines; }
     String Text() { return GetText(); }
     void SetText(const String& Value);
+    /// Extension: SetText of a text held elsewhere, read in place; a line
+    /// break ends a line, the last one too, so n line breaks make n + 1 lines.
+    void SetTextView(std::u16string_view Value);
     Integer ParserLineNr() const { return FParserLineNr; }
     void SetParserLineNr(Integer Value);
     bool Modified() const { return FModified; }

@@ -38,6 +38,12 @@ void TSxCodeEditLines::SetText(const String& Value)
     TStringList::SetText(Value);
 }
 
+void TSxCodeEditLines::LoadText(std::u16string_view Value, bool ABreakEndsLine)
+{
+    AllLinesReplacing();
+    TStringList::LoadText(Value, ABreakEndsLine);
+}
+
 void TSxCodeEditLines::Assign(const TStrings& Source)
 {
     if (&Source != this)

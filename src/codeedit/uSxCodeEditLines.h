@@ -45,6 +45,7 @@ public:
     void Delete(Integer Index) override;
     void Clear() override;
     void SetText(const String& Value) override;
+    void LoadText(std::u16string_view Value, bool ABreakEndsLine);
     void Assign(const TStrings& Source) override;
     void AllLinesReplacing();
 

@@ -38,6 +38,11 @@ constexpr int HintLines = 25;
 constexpr int MinimumHintColumns = 10;
 constexpr int MinimumHintLines = 3;
 
+std::u16string_view ViewOf(const QString& text)
+{
+    return std::u16string_view(reinterpret_cast<const Char*>(text.utf16()), std::size_t(text.size()));
+}
+
 TPoint PointOf(int line, int column) { return Point(std::max(column, 0), std::max(line, 0)); }
 
 SxTextPosition PositionOf(TPoint point) { return SxTextPosition{point.Y, point.X}; }
@@ -96,7 +101,7 @@ QString SxCodeEditor::text() const
 void SxCodeEditor::setText(const QString& text)
 {
     const Reporter::Scope scope(*m_reporter, Reporter::Clean);
-    m_edit->SetText(FromQString(text));
+    m_edit->SetTextView(ViewOf(text));
 }
 
 QStringList SxCodeEditor::lines() const
@@ -349,7 +354,7 @@ void SxCodeEditor::selectAll()
 void SxCodeEditor::clear()
 {
     const Reporter::Scope scope(*m_reporter);
-    m_edit->SetText(String());
+    m_edit->SetTextView(std::u16string_view());
 }
 
 void SxCodeEditor::showFindDialog()

@@ -74,8 +74,13 @@ bool SxCodeEditor::load(const QString& path)
     // A file of one line keeps the line break of a new text.
     const String lineBreak = stream.FirstLineBreak();
     const FileFormat format{stream.CodePage(), stream.HasByteOrderMark(), lineBreak.empty() ? FileFormat().lineBreak : lineBreak};
+    const bool endsWithLineBreak = stream.EndsWithLineBreak();
     const Reporter::Scope scope(*m_reporter, Reporter::Clean);
     m_edit->LoadFromStream(stream);
+    // The line store drops a last line break; the empty line behind it keeps
+    // it in text() and in the next save.
+    if (endsWithLineBreak)
+        m_edit->Lines().Add(String());
     *m_format = format;
     return true;
 }
@@ -87,12 +92,18 @@ bool SxCodeEditor::save(const QString& path)
     // A character that Windows-1252 cannot hold is kept: the file becomes UTF-8.
     if (!stream.SetWString(text, m_format->codePage, m_format->byteOrderMark))
         stream.SetWString(text, CodePages::Utf8, false);
+    // The size is checked before the rename: a disk that fills up may take
+    // part of the bytes and still report success.
     QSaveFile file(path);
     const TByteBuffer& bytes = stream.Bytes();
-    if (!file.open(QIODevice::WriteOnly) ||
-        file.write(reinterpret_cast<const char*>(bytes.data()), qint64(bytes.size())) != qint64(bytes.size()) ||
-        !file.commit())
-        return failWith(tr("Cannot save %1: %2.").arg(path, file.errorString()));
+    const auto size = qint64(bytes.size());
+    const bool written = file.open(QIODevice::WriteOnly) &&
+                         file.write(reinterpret_cast<const char*>(bytes.data()), size) == size && file.flush() &&
+                         file.size() == size;
+    if (!written || !file.commit()) {
+        const QString reason = file.error() != QFileDevice::NoError ? file.errorString() : tr("the disk is full");
+        return failWith(tr("Cannot save %1: %2.").arg(path, reason));
+    }
     m_format->codePage = stream.CodePage();
     const Reporter::Scope scope(*m_reporter, Reporter::Clean);
     return true;

@@ -274,12 +274,17 @@ String TStringList::Text() const
     return result;
 }
 
-void TStringList::SetText(const String& Value)
+void TStringList::SetText(const String& Value) { LoadText(Value, false); }
+
+void TStringList::LoadText(std::u16string_view Value, bool ABreakEndsLine)
 {
     const auto breaks = std::size_t(std::count(Value.begin(), Value.end(), u'\n'));
+    const bool emptyLast = ABreakEndsLine && (Value.empty() || Value.back() == u'\n' || Value.back() == u'\r');
     Load(breaks + 1, [&](TLoader& loader) {
         ForEachLine(Value.data(), Value.data() + Value.size(),
                     [&](const Char* line, std::size_t length) { loader.Add(TLineView(line, length)); });
+        if (emptyLast)
+            loader.Add(TLineView());
     });
 }
 

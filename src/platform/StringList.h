@@ -8,6 +8,7 @@
 #include "platform/LineText.h"
 
 #include <functional>
+#include <string_view>
 
 namespace sx {
 
@@ -89,6 +90,10 @@ public:
     String Text() const override;
     void SetText(const String& Value) override;
     void Assign(const TStrings& Source) override;
+    /// SetText of a text held anywhere, read in place. With ABreakEndsLine
+    /// every line break ends a line, the last one too, so that n line breaks
+    /// make n + 1 lines; SetText drops the empty line behind a last break.
+    void LoadText(std::u16string_view Value, bool ABreakEndsLine);
 
     /// What the fill of Load hands the lines to, one at a time, in order.
     class TLoader {

@@ -491,26 +491,37 @@ bool TSxStringStream::IsWellFormed() const
     }
 }
 
-String TSxStringStream::FirstLineBreak() const
+std::size_t TSxStringStream::UnitSize() const { return FCodePage == Utf16LE || FCodePage == Utf16BE ? 2 : 1; }
+
+Char TSxStringStream::AsciiUnitAt(std::size_t AOffset) const
 {
     const TByteBuffer& bytes = Bytes();
-    // The line-break characters are ASCII: in UTF-16 the byte of the unit's
-    // value stands first (LE) or second (BE), with a zero beside it.
-    const bool wide = FCodePage == Utf16LE || FCodePage == Utf16BE;
-    const std::size_t step = wide ? 2 : 1, low = FCodePage == Utf16BE ? 1 : 0;
-    const auto unitAt = [&](std::size_t i) -> Char {
-        if (!wide)
-            return bytes[i];
-        return bytes[i + 1 - low] == 0 ? Char(bytes[i + low]) : Char(0xFFFF);
-    };
-    for (std::size_t i = 0; i + step <= bytes.size(); i += step) {
-        const Char c = unitAt(i);
+    if (UnitSize() == 1)
+        return bytes[AOffset] < 0x80 ? Char(bytes[AOffset]) : Char(0xFFFF);
+    const std::size_t low = FCodePage == Utf16BE ? 1 : 0;
+    return bytes[AOffset + 1 - low] == 0 && bytes[AOffset + low] < 0x80 ? Char(bytes[AOffset + low]) : Char(0xFFFF);
+}
+
+String TSxStringStream::FirstLineBreak() const
+{
+    const std::size_t step = UnitSize(), size = Bytes().size();
+    for (std::size_t i = 0; i + step <= size; i += step) {
+        const Char c = AsciiUnitAt(i);
         if (c == u'\n')
             return u"\n";
         if (c == u'\r')
-            return i + 2 * step <= bytes.size() && unitAt(i + step) == u'\n' ? u"\r\n" : u"\r";
+            return i + 2 * step <= size && AsciiUnitAt(i + step) == u'\n' ? u"\r\n" : u"\r";
     }
     return String();
+}
+
+bool TSxStringStream::EndsWithLineBreak() const
+{
+    const std::size_t step = UnitSize(), size = Bytes().size();
+    if (size < step || size % step != 0)
+        return false;
+    const Char last = AsciiUnitAt(size - step);
+    return last == u'\n' || last == u'\r';
 }
 
 bool TSxStringStream::SetWString(const String& AText, Integer aCodePage, bool aMark)

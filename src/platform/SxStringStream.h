@@ -62,6 +62,8 @@ public:
     /// Extension: the first line break of the text ("\r\n", "\n" or "\r"),
     /// empty when it has none.
     String FirstLineBreak() const;
+    /// Extension: whether the text's last character is a line break.
+    bool EndsWithLineBreak() const;
     /// Extension: the bytes become AText in code page aCodePage, behind its
     /// byte-order mark when aMark. Answers false, and keeps the bytes, when
     /// Windows-1252 cannot hold a character of the text. UTF-8 cannot hold a
@@ -70,6 +72,10 @@ public:
 
 private:
     void ReadFile(const String& aFileName);
+    /// The bytes of one character: 2 in UTF-16, 1 otherwise.
+    std::size_t UnitSize() const;
+    /// The character of the unit at AOffset if it is ASCII, otherwise U+FFFF.
+    Char AsciiUnitAt(std::size_t AOffset) const;
 
     Integer FCodePage;
 };
