@@ -61,4 +61,20 @@ for program in "$prefix/embed-cmake/embed_example" "$prefix/embed-pkgconfig"; do
   grep -q "3 lines, rendered" <<<"$output"
   test -s "$prefix/embed.png"
 done
+# The Python module, when built, imports from the prefix alone and loads the
+# prefix's libraries, not the build tree's.
+module=$(find "$prefix/usr" -name 'sxcodeedit*.so')
+if [ -n "$module" ]; then
+  if ! ldd "$module" | grep -q "libsxcodeeditor.so.* => $prefix/usr/"; then
+    echo "the Python module does not find the installed libsxcodeeditor"; exit 1
+  fi
+  python=$(sed -n 's/^Python3_EXECUTABLE:[A-Z]*=//p' "$build/CMakeCache.txt")
+  PYTHONPATH=$(dirname "$module") "$python" -c "
+from PyQt6.QtWidgets import QApplication
+import sxcodeedit
+app = QApplication([])
+assert sxcodeedit.__file__.startswith('$prefix/'), sxcodeedit.__file__
+assert sxcodeedit.SxCodeEditor().setLanguage('pascal')"
+  echo "python: ${module#"$prefix"/usr/} imports"
+fi
 echo "install check: passed"

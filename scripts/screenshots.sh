@@ -3,10 +3,33 @@
 # sxedit under a virtual X server (Xvfb) on bundled samples, works it through
 # the X server with xdotool, and saves what the X server shows of the whole
 # window, menu bar and status bar included, as docs/*.png.
+#
+#   scripts/screenshots.sh            the README's screenshots, in docs/
+#   scripts/screenshots.sh --python   each bundled sample through the Python
+#                                     module, with no X server, in out/screenshots/python/
 set -euo pipefail
 cd "$(dirname "$0")/.."
 scripts/setup.sh
 build=${BUILD_DIR:-build}
+
+# The Python variant: examples/python/screenshot.py paints an SxCodeEditor
+# into an image with QWidget.grab() on Qt's offscreen platform.
+python_screenshots() {
+  cmake -S . -B "$build" -DSX_BUILD_PYTHON=ON >/dev/null
+  cmake --build "$build" --target sxcodeedit_python -j"$(nproc)"
+  local python sample
+  python=$(sed -n 's/^Python3_EXECUTABLE:[A-Z]*=//p' "$build/CMakeCache.txt")
+  mkdir -p out/screenshots/python
+  for sample in examples/sample.*; do
+    PYTHONPATH="$build/python" QT_QPA_PLATFORM=offscreen \
+      "$python" examples/python/screenshot.py "$sample" "out/screenshots/python/$(basename "$sample").png"
+  done
+}
+if [ "${1:-}" = --python ]; then
+  python_screenshots
+  exit 0
+fi
+
 cmake -S . -B "$build" >/dev/null
 cmake --build "$build" --target sxedit sxgrab -j"$(nproc)"
 sxedit=$build/apps/sxedit/sxedit

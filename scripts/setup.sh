@@ -18,8 +18,8 @@ packages=(
   libqt6sql6-sqlite
   # the Qt Designer plugin and the API reference
   qt6-tools-dev qt6-tools-dev-tools doxygen
-  # the Python bindings: sip, PyQt-builder, PyQt6 and pytest
-  python3-dev python3-sipbuild python3-pyqtbuild sip-tools pyqt6-dev python3-pyqt6 python3-pytest
+  # the Python bindings: sip, PyQt-builder, PyQt6 and pytest; PyQt-builder asks Qt's qmake for its version
+  python3-dev python3-sipbuild python3-pyqtbuild sip-tools pyqt6-dev python3-pyqt6 python3-pytest qmake6
 )
 
 missing=()
