@@ -11,8 +11,14 @@ build=${1:-build}
 prefix=$(mktemp -d /tmp/sxcodeedit-install.XXXXXX)
 trap 'rm -rf "$prefix"' EXIT
 
-cmake --install "$build" --prefix "$prefix/usr" >/dev/null
+# Staged through DESTDIR, so that what goes outside the prefix (the Designer
+# plugin, into Qt's plugin folder) lands in the temporary folder too.
+DESTDIR="$prefix" cmake --install "$build" --prefix /usr >/dev/null
 echo "installed into $prefix/usr"
+if grep -q '^SX_BUILD_DESIGNER:BOOL=ON' "$build/CMakeCache.txt"; then
+  find "$prefix" -name libsxcodeeditorplugin.so | grep -q . || { echo "the Designer plugin is not installed"; exit 1; }
+  echo "Designer plugin: installed"
+fi
 
 # Every installed header compiles on its own, found where the package says.
 libdir=$(dirname "$(find "$prefix/usr" -name sxcodeedit.pc)")

@@ -18,16 +18,23 @@ class TSxCodeEdit;
 /// A place in the text: a line and a column, both counted from 0. The caret
 /// may stand beyond the end of its line.
 struct SxTextPosition {
+    /// Counted from 0.
     int line = 0;
+    /// Counted from 0, in UTF-16 units.
     int column = 0;
+    /// Same line and same column.
     friend bool operator==(const SxTextPosition&, const SxTextPosition&) = default;
 };
 
 /// A stretch of text from start up to end, start never behind end.
 struct SxTextRange {
+    /// Where the stretch begins.
     SxTextPosition start;
+    /// Where it ends: the place behind its last character.
     SxTextPosition end;
+    /// Whether the stretch holds no character.
     bool isEmpty() const { return start == end; }
+    /// Same start and same end.
     friend bool operator==(const SxTextRange&, const SxTextRange&) = default;
 };
 
@@ -35,8 +42,8 @@ struct SxTextRange {
 /// JavaScript, XML and SQL, with Qt's ways of working.
 ///
 /// Lines and columns count from 0; a column counts UTF-16 units. `text()`
-/// joins the lines with "\n"; `setText()` takes "\n", "\r\n" or "\r" between
-/// lines. The signals are emitted once per user action (a key, a click, a
+/// joins the lines with `"\n"`; `setText()` takes `"\n"`, `"\r\n"` or `"\r"`
+/// between lines. The signals are emitted once per user action (a key, a click, a
 /// command) or per call of this class, after the action is done, and never
 /// from inside a paint. Changes made through control() are reported when the
 /// widget next handles an event or a call.
@@ -70,12 +77,15 @@ public:
     Q_DECLARE_FLAGS(FindFlags, FindFlag)
     Q_FLAG(FindFlags)
 
+    /// An editor with no text, colouring none until setLanguage().
     explicit SxCodeEditor(QWidget* parent = nullptr);
     ~SxCodeEditor() override;
 
-    /// The whole text, its lines joined by "\n".
+    /// The whole text, its lines joined by `"\n"`.
     QString text() const;
+    /// The lines of the text, without their line breaks.
     QStringList lines() const;
+    /// How many lines the text has; a line break at its end adds no empty line.
     int lineCount() const;
     /// The text of one line, without its line break; empty past the last line.
     QString lineText(int line) const;
@@ -83,13 +93,17 @@ public:
     /// line with blanks, a line past the last adds empty lines.
     void insertText(int line, int column, const QString& text);
 
+    /// Where the caret stands.
     SxTextPosition cursorPosition() const;
+    /// Moves the caret there and drops the selection; a negative line or column counts as 0.
     void setCursorPosition(int line, int column);
     /// The selected stretch, empty at the caret when nothing is selected.
     SxTextRange selection() const;
+    /// Whether any text is selected.
     bool hasSelectedText() const;
     /// Selects from one place to another; the caret goes to the second.
     void setSelection(int fromLine, int fromColumn, int toLine, int toColumn);
+    /// The selected text, its lines joined by `"\n"`; empty when nothing is selected.
     QString selectedText() const;
 
     /// The language names setLanguage() knows: "pascal", "vb", "js", "xml", "sql".
@@ -104,39 +118,57 @@ public:
     /// Answers whether a language was found.
     bool setLanguageForFile(const QString& path);
 
+    /// Whether the text is kept from the user's edits.
     bool isReadOnly() const;
+    /// Keeps the text from the user's edits or lets them in again; readOnlyChanged() reports a change.
     void setReadOnly(bool readOnly);
     /// Whether the text changed since it was set, loaded or saved.
     bool isModified() const;
+    /// Marks the text changed or unchanged, as a save does; modificationChanged() reports a change.
     void setModified(bool modified);
     /// The columns a Tab key indents by.
     int tabWidth() const;
+    /// 2 at first; a width below 1 counts as 1.
     void setTabWidth(int columns);
     /// The column of the right margin's line.
     int rightMargin() const;
+    /// Column 80 at first; a negative column counts as 0.
     void setRightMargin(int column);
+    /// Whether the right margin's line shows.
     bool isRightMarginVisible() const;
+    /// Shows or hides the right margin's line; shown at first.
     void setRightMarginVisible(bool visible);
+    /// Whether the gutter, the strip left of the text, shows.
     bool isGutterVisible() const;
+    /// Shows or hides the gutter; shown at first.
     void setGutterVisible(bool visible);
     /// The gutter's width in pixels (its least width when line numbers show).
     int gutterWidth() const;
+    /// 20 at first; a negative width counts as 0.
     void setGutterWidth(int pixels);
+    /// Whether the gutter shows the line numbers, widening to fit them.
     bool areLineNumbersVisible() const;
+    /// Shows or hides the line numbers; hidden at first.
     void setLineNumbersVisible(bool visible);
+    /// Whether the caret's line is painted on a ground of its own.
     bool isCurrentLineHighlighted() const;
+    /// Off at first.
     void setCurrentLineHighlighted(bool highlighted);
     /// The bracket at the caret and its partner highlighted; Ctrl+] jumps between them.
     bool isBracketMatching() const;
+    /// Off at first.
     void setBracketMatching(bool matching);
     /// Undone steps can be redone (Ctrl+Y, Ctrl+Shift+Z, redo()).
     bool isRedoEnabled() const;
+    /// Off at first, as in the classic control.
     void setRedoEnabled(bool enabled);
     /// A run of typing or of Backspaces undoes as one step.
     bool isUndoGrouped() const;
+    /// Off at first: each typed character undoes alone.
     void setUndoGrouped(bool grouped);
     /// The most undo steps kept; 0 keeps all that memory holds.
     int undoLimit() const;
+    /// 100 at first; a negative number counts as 0.
     void setUndoLimit(int steps);
     /// The colour theme last set through this widget: "Classic" at first.
     QString theme() const;
@@ -146,8 +178,11 @@ public:
     /// errorString(), when the file cannot be read.
     bool setTheme(const QString& nameOrFile);
 
+    /// Whether undo() has a step to take back.
     bool canUndo() const;
+    /// Whether redo() has a step to play again; never without redoEnabled.
     bool canRedo() const;
+    /// Whether paste() would insert: the editor is not read-only and the clipboard holds text.
     bool canPaste() const;
 
     /// Reads a text file, telling its encoding (a byte-order mark of UTF-8 or
@@ -156,26 +191,35 @@ public:
     /// leaves a message in errorString().
     bool load(const QString& path);
     /// Writes the text in the encoding and with the line break of the file
-    /// loaded last (UTF-8 with "\n" otherwise). The file is written beside
+    /// loaded last (UTF-8 with `"\n"` otherwise). The file is written beside
     /// the target and renamed over it, so a failed save leaves the old file
     /// whole. A text that Windows-1252 cannot hold is written as UTF-8.
     bool save(const QString& path);
     /// The message of the last load(), save() or setTheme() that failed.
     QString errorString() const;
 
+    /// Room for 80 columns and 25 lines of text besides the gutter and the scroll bars.
     QSize sizeHint() const override;
+    /// Room for 10 columns and 3 lines of text.
     QSize minimumSizeHint() const override;
 
     /// The control itself, for its full interface.
     sx::TSxCodeEdit* control() const;
 
 public slots:
+    /// Replaces the whole text, puts the caret at its start and marks it unmodified.
     void setText(const QString& text);
+    /// Takes back the last step of the undo list.
     void undo();
+    /// Plays the step undone last again; does nothing without redoEnabled.
     void redo();
+    /// Moves the selected text to the clipboard.
     void cut();
+    /// Copies the selected text to the clipboard.
     void copy();
+    /// Puts the clipboard's text in place of the selection, or at the caret.
     void paste();
+    /// Selects the whole text; the caret goes to its end.
     void selectAll();
     /// Removes all text.
     void clear();
@@ -186,19 +230,27 @@ public slots:
     /// Replaces every hit in the text, from its start on; answers how many.
     /// With undoGrouped they undo as one step, otherwise one step each.
     int replaceAll(const QString& text, const QString& replacement, SxCodeEditor::FindFlags flags = {});
+    /// Opens the find dialog, as Ctrl+F does.
     void showFindDialog();
+    /// Opens the replace dialog, as Ctrl+R does.
     void showReplaceDialog();
     /// Puts the caret at the start of a line (from 0) and scrolls it into view.
     void gotoLine(int line);
 
 signals:
+    /// The text changed, by the user or by a call.
     void textChanged();
+    /// isModified() changed to modified.
     void modificationChanged(bool modified);
+    /// The caret moved to line and column.
     void cursorPositionChanged(int line, int column);
+    /// The selected stretch changed, appeared or went.
     void selectionChanged();
+    /// isReadOnly() changed to readOnly.
     void readOnlyChanged(bool readOnly);
 
 protected:
+    /// Passes a change of the widget's font on to the control.
     void changeEvent(QEvent* event) override;
 
 private:
