@@ -14,10 +14,7 @@ protected:
     void SetUp() override
     {
         EditorTest::SetUp();
-        String text;
-        for (int i = 0; i < 300; ++i)
-            text += u"line\r\n";
-        edit->SetText(text);
+        edit->SetText(LinesOf(300, [](int) { return u"line"; }));
     }
 };
 

@@ -32,14 +32,8 @@ protected:
         edit->SetDataField(u"source");
         other->show();
         Focus(*edit);
-        SetApplicationExceptionHandler([this](const std::exception& e) {
-            const auto* error = dynamic_cast<const Exception*>(&e);
-            reported = error ? error->Message() : u"?";
-            aborted = dynamic_cast<const EAbort*>(&e) != nullptr;
-        });
         loads = 0;
     }
-    void TearDown() override { SetApplicationExceptionHandler(nullptr); }
 
     void Bind(const char16_t* field)
     {
@@ -69,8 +63,7 @@ protected:
     TDataSource* source = new TDataSource(&owner);
     QLineEdit* other = new QLineEdit(&host.Window());
     int loads = 0;
-    String reported;
-    bool aborted = false;
+    ReportedErrors reported;
 };
 
 const String HelloSource = u"begin\r\n  Writeln('Hi');\r\nend.\r\n";
@@ -114,12 +107,12 @@ TEST_F(DbCodeEdit, WithoutAutoEditEditingKeysEndSilently)
     Select(Point(0, 0), Point(3, 0));
     for (const auto& [key, modifiers] : {std::pair{Qt::Key_X, Qt::NoModifier}, {Qt::Key_Delete, Qt::NoModifier},
                                         {Qt::Key_Insert, Qt::NoModifier}, {Qt::Key_V, Qt::ControlModifier}}) {
-        aborted = false;
+        reported.Aborted = false;
         Press(*edit, key, modifiers);
         ProcessPostedMessages();
-        EXPECT_TRUE(aborted) << key;
-        EXPECT_EQ(reported, u"Can't go to editstate");
+        EXPECT_TRUE(reported.Aborted) << key;
     }
+    EXPECT_EQ(reported.Messages, std::vector<String>(4, u"Can't go to editstate"));
     EXPECT_EQ(edit->Text(), HelloSource);
     EXPECT_EQ(dataSet->State(), dsBrowse);
     EXPECT_EQ(edit->SelEnd(), Point(0, 0));
@@ -160,7 +153,7 @@ TEST_F(DbCodeEdit, AFieldThatRefusesOnExitKeepsFocusAndText)
     Select(Point(0, 0), Point(0, 0));
     Type(*edit, QStringLiteral("bad"));
     MoveFocusAway();
-    EXPECT_EQ(reported, u"No bad names");
+    EXPECT_EQ(reported.Messages, std::vector<String>{u"No bad names"});
     EXPECT_TRUE(edit->Focused());
     EXPECT_EQ(edit->Text(), u"badhello\r\n");
     EXPECT_EQ(dataSet->FieldByName(u"name")->AsString(), u"hello");

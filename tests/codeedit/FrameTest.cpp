@@ -132,10 +132,7 @@ TEST(Frame, WheelScrollsByTheDesktopLinesAndAZeroDeltaScrollsDown)
 {
     Host host;
     auto* edit = host.Add<TSxCodeEdit>(400, 300);
-    String text;
-    for (int i = 0; i < 200; ++i)
-        text += u"line\r\n";
-    edit->SetText(text);
+    edit->SetText(LinesOf(200, [](int) { return u"line"; }));
     EXPECT_EQ(edit->VScrollBar().Position(), 0);
     SendMessage(edit, WM_MOUSEWHEEL, NativeUInt(Word(-120)) << 16);
     const int step = edit->VScrollBar().Position();

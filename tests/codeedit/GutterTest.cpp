@@ -4,7 +4,6 @@
 #include "codeedit/EditorFixture.h"
 #include "codeedit/uSxCodePascalParser.h"
 
-#include <QTest>
 
 using namespace sx;
 using namespace sx::test;
@@ -20,12 +19,6 @@ protected:
     }
     /// A point on the gutter, at the height of the line shown at that row.
     QPoint OnNumber(Integer row) { return QPoint(2, row * edit->GetLineWidth() + 1); }
-    void Drag(QPoint from, QPoint to)
-    {
-        QTest::mousePress(edit->Widget(), Qt::LeftButton, Qt::NoModifier, from);
-        QTest::mouseMove(edit->Widget(), to);
-        QTest::mouseRelease(edit->Widget(), Qt::LeftButton, Qt::NoModifier, to);
-    }
     /// Pixels of the line-number colour in the gutter's band of a row.
     int NumberInk(const QImage& image, Integer row)
     {
@@ -41,7 +34,7 @@ TEST_F(Gutter, DefaultsDrawNoNumbersAndKeepTheGutterWidth)
     const QImage image = Render(*edit);
     EXPECT_EQ(edit->RealGuttorWidth(), edit->GuttorWidth());
     EXPECT_EQ(NumberInk(image, 0), 0);
-    Drag(OnNumber(0), OnNumber(1));  // a drag on the gutter selects as in the text
+    Drag(OnNumber(0), {OnNumber(1)});  // a drag on the gutter selects as in the text
     EXPECT_EQ(State(), "a|b| @0,1 [0,1-0,0]");
 }
 
@@ -51,10 +44,7 @@ TEST_F(Gutter, WidensToFitTheLastNumberAndNarrowsAgain)
     Start(u"x");
     Render(*edit);
     EXPECT_EQ(edit->RealGuttorWidth(), edit->GuttorWidth());  // one digit fits the classic width
-    String million;
-    for (int i = 0; i < 1'000'000; ++i)
-        million += u"\r\n";
-    edit->SetText(million);
+    edit->SetText(LinesOf(1'000'000, [](int) { return u""; }));
     const Integer wide = edit->RealGuttorWidth();
     EXPECT_GE(wide, 7 * edit->GetCharWidth() + 10);
     EXPECT_EQ(edit->HScrollBar().Left(), wide);
@@ -89,7 +79,7 @@ TEST_F(Gutter, ClickAndDragOnNumbersSelectWholeLines)
     QTest::mouseClick(edit->Widget(), Qt::LeftButton, Qt::NoModifier, OnNumber(2));
     EXPECT_EQ(State(), "one|two|three|four| @0,2");  // a click: the caret at the line's start
     for (const auto& c : cases) {
-        Drag(OnNumber(c.from), OnNumber(c.to));
+        Drag(OnNumber(c.from), {OnNumber(c.to)});
         EXPECT_EQ(State(), c.state) << c.from << " to " << c.to;
     }
 }

@@ -17,13 +17,6 @@ namespace {
 
 using Keys = EditorTest;
 
-/// Presses the key, then runs what it posted.
-void PressAndRun(TWinControl& control, Qt::Key key, Qt::KeyboardModifiers modifiers = Qt::NoModifier)
-{
-    Press(control, key, modifiers);
-    ProcessPostedMessages();
-}
-
 TEST_F(Keys, CaretKeysMoveWithoutWrappingAndStopAtTheEdges)
 {
     constexpr auto None = Qt::NoModifier, Ctrl = Qt::ControlModifier;
@@ -64,10 +57,7 @@ TEST_F(Keys, CaretKeysMoveWithoutWrappingAndStopAtTheEdges)
 
 TEST_F(Keys, PageKeysMoveByThePageAndKeepTheColumn)
 {
-    String text;
-    for (int i = 0; i < 100; ++i)
-        text += u"  line " + IntToStr(i) + u"\r\n";
-    Start(text, Point(9, 50));
+    Start(LinesOf(100, [](int i) { return u"  line " + IntToStr(i); }), Point(9, 50));
     const Integer page = edit->VScrollBar().PageSize();
     Press(*edit, Qt::Key_PageDown);
     EXPECT_EQ(Caret(), Point(9, 50 + page));
@@ -147,25 +137,25 @@ TEST_F(Keys, CommandKeysPostTheirMessagesToRunAfterTheKey)
 {
     Start(u"one two", Point(4, 0));
     Select(Point(4, 0), Point(7, 0));
-    PressAndRun(*edit, Qt::Key_C, Qt::ControlModifier);
+    PressAndRun(Qt::Key_C);
     EXPECT_EQ(Clipboard().AsText(), u"two");
-    PressAndRun(*edit, Qt::Key_X, Qt::ControlModifier);
+    PressAndRun(Qt::Key_X);
     EXPECT_EQ(Line(0), u"one ");
-    PressAndRun(*edit, Qt::Key_V, Qt::ControlModifier);
-    PressAndRun(*edit, Qt::Key_Insert, Qt::ShiftModifier);
+    PressAndRun(Qt::Key_V);
+    PressAndRun(Qt::Key_Insert, Qt::ShiftModifier);
     EXPECT_EQ(Line(0), u"one twotwo");
-    PressAndRun(*edit, Qt::Key_Z, Qt::ControlModifier);
+    PressAndRun(Qt::Key_Z);
     EXPECT_EQ(Line(0), u"one two");
-    PressAndRun(*edit, Qt::Key_F7, Qt::ControlModifier);  // F7 is the second code of V
+    PressAndRun(Qt::Key_F7);  // F7 is the second code of V
     EXPECT_EQ(Line(0), u"one twotwo");
     Select(Point(0, 0), Point(3, 0));
-    PressAndRun(*edit, Qt::Key_Insert, Qt::ControlModifier);
+    PressAndRun(Qt::Key_Insert);
     EXPECT_EQ(Clipboard().AsText(), u"one");
 
     // Exactly their modifiers: with Shift added, C and X do nothing.
     Clipboard().SetAsText(u"clip");
-    PressAndRun(*edit, Qt::Key_C, Qt::ControlModifier | Qt::ShiftModifier);
-    PressAndRun(*edit, Qt::Key_X, Qt::ControlModifier | Qt::ShiftModifier);
+    PressAndRun(Qt::Key_C, Qt::ControlModifier | Qt::ShiftModifier);
+    PressAndRun(Qt::Key_X, Qt::ControlModifier | Qt::ShiftModifier);
     EXPECT_EQ(Clipboard().AsText(), u"clip");
     EXPECT_EQ(Line(0), u"one twotwo");
 }

@@ -16,10 +16,8 @@ protected:
 
 TEST_F(LoadFromFile, ReplacesTextAndPutsCaretAndScrollBarsAtTheTop)
 {
-    String text;
-    for (int i = 0; i < 200; ++i)
-        text += u"line " + IntToStr(i) + u" with some text that runs wide of the window\r\n";
-    Start(text, Point(12, 150));
+    Start(LinesOf(200, [](int i) { return u"line " + IntToStr(i) + u" with some text that runs wide of the window"; }),
+          Point(12, 150));
     Type(*edit, QStringLiteral("x"));
     Select(Point(2, 140), Point(12, 150));
     edit->HScrollBar().SetPosition(5);

@@ -5,7 +5,6 @@
 #include "platform/Menus.h"
 
 #include <QMenu>
-#include <QTest>
 
 using namespace sx;
 using namespace sx::test;
@@ -22,13 +21,6 @@ protected:
     }
     QWidget* W() { return edit->Widget(); }
     void Click(QPoint at) { QTest::mouseClick(W(), Qt::LeftButton, Qt::NoModifier, at); }
-    void Drag(QPoint from, std::initializer_list<QPoint> path)
-    {
-        QTest::mousePress(W(), Qt::LeftButton, Qt::NoModifier, from);
-        for (const QPoint& to : path)
-            QTest::mouseMove(W(), to);
-        QTest::mouseRelease(W(), Qt::LeftButton, Qt::NoModifier, path.end()[-1]);
-    }
     void DoubleClick(QPoint at)
     {
         QTest::mouseDClick(W(), Qt::LeftButton, Qt::NoModifier, at);
@@ -84,10 +76,7 @@ TEST_F(Mouse, DragSelectsInBothDirectionsAndScrollsPastTheBottom)
     EXPECT_EQ(edit->SelLength(), 0);
     EXPECT_EQ(Caret(), Point(5, 1));
 
-    String text;
-    for (int i = 0; i < 200; ++i)
-        text += u"line\r\n";
-    Start(text);
+    Start(LinesOf(200, [](int) { return u"line"; }));
     const int below = edit->Height() + 3 * edit->GetLineWidth();
     Drag(Cell(0, 0), {Cell(1, 0), QPoint(Cell(1, 0).x(), below)});
     EXPECT_GT(edit->VScrollBar().Position(), 0);

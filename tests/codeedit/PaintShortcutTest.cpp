@@ -3,7 +3,6 @@
 // drawn anew, tokens behind the right edge skipped or cut against a control
 // wide enough to draw them, and screen updates that wait for posted messages
 // against the state they show.
-#include "codeedit/fSxCodeEditSearchReplaceDlg.h"
 #include "codeedit/uSxCodeEdit.h"
 #include "codeedit/uSxCodePascalParser.h"
 #include "platform/Caret.h"
@@ -97,20 +96,14 @@ TEST_F(PaintShortcut, TokensPastTheRightEdgeShowAsInAWideControl)
 
 TEST_F(PaintShortcut, RepaintsWaitForTheEndOfAChainOfPostedPasses)
 {
-    String text;
-    for (int i = 0; i < 200; ++i)
-        text += i % 4 ? u"  Value := 1;\r\n" : u"  Value := Old;\r\n";
-    TSxCodeEdit* edit = Make(400, text);
+    TSxCodeEdit* edit = Make(400, LinesOf(200, [](int i) { return i % 4 ? u"  Value := 1;" : u"  Value := Old;"; }));
     int paints = 0;  // a paint calls the handler once for the top line
     edit->SetOnParserLineChange([&](Integer nr, TColor&, TColor&) {
         paints += nr == edit->VScrollBar().Position() + 1 ? 1 : 0;
         return false;
     });
     ModalScript script;
-    script.OnForm = [](TForm& form) {
-        dynamic_cast<TFrmCodeEditSearchReplaceDlg&>(form).edtTextToFind()->SetText(u"Old");
-        form.SetModalResult(mrYesToAll);
-    };
+    script.OnForm = [](TForm& form) { FillSearchDialog(form, {.Find = u"Old", .Result = mrYesToAll}); };
     QCoreApplication::processEvents();
     paints = 0;
     PostMessage(edit, uSxCodeEdit::WM_SX_SEARCHREPLACEDLG, 1);
@@ -142,10 +135,7 @@ TEST_F(PaintShortcut, TheCaretShowsWhereQueuedKeysLeftIt)
 
 TEST_F(PaintShortcut, AMessageBoxShowsTheControlAsItStands)
 {
-    String text;
-    for (int i = 0; i < 200; ++i)
-        text += i == 150 ? u"  Hit := 1;\r\n" : u"  Value := 1;\r\n";
-    TSxCodeEdit* edit = Make(400, text);
+    TSxCodeEdit* edit = Make(400, LinesOf(200, [](int i) { return i == 150 ? u"  Hit := 1;" : u"  Value := 1;"; }));
     int paints = 0;
     edit->SetOnParserLineChange([&](Integer, TColor&, TColor&) {
         ++paints;
@@ -153,13 +143,7 @@ TEST_F(PaintShortcut, AMessageBoxShowsTheControlAsItStands)
     });
     QCoreApplication::processEvents();
     ModalScript script;
-    script.OnForm = [](TForm& form) {
-        auto& dialog = dynamic_cast<TFrmCodeEditSearchReplaceDlg&>(form);
-        dialog.edtTextToFind()->SetText(u"Hit");
-        dialog.edtReplaceWith->SetText(u"Pin");
-        dialog.chkBxPromptOnReplace->SetChecked(true);
-        form.SetModalResult(mrOk);
-    };
+    script.OnForm = [](TForm& form) { FillSearchDialog(form, {.Find = u"Hit", .ReplaceWith = u"Pin", .Prompt = true}); };
     bool asked = false;
     SetMsgBoxHook([&](TMsgBoxKind, const String&, const String&) {  // the script puts its own back
         // The user looks at the hit while the box asks: scrolled to and painted.

@@ -153,10 +153,7 @@ TEST_F(PaintTest, ReadOnlyDarkensFillAndTokenBackgroundsButNotTheSelection)
 
 TEST_F(PaintTest, PaintThatStartsInsideACommentTakesTheStoredLineKind)
 {
-    String text = u"{ one\r\ntwo\r\nthree }\r\nfour";
-    for (int i = 0; i < 40; ++i)
-        text += u"\r\nline";
-    edit->Lines().SetText(text);
+    edit->Lines().SetText(u"{ one\r\ntwo\r\nthree }\r\nfour\r\n" + LinesOf(40, [](int) { return u"line"; }));
     Render(*edit);  // a paint from the top stores the state of each line
     EXPECT_EQ(edit->Lines().Objects(1), 1);
     EXPECT_EQ(edit->Lines().Objects(3), 0);
@@ -166,10 +163,7 @@ TEST_F(PaintTest, PaintThatStartsInsideACommentTakesTheStoredLineKind)
     EXPECT_EQ(Row(image, 2, 1), "y");  // "four" is not
 
     // a jump to text that was never painted knows no comment from above
-    String jump(u"{");
-    for (int i = 0; i < 100; ++i)
-        jump += u"\r\nx";
-    edit->Lines().SetText(jump);
+    edit->Lines().SetText(u"{\r\n" + LinesOf(100, [](int) { return u"x"; }));
     edit->VScrollBar().SetPosition(90);
     EXPECT_EQ(Row(Render(*edit), 0, 1), "y");
 

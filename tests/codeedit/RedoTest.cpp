@@ -32,11 +32,6 @@ public:
         SetUp();
         edit->SetExtOptions(options);
     }
-    void PressAndRun(Qt::Key key, Qt::KeyboardModifiers modifiers = Ctrl)
-    {
-        Press(*edit, key, modifiers);
-        ProcessPostedMessages();
-    }
     /// Selects from the anchor to the caret, then presses Ctrl with the key.
     void Command(TPoint anchor, TPoint caret, Qt::Key key)
     {

@@ -5,7 +5,6 @@
 #include "codeedit/fSxCodeEditSearchReplaceDlg.h"
 #include "support/ModalAnswers.h"
 
-#include <optional>
 #include <string>
 
 using namespace sx;
@@ -14,42 +13,18 @@ using namespace sx::uSxCodeEdit;
 
 namespace {
 
-/// What the test puts into the dialog before it closes it.
-struct DialogInput {
-    std::optional<String> Find{};
-    String ReplaceWith{};
-    bool Backward = false;
-    bool CaseSensitive = false;
-    bool WholeWords = false;
-    bool Prompt = false;
-    std::optional<Integer> Scope{};
-    std::optional<Integer> Origin{};
-    TModalResult Result = mrOk;
-};
-
 class SearchEngine : public EditorTest {
 protected:
     /// Opens the dialog and answers what it showed when it came up: its
     /// text, "scope" with the index of the scope, and "origin" with that of the origin.
-    std::string Open(bool replace, const DialogInput& in)
+    std::string Open(bool replace, const SearchInput& in)
     {
         std::string seen;
         script.OnForm = [&](TForm& form) {
             auto& d = dynamic_cast<TFrmCodeEditSearchReplaceDlg&>(form);
             seen = "'" + StrToUtf8(d.edtTextToFind()->Text()) + "' scope " + std::to_string(d.rgScope()->ItemIndex()) +
                    " origin " + std::to_string(d.rgOrigin()->ItemIndex());
-            if (in.Find)
-                d.edtTextToFind()->SetText(*in.Find);
-            d.rgDirection()->SetItemIndex(in.Backward ? 1 : 0);
-            d.chkBxCaseSensitive()->SetChecked(in.CaseSensitive);
-            d.chkBxWholeWordsOnly()->SetChecked(in.WholeWords);
-            if (in.Scope)
-                d.rgScope()->SetItemIndex(*in.Scope);
-            if (in.Origin)
-                d.rgOrigin()->SetItemIndex(*in.Origin);
-            d.edtReplaceWith->SetText(in.ReplaceWith);
-            d.chkBxPromptOnReplace->SetChecked(in.Prompt);
-            form.SetModalResult(in.Result);
+            FillSearchDialog(form, in);
         };
         PostMessage(edit, WM_SX_SEARCHREPLACEDLG, replace ? 1 : 0);
         ProcessPostedMessages();  // the dialog, which posts the first pass
@@ -98,7 +73,7 @@ TEST_F(SearchEngine, TheDialogBelongsToTheControlIsCentredAndResetAtEachOpening)
 TEST_F(SearchEngine, PassesWalkTheHitsInTheirDirectionWithTheCaretAtTheSelectionsEnd)
 {
     // hits: the selection after the first pass, then after each repeat
-    const struct { const char16_t* text; TPoint caret; DialogInput in; std::vector<std::string> hits; } cases[] = {
+    const struct { const char16_t* text; TPoint caret; SearchInput in; std::vector<std::string> hits; } cases[] = {
         {u"aXa", Point(0, 0), {.Find = u"a"}, {"0,0-1,0", "2,0-3,0"}},
         {u"aXa", Point(3, 0), {.Find = u"a", .Backward = true}, {"3,0-2,0", "1,0-0,0"}},
         {u"ab ab", Point(3, 0), {.Find = u"ab"}, {"3,0-5,0"}},  // a hit may start at the caret
@@ -204,9 +179,9 @@ TEST_F(SearchEngine, AnswersNoAndCancelEndTheChainWithTheHitSelected)
 
 TEST_F(SearchEngine, ReplaceAllRunsItsChainToTheMessageAtTheEnd)
 {
-    const DialogInput ask{.Find = u"a", .ReplaceWith = u"x", .Prompt = true, .Result = mrYesToAll};
+    const SearchInput ask{.Find = u"a", .ReplaceWith = u"x", .Prompt = true, .Result = mrYesToAll};
     const struct {
-        const char16_t* text; TPoint caret; DialogInput in; Integer answer; bool readOnly; const char16_t* after; std::size_t boxes;
+        const char16_t* text; TPoint caret; SearchInput in; Integer answer; bool readOnly; const char16_t* after; std::size_t boxes;
     } cases[] = {
         // every old hit is replaced once, in both directions, though the replacement holds the text
         {u"a ba\r\na a", Point(0, 0), {.Find = u"a", .ReplaceWith = u"aa", .Result = mrYesToAll}, idCancel, false,

@@ -5,7 +5,6 @@
 // inputs kept in the ordinary suite: it must not change.
 #include "support/EditingSession.h"
 
-#include "codeedit/fSxCodeEditSearchReplaceDlg.h"
 #include "platform/Clipboard.h"
 #include "support/Keyboard.h"
 #include "support/ModalAnswers.h"
@@ -461,33 +460,22 @@ private:
 
     void SearchOrReplace()
     {
-        using namespace fSxCodeEditSearchReplaceDlg;
         const bool replace = FIn->Below(2) == 1;
         const String line = LineOrEmpty(FIn->Below(std::max(FEdit->Lines().Count(), 1)));
         const Integer from = FIn->Below(Integer(line.size()) + 1);
-        String find = FIn->Below(3) ? line.substr(std::size_t(from), std::size_t(1 + FIn->Below(4))) : TextChoice(3);
-        const String with = TextChoice(4);
-        const bool backward = FIn->Below(2), caseSensitive = FIn->Below(2), whole = FIn->Below(2),
-                   prompt = FIn->Below(2);
-        const Integer scope = FIn->Below(2), origin = FIn->Below(2);
-        const TModalResult result = TModalResult(FIn->Below(4) == 0 ? mrCancel : FIn->Below(2) ? mrOk : mrYesToAll);
+        // A braced list reads its fields front to back, in the order of the corpus.
+        const SearchInput in{
+            .Find = FIn->Below(3) ? line.substr(std::size_t(from), std::size_t(1 + FIn->Below(4))) : TextChoice(3),
+            .ReplaceWith = TextChoice(4), .Backward = FIn->Below(2) != 0, .CaseSensitive = FIn->Below(2) != 0,
+            .WholeWords = FIn->Below(2) != 0, .Prompt = FIn->Below(2) != 0, .Scope = FIn->Below(2), .Origin = FIn->Below(2),
+            .Result = TModalResult(FIn->Below(4) == 0 ? mrCancel : FIn->Below(2) ? mrOk : mrYesToAll)};
         FModals.Answers.clear();
         for (Integer n = FIn->Below(4); n > 0; --n)
             FModals.Answers.push_back(FIn->Below(3) == 0 ? idCancel : FIn->Below(2) ? idYes : idNo);
         FModals.DefaultAnswer = FIn->Below(2) ? idYes : idCancel;
-        FModals.OnForm = [=](TForm& form) {
-            auto& d = dynamic_cast<TFrmCodeEditSearchReplaceDlg&>(form);
-            d.edtTextToFind()->SetText(find);
-            d.rgDirection()->SetItemIndex(backward ? 1 : 0);
-            d.chkBxCaseSensitive()->SetChecked(caseSensitive);
-            d.chkBxWholeWordsOnly()->SetChecked(whole);
-            d.rgScope()->SetItemIndex(scope);
-            d.rgOrigin()->SetItemIndex(origin);
-            d.edtReplaceWith->SetText(with);
-            d.chkBxPromptOnReplace->SetChecked(prompt);
-            form.SetModalResult(result);
-        };
-        FLog += "  \"" + StrToUtf8(find) + "\" -> \"" + StrToUtf8(with) + "\" " + std::to_string(result) + "\n";
+        FModals.OnForm = [in](TForm& form) { FillSearchDialog(form, in); };
+        FLog += "  \"" + StrToUtf8(*in.Find) + "\" -> \"" + StrToUtf8(in.ReplaceWith) + "\" " +
+                std::to_string(in.Result) + "\n";
         PostMessage(FEdit, uSxCodeEdit::WM_SX_SEARCHREPLACEDLG, replace ? 1 : 0);
         PumpPostedMessages();
         if (FIn->Below(2))
