@@ -10,22 +10,17 @@
 
 #include <algorithm>
 #include <random>
-#include <vector>
+#include <string>
 
 using namespace sx;
 using namespace sx::test;
 
 namespace {
 
-/// The reports a screen reader got about the text, one per entry: "inserted
-/// 1 'x'", "removed 11 'y'", "updated 4 '2'>'Q'", "caret 2", "selection 1-2",
-/// "read-only"; other reports are left out.
-std::vector<std::string>& Events()
-{
-    static std::vector<std::string> events;
-    return events;
-}
-
+/// The reports a screen reader got about the text, joined with "; ":
+/// "inserted 1 'x'", "removed 11 'y'", "updated 4 '2'>'Q'", "caret 2",
+/// "selection 1-2", "read-only"; other reports are left out.
+std::string Heard;
 QObject* Listened = nullptr;
 
 std::string Quoted(const QString& text) { return "'" + text.toStdString() + "'"; }
@@ -34,30 +29,20 @@ void Listen(QAccessibleEvent* event)
 {
     if (event->object() != Listened)
         return;
+    const auto note = [](const std::string& report) { Heard += (Heard.empty() ? "" : "; ") + report; };
     const auto at = [](int position) { return std::to_string(position) + " "; };
     if (const auto* ins = dynamic_cast<QAccessibleTextInsertEvent*>(event))
-        Events().push_back("inserted " + at(ins->changePosition()) + Quoted(ins->textInserted()));
+        note("inserted " + at(ins->changePosition()) + Quoted(ins->textInserted()));
     else if (const auto* rem = dynamic_cast<QAccessibleTextRemoveEvent*>(event))
-        Events().push_back("removed " + at(rem->changePosition()) + Quoted(rem->textRemoved()));
+        note("removed " + at(rem->changePosition()) + Quoted(rem->textRemoved()));
     else if (const auto* upd = dynamic_cast<QAccessibleTextUpdateEvent*>(event))
-        Events().push_back("updated " + at(upd->changePosition()) + Quoted(upd->textRemoved()) + ">" +
-                           Quoted(upd->textInserted()));
+        note("updated " + at(upd->changePosition()) + Quoted(upd->textRemoved()) + ">" + Quoted(upd->textInserted()));
     else if (const auto* sel = dynamic_cast<QAccessibleTextSelectionEvent*>(event))
-        Events().push_back("selection " + std::to_string(sel->selectionStart()) + "-" +
-                           std::to_string(sel->selectionEnd()));
+        note("selection " + std::to_string(sel->selectionStart()) + "-" + std::to_string(sel->selectionEnd()));
     else if (const auto* cur = dynamic_cast<QAccessibleTextCursorEvent*>(event))
-        Events().push_back("caret " + std::to_string(cur->cursorPosition()));
+        note("caret " + std::to_string(cur->cursorPosition()));
     else if (const auto* st = dynamic_cast<QAccessibleStateChangeEvent*>(event); st && st->changedStates().readOnly)
-        Events().push_back("read-only");
-}
-
-/// The reports so far, joined with "; ".
-std::string Heard()
-{
-    std::string all;
-    for (const std::string& event : Events())
-        all += (all.empty() ? "" : "; ") + event;
-    return all;
+        note("read-only");
 }
 
 class Accessibility : public EditorTest {
@@ -77,14 +62,14 @@ protected:
         Listened = edit->Widget();
         QAccessible::installUpdateHandler(Listen);
         QAccessible::setActive(true);
-        Events().clear();
+        Heard.clear();
     }
     void TearDown() override
     {
         QAccessible::setActive(false);
         QAccessible::installUpdateHandler(nullptr);
         Listened = nullptr;
-        Events().clear();
+        Heard.clear();
     }
     /// Lets the reports that wait for the end of the event loop's turn go out.
     static void Settle() { QCoreApplication::sendPostedEvents(); }
@@ -294,10 +279,10 @@ TEST_F(AccessibilityEvents, EachEditReportsOnlyWhatChangedInOneTextEvent)
         edit->SetReadOnly(false);
         Start(c.text, c.caret);
         Settle();
-        Events().clear();
+        Heard.clear();
         c.edit(*edit);
         Settle();
-        EXPECT_EQ(Heard(), c.heard) << StrToUtf8(c.text);
+        EXPECT_EQ(Heard, c.heard) << StrToUtf8(c.text);
     }
 }
 
@@ -310,7 +295,7 @@ TEST_F(AccessibilityEvents, AControlFreedWithAReportPendingSendsNothing)
     other->SetCharPos(2);
     delete other;
     Settle();
-    EXPECT_EQ(Heard(), "");
+    EXPECT_EQ(Heard, "");
 }
 
 }  // namespace

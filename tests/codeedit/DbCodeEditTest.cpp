@@ -6,7 +6,6 @@
 #include "codeedit/EditorFixture.h"
 #include "codeedit/uSxDbCodeEdit.h"
 #include "platform/Clipboard.h"
-#include "platform/SqliteDataSet.h"
 #include "support/TempDatabase.h"
 
 #include <QApplication>
@@ -23,9 +22,7 @@ class DbCodeEdit : public EditorTestOf<TSxDbCodeEdit> {
 protected:
     void SetUp() override
     {
-        dataSet->SetDatabaseName(db.Path());
-        dataSet->SetTableName(u"scripts");
-        dataSet->Open();
+        db.Open(*dataSet);
         source->SetDataSet(dataSet);
         edit->SetOnLoadData([this](TObject*) { ++loads; });
         edit->SetDataSource(source);
@@ -91,8 +88,7 @@ TEST_F(DbCodeEdit, TheFirstKeyGoesToEditStateAndKeepsCaretAndSelection)
     Select(Point(2, 1), Point(6, 1));
     Type(*edit, QStringLiteral("x"));
     EXPECT_EQ(dataSet->State(), dsEdit);
-    EXPECT_EQ(edit->Lines().Get(1), u"  xeln('Hi');");
-    EXPECT_EQ(Caret(), Point(3, 1));
+    EXPECT_EQ(State(), "begin|  xeln('Hi');|end.| @3,1");
     EXPECT_EQ(changes, 2);  // the deletion of the selection and the character
     EXPECT_EQ(loads, 0);    // the data change behind the edit request was swallowed
 

@@ -46,12 +46,13 @@ class EditorTestOf : public ::testing::Test {
 protected:
     void SetUp() override { Focus(*edit); }
 
-    /// Replaces the text and puts the caret at (X, Y) with no selection.
+    /// Replaces the text and puts the caret at (X, Y) with no selection, the control not modified.
     void Start(const String& text, TPoint caret = Point(0, 0))
     {
         edit->SetText(text);
         edit->SetLinePos(caret.Y);
         edit->SetCharPos(caret.X);
+        edit->SetModified(false);
     }
     void TurnOn(TSxCodeExtOption option) { edit->SetExtOptions(edit->ExtOptions().Include(option)); }
     TPoint Caret() const { return Point(edit->CharPos(), edit->LinePos()); }

@@ -26,7 +26,6 @@ TEST_F(Hardening, TypingAtAColumnNoLineCanReachRaisesAndChangesNothing)
 {
     Start(u"ab\r\ncd");
     edit->SetCharPos(MaxInt);
-    edit->SetModified(false);
     EXPECT_EQ(edit->CharPos(), MaxInt);
     Render(*edit);  // the caret lies far outside the view
 
@@ -64,7 +63,6 @@ TEST_F(Hardening, EndsOutsideTheTextReadDeleteAndUndoOnlyWhatLiesInside)
         Start(c.text);
         edit->SetSelStart(c.start);
         edit->SetSelEnd(c.end);
-        edit->SetModified(false);
         EXPECT_EQ(Selected(), c.selected);
         if (c.length) {
             EXPECT_EQ(edit->SelLength(), *c.length);

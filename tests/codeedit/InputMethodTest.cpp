@@ -45,61 +45,45 @@ QVariant Query(TWinControl& control, Qt::InputMethodQuery query)
     return event.value(query);
 }
 
-/// The undo list as text, one record a line: type, start, end, caret, value.
-String Records(TSxCodeEdit& edit)
-{
-    const auto at = [](TPoint p) { return u"(" + IntToStr(p.X) + u"," + IntToStr(p.Y) + u")"; };
-    String dump;
-    for (Integer i = 0; i < edit.UndoList().Count(); ++i) {
-        const TSxUndoItem& r = *edit.UndoList().Items(i);
-        dump += IntToStr(Integer(r.ChangeType())) + u" " + at(r.StartPos()) + at(r.EndPos()) + at(r.CaretPos()) +
-                u" [" + r.Value() + u"]\n";
-    }
-    return dump;
-}
-
-class InputMethod : public EditorTest {
-protected:
-    /// Starts a fresh text, not modified, and counts the control's Changed calls.
-    void Begin(TSxCodeEdit& e, const String& text, TPoint caret)
-    {
-        e.SetText(text);
-        e.SetLinePos(caret.Y);
-        e.SetCharPos(caret.X);
-        e.SetModified(false);
-        e.SetOnChange([this](TObject*) { ++changes; });
-    }
-    int changes = 0;
-};
+using InputMethod = EditorTest;
 
 TEST_F(InputMethod, CommitGoesTheWayOfTypedCharacters)
 {
-    // Over a selection, through OnKeyPress, with Enter's auto-indent.
-    const auto run = [this](TSxCodeEdit& e, auto input) {
-        Focus(e);  // before the selection: the focus coming collapses it
-        Begin(e, u"  begin end", Point(8, 0));
-        e.SetSelEnd(Point(6, 0));
-        e.OnKeyPress = [](TObject*, Char& key) { key = key == u'x' ? u'X' : key; };
+    // Over a selection, through OnKeyPress, with Enter's auto-indent: the
+    // text, caret, Changed calls and undo records (type, start, end, caret, value).
+    int changes = 0;
+    const auto run = [&](auto input) {
+        Focus(*edit);  // before the selection: the focus coming collapses it
+        Start(u"  begin end", Point(8, 0));
+        edit->SetSelEnd(Point(6, 0));
+        edit->OnKeyPress = [](TObject*, Char& key) { key = key == u'x' ? u'X' : key; };
+        edit->SetOnChange([&](TObject*) { ++changes; });
         changes = 0;
-        input(e);
-        return std::tuple(e.Text(), Records(e), changes, Point(e.CharPos(), e.LinePos()));
+        input();
+        std::string records;
+        for (Integer i = 0; i < edit->UndoList().Count(); ++i) {
+            const TSxUndoItem& r = *edit->UndoList().Items(i);
+            records += std::to_string(int(r.ChangeType())) + " " + At(r.StartPos()) + " " + At(r.EndPos()) + " " +
+                       At(r.CaretPos()) + " [" + StrToUtf8(r.Value()) + "]\n";
+        }
+        return std::tuple(State(), records, changes, edit->Modified());
     };
     const QString wide = QString::fromUtf8("\xE6\x97\xA5\xE6\x9C\xAC\xF0\x9F\x99\x82");  // two CJK, one pair of halves
-    const auto typed = run(*edit, [&](TSxCodeEdit& e) { Type(e, QStringLiteral("x\nab") + wide); });
-    TSxCodeEdit* other = host.Add<TSxCodeEdit>(400, 300);
-    const auto committed = run(*other, [&](TSxCodeEdit& e) {
-        Commit(e, QStringLiteral("x"));
-        Commit(e, QStringLiteral("\rab"));
-        Commit(e, wide);
+    const auto typed = run([&] { Type(*edit, QStringLiteral("x\nab") + wide); });
+    edit = host.Add<TSxCodeEdit>(400, 300);
+    const auto committed = run([&] {
+        Commit(*edit, QStringLiteral("x"));
+        Commit(*edit, QStringLiteral("\rab"));
+        Commit(*edit, wide);
     });
-    EXPECT_EQ(std::get<0>(committed), u"  begiX\r\n  ab日本\U0001F642end\r\n");
+    EXPECT_EQ(std::get<0>(committed), "  begiX|  ab日本\U0001F642end| @8,1");
     EXPECT_EQ(committed, typed);
-    EXPECT_TRUE(other->Modified());
+    EXPECT_TRUE(std::get<3>(committed));
 }
 
 TEST_F(InputMethod, ADeadKeyShowsItsAccentAndCommitsOneCharacter)
 {
-    Begin(*edit, u"", Point(0, 0));
+    Start(u"");
     Compose(*edit, QStringLiteral(u"´"), 1);
     Commit(*edit, QStringLiteral(u"é"));
     EXPECT_EQ(State(), "é| @1,0");
@@ -108,7 +92,7 @@ TEST_F(InputMethod, ADeadKeyShowsItsAccentAndCommitsOneCharacter)
 
 TEST_F(InputMethod, ReplacementGoesAsOneDeletionBeforeTheCommit)
 {
-    Begin(*edit, u"int fo;", Point(6, 0));
+    Start(u"int fo;", Point(6, 0));
     Commit(*edit, QStringLiteral("foo"), -2, 2);
     EXPECT_EQ(Line(0), u"int foo;");
     EXPECT_EQ(Caret(), Point(7, 0));
@@ -121,11 +105,11 @@ TEST_F(InputMethod, ReplacementGoesAsOneDeletionBeforeTheCommit)
 
     // From virtual space the range counts from the line's end, where the
     // input method was told the caret stands; a range past the line is cut.
-    Begin(*edit, u"ab", Point(9, 0));
+    Start(u"ab", Point(9, 0));
     Commit(*edit, QStringLiteral("X"), -1, 5);
     EXPECT_EQ(Line(0), u"aX");
 
-    Begin(*edit, u"abc", Point(3, 0));  // a read-only control drops commits silently
+    Start(u"abc", Point(3, 0));  // a read-only control drops commits silently
     edit->SetReadOnly(true);
     const Integer records = edit->UndoList().Count();
     Commit(*edit, QStringLiteral("x"));
@@ -137,7 +121,9 @@ TEST_F(InputMethod, ReplacementGoesAsOneDeletionBeforeTheCommit)
 
 TEST_F(InputMethod, PreEditShowsUnderlinedAtTheCaretAndLeavesTheText)
 {
-    Begin(*edit, u"ab", Point(4, 0));
+    Start(u"ab", Point(4, 0));
+    int changes = 0;
+    edit->SetOnChange([&](TObject*) { ++changes; });
     const TPoint origin = CaretCell();
     const QRect plainCaret = Query(*edit, Qt::ImCursorRectangle).toRect();
     Compose(*edit, QStringLiteral("nih"), 1);
@@ -169,7 +155,7 @@ TEST_F(InputMethod, AnswersPutTheCandidateWindowAtTheCaret)
               int(Qt::ImhMultiLine | Qt::ImhNoAutoUppercase | Qt::ImhNoPredictiveText));
     EXPECT_EQ(Query(*edit, Qt::ImFont).value<QFont>().family(), QStringLiteral("Courier new"));
 
-    Begin(*edit, u"one\r\nbegin x", Point(9, 1));  // in virtual space behind the line
+    Start(u"one\r\nbegin x", Point(9, 1));  // in virtual space behind the line
     EXPECT_EQ(Query(*edit, Qt::ImSurroundingText).toString(), QStringLiteral("begin x"));
     EXPECT_EQ(Query(*edit, Qt::ImCursorPosition).toInt(), 7);
     EXPECT_EQ(Query(*edit, Qt::ImAnchorPosition).toInt(), 7);

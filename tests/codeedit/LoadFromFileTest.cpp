@@ -59,7 +59,7 @@ TEST_F(LoadFromFile, BytesBecomeLinesWhateverTheirEncodingOrFaults)
 
 TEST_F(LoadFromFile, AFileThatCannotBeOpenedRaisesAndLeavesTheTextWithTheCaretAtTheTop)
 {
-    for (const std::filesystem::path& path : {folder.Path("missing.txt"), folder.Dir()}) {
+    for (const std::filesystem::path& path : {folder.Path("missing.txt"), folder.Path("")}) {
         Start(u"old\r\ntext", Point(2, 1));
         EXPECT_THROW(edit->LoadFromFile(StrFromUtf8(path.string())), EFOpenError);
         EXPECT_EQ(edit->Text(), u"old\r\ntext\r\n");

@@ -63,7 +63,6 @@ TEST_F(Typing, ReadOnlyRefusesEveryEditSilentlyButCollapsesTheSelection)
 {
     Start(u"abc\r\n  def", Point(3, 1));
     edit->SetReadOnly(true);
-    edit->SetModified(false);
     int changes = 0;
     edit->SetOnChange([&](TObject*) { ++changes; });
     Select(Point(0, 0), Point(3, 1));

@@ -21,17 +21,6 @@ namespace {
 class TextStream : public ::testing::Test {
 protected:
     String WriteFile(const std::string& bytes) { return StrFromUtf8(folder.Write("text.txt", bytes).string()); }
-    /// The message of the EFOpenError a load of the file raises.
-    static String OpenErrorOf(const String& path)
-    {
-        TSxStringStream stream(Utf16LE, 16);
-        try {
-            stream.LoadFromFile(path, Detect);
-        } catch (const EFOpenError& e) {
-            return e.Message();
-        }
-        return u"no error";
-    }
 
     test::TempFolder folder;
 };
@@ -54,10 +43,8 @@ TEST_F(TextStream, DecodesEachEncodingAndHandsOverTheSameLinesAsSetText)
         {"\xEF\xBB\xBF" "a\xFF\xC0\xAF" "b\xE2\x82", Detect, u"a\uFFFD\uFFFD\uFFFDb\uFFFD\uFFFD", Utf8},
         {broken, Utf8, u"ok\r\nbad \uFFFD\uFFFD\r\n\uFFFD\r\nlone \uFFFD \uFFFD \uFFFD\r\n", Utf8},
         // UTF-16 keeps its units as they stand, a lone surrogate too; an odd last byte is a bad unit.
-        {"\xFF\xFE" "a\0\x3D\xD8\x00\xDE\x00\xDC"s, Detect, u"a\xD83D\xDE00\xDC00", Utf16LE},
-        {"\xFE\xFF" "\0a\xD8\x3D\xDE\x00"s, Detect, u"a\xD83D\xDE00", Utf16BE},
-        {"\xFF\xFE" "a\0\r\0\n\0\xAC\x20\r\0b\0"s, Detect, u"a\r\n\u20AC\rb", Utf16LE},
-        {"\xFE\xFF" "\0a\0"s, Detect, u"a\uFFFD", Utf16BE},
+        {"\xFF\xFE" "a\0\x3D\xD8\x00\xDE\x00\xDC\r\0\n\0\xAC\x20\r\0b\0"s, Detect, u"a\xD83D\xDE00\xDC00\r\n\u20AC\rb", Utf16LE},
+        {"\xFE\xFF" "\0a\xD8\x3D\xDE\x00\0"s, Detect, u"a\xD83D\xDE00\uFFFD", Utf16BE},
         // Bytes that are not UTF-8 are Windows-1252, and no byte is lost.
         {"\x80\x81\x8D\x8F\x90\x9D\x9F \xE9\xFF", Detect, u"\u20AC\u0081\u008D\u008F\u0090\u009D\u0178 \u00E9\u00FF", Windows1252},
         {broken, Detect, u"ok\r\nbad \u00E2\u201A\r\n\u00C3\r\nlone \u20AC \u0178 \u00FF\r\n", Windows1252},
@@ -107,10 +94,15 @@ TEST_F(TextStream, UnknownCodePagesAndFilesThatCannotBeReadRaise)
     TSxStringStream stream(Utf16LE, 16);
     EXPECT_THROW(stream.LoadFromFile(WriteFile("a"), 437), EConvertError);
     EXPECT_THROW(TSxStringStream(1250, 16), EConvertError);
-    const String missing = StrFromUtf8(folder.Path("missing.txt").string());
-    EXPECT_EQ(OpenErrorOf(missing), u"Cannot open file \"" + missing + u"\". " + StrFromLatin1(std::strerror(ENOENT)));
-    const String dir = StrFromUtf8(folder.Path("").string());
-    EXPECT_EQ(OpenErrorOf(dir), u"Cannot open file \"" + dir + u"\". " + StrFromLatin1(std::strerror(EISDIR)));
+    for (const auto& [name, error] : {std::pair{"missing.txt", ENOENT}, {"", EISDIR}}) {
+        const String path = StrFromUtf8(folder.Path(name).string());
+        try {
+            TSxStringStream(Utf16LE, 16).LoadFromFile(path, Detect);
+            ADD_FAILURE() << "no error for " << name;
+        } catch (const EFOpenError& e) {
+            EXPECT_EQ(e.Message(), u"Cannot open file \"" + path + u"\". " + StrFromLatin1(std::strerror(error)));
+        }
+    }
 }
 
 TEST(StringsStream, SavesUtf8AndLoadsBackByTheByteOrderMark)
