@@ -1,16 +1,19 @@
-// Line numbers and the current line: the gutter widens to fit the numbers,
-// a click or drag on them selects whole lines, and the caret's line shows
-// in its own colour under the selection. Off by default.
+// The extended options, each off by default. Line numbers and the current
+// line: the gutter widens to fit the numbers, a click or drag on them selects
+// whole lines, and the caret's line shows in its own colour under the
+// selection. Bracket matching: Ctrl+] jumps to the partner found through the
+// parser's tokens, brackets in strings and comments do not count, both
+// brackets show on a ground of their own, a lone one on another.
 #include "codeedit/EditorFixture.h"
+#include "codeedit/uSxCodeJSParser.h"
 #include "codeedit/uSxCodePascalParser.h"
-
 
 using namespace sx;
 using namespace sx::test;
 
 namespace {
 
-class Gutter : public EditorTest {
+class Options : public EditorTest {
 protected:
     void SetUp() override
     {
@@ -26,7 +29,14 @@ protected:
         return CountPixels(image, Rect(0, row * h, edit->RealGuttorWidth(), (row + 1) * h),
                            Drawn(edit->LineNumberColor()));
     }
+    int GroundPixels(const QImage& image, TPoint cell, TColor color)
+    {
+        return CountPixels(image, CellRect(*edit, cell.X, cell.Y), Drawn(color));
+    }
 };
+
+using Gutter = Options;
+using Brackets = Options;
 
 TEST_F(Gutter, DefaultsDrawNoNumbersAndKeepTheGutterWidth)
 {
@@ -99,6 +109,67 @@ TEST_F(Gutter, CurrentLineShowsBehindWindowColouredTokensAndUnderTheSelection)
     Select(Point(0, 1), Point(4, 1));
     const TRect selected = CellRect(*edit, 1, 1);
     EXPECT_EQ(PixelAt(Render(*edit), selected.Left + 1, selected.Top + 1), Drawn(clHighlight));
+}
+
+TEST_F(Brackets, CtrlBracketJumpsToThePartnerOfCodeBracketsOnly)
+{
+    TurnOn(TSxCodeExtOption::coBracketMatch);
+    const struct {
+        bool script;
+        const char16_t* text;
+        TPoint caret, after;
+    } cases[] = {
+        {false, u"f(a, (b), c)", {1, 0}, {11, 0}},                  // at the caret: before the partner
+        {false, u"f(a, (b), c)", {12, 0}, {2, 0}},                  // behind the caret: behind the partner
+        {false, u"s := '(' + (x);", {11, 0}, {13, 0}},              // the quoted one does not count
+        {false, u"(a { ) }\r\n(* ) *)\r\n)", {0, 0}, {0, 2}},       // nor those in comments, across lines
+        {false, u"[a(])", {0, 0}, {3, 0}},                          // only its own kind pairs up
+        {false, u"(a", {0, 0}, {0, 0}},                             // none: the caret stays
+        {true, u"if (a) { s = \"}\"; /* } */ }", {7, 0}, {26, 0}},  // script strings and comments
+    };
+    for (const auto& c : cases) {
+        if (c.script)
+            edit->SetParser(new TSxCodeJSParser(edit));
+        Start(c.text, c.caret);
+        Press(*edit, Qt::Key_BracketRight, Qt::ControlModifier);
+        EXPECT_EQ(At(Caret()), At(c.after)) << StrToUtf8(c.text);
+        EXPECT_EQ(edit->Text(), String(c.text) + u"\r\n");
+    }
+}
+
+TEST_F(Brackets, APartnerOutOfReachIsNeitherFoundNorMissing)
+{
+    TurnOn(TSxCodeExtOption::coBracketMatch);
+    const String gap = LinesOf(uSxCodeEdit::BracketSearchLines, [](int) { return u""; });
+    const String longLine(uSxCodeEdit::BracketSearchChars, u'(');
+    TPoint bracket, partner;
+    for (const String& text : {u"(" + gap + u"\r\n)", u"(\r\n" + longLine + u"\r\n)", u"(" + gap + u"\r\nx"})
+    {
+        Start(text);
+        EXPECT_FALSE(edit->MatchingBracket(bracket, partner));
+    }
+    Start(u"(" + gap + u")");  // just within reach
+    ASSERT_TRUE(edit->MatchingBracket(bracket, partner));
+    EXPECT_EQ(At(partner), At(Point(0, uSxCodeEdit::BracketSearchLines)));
+}
+
+TEST_F(Brackets, BothBracketsOnTheirGroundALoneOneOnItsOwn)
+{
+    TurnOn(TSxCodeExtOption::coBracketMatch);
+    Start(u"x := (a + b);", Point(5, 0));
+    QImage image = Render(*edit);
+    EXPECT_GT(GroundPixels(image, Point(5, 0), edit->BracketMatchColor()), 0);
+    EXPECT_GT(GroundPixels(image, Point(11, 0), edit->BracketMatchColor()), 0);
+    EXPECT_EQ(GroundPixels(image, Point(7, 0), edit->BracketMatchColor()), 0);
+
+    Start(u"x := (a + b;", Point(5, 0));
+    EXPECT_GT(GroundPixels(Render(*edit), Point(5, 0), edit->BracketMismatchColor()), 0);
+
+    edit->SetExtOptions({});
+    Start(u"x := (a + b);", Point(5, 0));
+    EXPECT_EQ(GroundPixels(Render(*edit), Point(5, 0), edit->BracketMatchColor()), 0);
+    Press(*edit, Qt::Key_BracketRight, Qt::ControlModifier);
+    EXPECT_EQ(At(Caret()), "5,0");  // Ctrl+] does nothing without the option
 }
 
 }  // namespace
