@@ -153,12 +153,11 @@ TEST_F(Accessibility, CaretOffsetMapsVirtualSpaceToTheLineEnd)
     edit->SetCharPos(10);
     EXPECT_EQ(t.cursorPosition(), 7);
 
-    t.setCursorPosition(2);
-    EXPECT_EQ(Caret(), Point(2, 0));
-    t.setCursorPosition(4);  // inside the line break: the end of the line
-    EXPECT_EQ(Caret(), Point(3, 0));
-    t.setCursorPosition(1000);
-    EXPECT_EQ(Caret(), Point(2, 1));
+    // inside the line break: the end of the line
+    for (const auto& [offset, caret] : {std::pair{2, Point(2, 0)}, {4, Point(3, 0)}, {1000, Point(2, 1)}}) {
+        t.setCursorPosition(offset);
+        EXPECT_EQ(Caret(), caret) << offset;
+    }
 }
 
 TEST_F(Accessibility, SelectionIsReportedInOrderWhicheverWayItWasMade)

@@ -38,16 +38,6 @@ protected:
 using Gutter = Options;
 using Brackets = Options;
 
-TEST_F(Gutter, DefaultsDrawNoNumbersAndKeepTheGutterWidth)
-{
-    Start(u"a\r\nb");
-    const QImage image = Render(*edit);
-    EXPECT_EQ(edit->RealGuttorWidth(), edit->GuttorWidth());
-    EXPECT_EQ(NumberInk(image, 0), 0);
-    Drag(OnNumber(0), {OnNumber(1)});  // a drag on the gutter selects as in the text
-    EXPECT_EQ(State(), "a|b| @0,1 [0,1-0,0]");
-}
-
 TEST_F(Gutter, WidensToFitTheLastNumberAndNarrowsAgain)
 {
     TurnOn(TSxCodeExtOption::coLineNumbers);
@@ -63,10 +53,14 @@ TEST_F(Gutter, WidensToFitTheLastNumberAndNarrowsAgain)
     EXPECT_EQ(edit->RealGuttorWidth(), edit->GuttorWidth());
 }
 
-TEST_F(Gutter, NumbersEveryVisibleLineOfTheText)
+TEST_F(Gutter, NumbersEveryVisibleLineOfTheTextOnlyWithTheOption)
 {
-    TurnOn(TSxCodeExtOption::coLineNumbers);
     Start(u"begin\r\n\r\nend.");
+    EXPECT_EQ(NumberInk(Render(*edit), 0), 0);
+    EXPECT_EQ(edit->RealGuttorWidth(), edit->GuttorWidth());
+    Drag(OnNumber(0), {OnNumber(1)});  // without numbers a drag on the gutter selects as in the text
+    EXPECT_EQ(State(), "begin||end.| @0,1 [0,1-0,0]");
+    TurnOn(TSxCodeExtOption::coLineNumbers);
     const QImage image = Render(*edit);
     for (Integer row = 0; row < 3; ++row)
         EXPECT_GT(NumberInk(image, row), 0) << "row " << row;
