@@ -16,9 +16,6 @@
 
 namespace sx::test {
 
-/// A point as "x,y".
-inline std::string At(TPoint p) { return std::to_string(p.X) + "," + std::to_string(p.Y); }
-
 /// While it lives, the exceptions that reach the application's handler at the
 /// event boundary: each message, and whether the last was an abort or ran out of memory.
 class ReportedErrors {

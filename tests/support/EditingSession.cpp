@@ -24,8 +24,6 @@ constexpr Integer UndoLimit = 100;
 /// A column beyond this may make a line longer than a line can hold.
 constexpr Integer HugeColumn = 1 << 20;
 
-std::string Describe(TPoint p) { return "(" + std::to_string(p.X) + "," + std::to_string(p.Y) + ")"; }
-
 /// The earlier of the two ends.
 TPoint Earlier(TPoint s, TPoint e) { return s.Y < e.Y || (s.Y == e.Y && s.X < e.X) ? s : e; }
 
@@ -141,7 +139,7 @@ private:
 
     void Step(const TStep& AStep)
     {
-        FLog += std::string(AStep.Name) + " at " + Describe(Caret()) + "\n";
+        FLog += std::string(AStep.Name) + " at " + At(Caret()) + "\n";
         NoteDeletionFromVirtualSpace(AStep.Deletes);
         FReported.clear();
         FMayRaiseListError = FMayRaiseOutOfMemory = false;
@@ -174,13 +172,13 @@ private:
     {
         const TPoint caret = Caret();
         const Integer count = FEdit->Lines().Count();
-        FLog += "  -> \"" + StrToUtf8(FEdit->Text()) + "\" caret " + Describe(caret) + " selection " +
-                Describe(FEdit->SelStart()) + "-" + Describe(FEdit->SelEnd()) + "\n";
-        Check(caret.X >= 0 && caret.Y >= 0, "caret at " + Describe(caret));
+        FLog += "  -> \"" + StrToUtf8(FEdit->Text()) + "\" caret " + At(caret) + " selection " +
+                At(FEdit->SelStart()) + "-" + At(FEdit->SelEnd()) + "\n";
+        Check(caret.X >= 0 && caret.Y >= 0, "caret at " + At(caret));
         // Writes to Lines leave the caret where it was; from the first step that
         // finds it on a line again, every step must keep it there.
         if (!FCaretStale)
-            Check(caret.Y <= std::max(count - 1, 0), "caret " + Describe(caret) + " below the last line");
+            Check(caret.Y <= std::max(count - 1, 0), "caret " + At(caret) + " below the last line");
         FCaretStale = FCaretStale && caret.Y > std::max(count - 1, 0);
         Check(FEdit->UndoList().Count() <= UndoLimit, "undo list beyond its limit");
         if (FEdit->UndoList().Count() >= UndoLimit)
@@ -454,7 +452,7 @@ private:
         const Integer line = LineChoice();
         const Integer column = ColumnChoice(line);
         MayGrowHuge(column);
-        FLog += "  at " + Describe(Point(column, line)) + "\n";
+        FLog += "  at " + At(Point(column, line)) + "\n";
         FEdit->InsertCode(line, column, text);
     }
 

@@ -10,6 +10,7 @@
 #include <QWidget>
 
 #include <memory>
+#include <string>
 
 namespace sx::test {
 
@@ -28,6 +29,9 @@ int CountPixels(const QImage& image, const TRect& area, TColor color);
 /// The widget pixels of the character cell at (column, line) of the text, in
 /// the view as it is scrolled: right of the gutter and its inner margin of 2.
 TRect CellRect(TSxCodeEdit& edit, Integer column, Integer line);
+
+/// A point as "x,y".
+inline std::string At(TPoint p) { return std::to_string(p.X) + "," + std::to_string(p.Y); }
 
 /// A text of `count` lines, line i being lineOf(i), each ended with CR LF.
 template <class F>
