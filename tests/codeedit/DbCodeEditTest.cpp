@@ -44,16 +44,6 @@ protected:
     }
     String Stored(const char* column) { return db.Scalar(std::string("SELECT ") + column + " FROM scripts WHERE id = 1"); }
 
-    /// The message of the refused post, or "<posted>".
-    String RefusedPost()
-    {
-        try {
-            dataSet->Post();
-        } catch (const EDatabaseError& e) {
-            return e.Message();
-        }
-        return u"<posted>";
-    }
     TempDatabase db;
     TComponent owner{nullptr};
     TSqliteDataSet* dataSet = new TSqliteDataSet(&owner);
@@ -236,13 +226,17 @@ TEST_F(DbCodeEdit, APostTheDatabaseRefusesLosesNothingAndASecondPostWrites)
         Type(*edit, QStringLiteral("typed "));
         const String typed = edit->Lines().Get(0);
         fault.cause();
-        const String refusal = RefusedPost();
-        EXPECT_NE(refusal.find(fault.message), String::npos) << StrToUtf8(refusal);
+        try {
+            dataSet->Post();
+            ADD_FAILURE() << "posted";
+        } catch (const EDatabaseError& e) {
+            EXPECT_NE(e.Message().find(fault.message), String::npos) << StrToUtf8(e.Message());
+        }
         EXPECT_EQ(dataSet->State(), dsEdit);
         EXPECT_EQ(edit->Lines().Get(0), typed);
         EXPECT_EQ(dataSet->FieldByName(u"source")->AsString().substr(0, typed.size()), typed);
         fault.remove();
-        EXPECT_EQ(RefusedPost(), u"<posted>");
+        EXPECT_NO_THROW(dataSet->Post());
         EXPECT_EQ(dataSet->State(), dsBrowse);
         EXPECT_EQ(Stored(("substr(source, 1, " + std::to_string(typed.size()) + ")").c_str()), typed);
     }
