@@ -123,24 +123,19 @@ TEST_F(Theme, AChangedControlColourShows)
 {
     Start(u"abc");
     const TColor probe = RGB(0x12, 0x34, 0x56);
-    const auto cellOf = [this](Integer column) { return CellRect(*edit, column, 0); };
-    // A ground shows in the probe colour itself; glyphs are smoothed, so ink only changes the area.
-    const struct {
-        const char* Name;
-        std::function<void()> Set;
-        std::function<TRect()> Area;
-        bool Ground;
-    } cases[] = {
-        {"Color", [&] { edit->SetColor(probe); }, [&] { return cellOf(10); }, true},
-        {"GutterColor", [&] { edit->SetGutterColor(probe); }, [&] { return Rect(0, 0, 10, 10); }, true},
-        {"SelectionColor", [&] { edit->SetSelectionColor(probe); }, [&] { return cellOf(1); }, true},
-        {"SelectionTextColor", [&] { edit->SetSelectionTextColor(probe); }, [&] { return cellOf(1); }, false},
-        {"CaretColor", [&] { edit->SetCaretColor(probe); }, [&] { return cellOf(2); }, true},
+    // Column: the cell of the first line looked at, -1 for the gutter. A ground
+    // shows in the probe colour itself; glyphs are smoothed, so ink only changes the area.
+    const struct { const char* Name; std::function<void()> Set; Integer Column; bool Ground; } cases[] = {
+        {"Color", [&] { edit->SetColor(probe); }, 10, true},
+        {"GutterColor", [&] { edit->SetGutterColor(probe); }, -1, true},
+        {"SelectionColor", [&] { edit->SetSelectionColor(probe); }, 1, true},
+        {"SelectionTextColor", [&] { edit->SetSelectionTextColor(probe); }, 1, false},
+        {"CaretColor", [&] { edit->SetCaretColor(probe); }, 2, true},
     };
     for (const auto& c : cases) {
         edit->SetColors(ClassicEditColors);
         Select(Point(0, 0), Point(2, 0));
-        const TRect area = c.Area();
+        const TRect area = c.Column < 0 ? Rect(0, 0, 10, 10) : CellRect(*edit, c.Column, 0);
         const QRect rect(area.Left, area.Top, area.Width(), area.Height());
         const QImage before = Render(*edit);
         c.Set();

@@ -4,7 +4,7 @@
 // random edits at several grow (and text block) sizes, 1 included, compared
 // after every step, lines read through their views in both widths, each
 // change framed by the change events; indexes out of range raise. A failure
-// names seed and step. Splitting at any line break is checked in TextStreamTest.
+// names seed and step. Splitting at any line break is checked in TextTest.
 #include "platform/LineGap.h"
 #include "platform/LineText.h"
 #include "platform/StringList.h"
