@@ -1,18 +1,77 @@
 // Painting judged on pixels: gutter, margin, token colours, line bands,
 // selection, read-only darkening and the line state of a paint that starts
-// in the middle of the text.
-#include "codeedit/WordParser.h"
-#include "codeedit/uSxCodeEdit.h"
-#include "support/RenderHelpers.h"
+// in the middle of the text. The shortcuts of painting give the pixels of the
+// plain path: text drawn from kept shapes or left out when scrolled off
+// against text shaped and drawn anew, tokens behind the right edge skipped or
+// cut against a control wide enough to draw them, and screen updates that
+// wait for posted messages against the state they show. Colour themes: the
+// bundled themes are readable, a theme survives its file, a faulty file names
+// its line and changes nothing, Classic restores the start values, and the
+// control's colours show in its paint.
+#include "codeedit/EditorFixture.h"
+#include "codeedit/uSxCodeEditTheme.h"
+#include "codeedit/uSxCodePascalParser.h"
+#include "platform/Caret.h"
+#include "platform/Dialogs.h"
+#include "support/ModalAnswers.h"
+#include "support/TempFolder.h"
 
-#include <gtest/gtest.h>
+#include <QCoreApplication>
+#include <QScrollBar>
 
+#include <cmath>
+#include <functional>
 #include <vector>
 
 using namespace sx;
 using namespace sx::test;
 
 namespace {
+
+/// A small language for the painting tests: words on yellow in bold, other
+/// signs on aqua, blanks on the window colour, and comments in braces on lime
+/// that may span lines through LineKind.
+class WordParser : public TSxLangParser {
+public:
+    using TSxLangParser::TSxLangParser;
+
+    bool GetNextToken(String& Token, TColor& BackGround, TColor& TextColor, TFontStyles& FontStyle,
+                      bool& LineBreak) override
+    {
+        Token.clear();
+        FontStyle = TFontStyles{};
+        TextColor = clBlack;
+        BackGround = clWindow;
+        Char c = ReadChar();
+        if (c == 10)
+            c = ReadChar();
+        LineBreak = c == 0 || c == 13;
+        if (LineBreak)
+            return c == 13;
+        const bool comment = LineKind() == 1 || c == u'{';
+        // A token runs on while its characters are of the kind of its first.
+        const auto sameKind = [&](Char next) {
+            return comment ? next != 13 && next != 0 && Token.back() != u'}'
+                           : (IsWordChar(c) && IsWordChar(next)) || (c == u' ' && next == u' ');
+        };
+        Token += c;
+        while (sameKind(PeekChar()))
+            Token += ReadChar();
+        if (comment) {
+            BackGround = clLime;
+            SetLineKind(Token.back() == u'}' ? 0 : 1);
+        } else if (IsWordChar(c)) {
+            BackGround = clYellow;
+            FontStyle = TFontStyles{TFontStyle::fsBold};
+        } else if (c != u' ') {
+            BackGround = clAqua;
+        }
+        return true;
+    }
+
+private:
+    static bool IsWordChar(Char c) { return (c >= u'a' && c <= u'z') || (c >= u'A' && c <= u'Z') || (c >= u'0' && c <= u'9'); }
+};
 
 class PaintTest : public ::testing::Test {
 protected:
@@ -153,10 +212,7 @@ TEST_F(PaintTest, ReadOnlyDarkensFillAndTokenBackgroundsButNotTheSelection)
 
 TEST_F(PaintTest, PaintThatStartsInsideACommentTakesTheStoredLineKind)
 {
-    String text = u"{ one\r\ntwo\r\nthree }\r\nfour";
-    for (int i = 0; i < 40; ++i)
-        text += u"\r\nline";
-    edit->Lines().SetText(text);
+    edit->Lines().SetText(u"{ one\r\ntwo\r\nthree }\r\nfour\r\n" + LinesOf(40, [](int) { return u"line"; }));
     Render(*edit);  // a paint from the top stores the state of each line
     EXPECT_EQ(edit->Lines().Objects(1), 1);
     EXPECT_EQ(edit->Lines().Objects(3), 0);
@@ -166,10 +222,7 @@ TEST_F(PaintTest, PaintThatStartsInsideACommentTakesTheStoredLineKind)
     EXPECT_EQ(Row(image, 2, 1), "y");  // "four" is not
 
     // a jump to text that was never painted knows no comment from above
-    String jump(u"{");
-    for (int i = 0; i < 100; ++i)
-        jump += u"\r\nx";
-    edit->Lines().SetText(jump);
+    edit->Lines().SetText(u"{\r\n" + LinesOf(100, [](int) { return u"x"; }));
     edit->VScrollBar().SetPosition(90);
     EXPECT_EQ(Row(Render(*edit), 0, 1), "y");
 
@@ -196,6 +249,297 @@ TEST_F(PaintTest, TextEndingAboveTheBottomLeavesTheRestBlank)
     const int lh = edit->GetLineWidth();
     EXPECT_EQ(CountPixels(image, Rect(gw, lh, 350, 250), Drawn(clWindow)), (350 - gw) * (250 - lh));
     EXPECT_FALSE(edit->Modified());  // painting does not mark the text modified
+}
+
+/// Pascal with every kind of token, text outside ASCII, tabs and long lines.
+const String Sample = u"unit Shapes; { a comment }\r\n"
+                      u"  S := 'Größe – text' + #13 + 'fi fl ->';\r\n"
+                      u"\tX := $FF + 1.5e10; // done\r\n"
+                      u"  (* two\r\n   lines *) Y := Z^.Next;\r\n"
+                      u"  LongIdentifierThatRunsOnAndOnAndOnAndOn := 'end';\r\n"
+                      u"  #1#2#3#4#5#6#7#8#9#10#11#12 := Wide;\r\n"
+                      u"end.";
+
+class PaintShortcut : public ::testing::Test {
+protected:
+    TSxCodeEdit* Make(int width, const String& text)
+    {
+        auto* edit = host.Add<TSxCodeEdit>(width, 200);
+        edit->SetParser(new TSxCodePascalParser(edit));
+        edit->SetText(text);
+        return edit;
+    }
+    Host host;
+};
+
+TEST_F(PaintShortcut, TextShortcutsDrawWhatThePlainPathDraws)
+{
+    TSxCodeEdit* edit = Make(400, Sample);
+    edit->SetSelStart(Point(4, 1));
+    edit->SetSelEnd(Point(9, 4));
+    auto& rows = uSxCodePascalParser::DrawInfo;
+    const auto saved = rows;
+    for (const bool lined : {false, true}) {
+        if (lined) {  // identifiers underlined, numbers struck out
+            rows[4].Style = TFontStyles{TFontStyle::fsUnderline};
+            rows[6].Style = TFontStyles{TFontStyle::fsStrikeOut, TFontStyle::fsItalic};
+        }
+        for (const char* face : {"Courier New", "Liberation Sans"}) {
+            edit->Font().SetName(StrFromLatin1(face));
+            for (const Integer scroll : {0, 3, 9, 12}) {
+                edit->HScrollBar().SetPosition(scroll);
+                Render(*edit);  // fills the kept shapes
+                const QImage kept = Render(*edit);
+                SetTextShortcuts(false);
+                const QImage plain = Render(*edit);
+                SetTextShortcuts(true);
+                EXPECT_TRUE(kept == plain) << face << ", scrolled " << scroll << (lined ? ", lined" : "");
+            }
+        }
+    }
+    rows = saved;
+}
+
+TEST_F(PaintShortcut, TokensPastTheRightEdgeShowAsInAWideControl)
+{
+    // Long tokens that the narrow control cuts and a wide one draws whole,
+    // and many short ones behind the narrow control's edge.
+    String text = u"{ " + String(700, u'w') + u" }\r\n  S := '" + String(650, u'f') + u"i';\r\n";
+    for (int i = 0; i < 300; ++i)
+        text += u"Item" + IntToStr(i) + u", ";
+    text += u"\r\n  T := '" + String(300, u'a') + u"\u05d0" + String(300, u'b') + u"';";
+    TSxCodeEdit* narrow = Make(300, text);
+    TSxCodeEdit* wide = Make(7000, text);
+    for (const Integer scroll : {0, 7}) {
+        for (TSxCodeEdit* edit : {narrow, wide}) {
+            edit->HScrollBar().SetPosition(scroll);
+            edit->SetSelStart(Point(40, 0));
+            edit->SetSelEnd(Point(600, 1));
+        }
+        const QImage a = Render(*narrow);
+        const QImage b = Render(*wide);
+        // What the narrow control copies to the screen: left of and above its scroll bars.
+        const QRect area(0, 0, 300 - narrow->VScrollBar().Width() - 1, 200 - narrow->HScrollBar().Height() - 1);
+        EXPECT_TRUE(a.copy(area) == b.copy(area)) << "scroll " << scroll;
+    }
+}
+
+TEST_F(PaintShortcut, RepaintsWaitForTheEndOfAChainOfPostedPasses)
+{
+    TSxCodeEdit* edit = Make(400, LinesOf(200, [](int i) { return i % 4 ? u"  Value := 1;" : u"  Value := Old;"; }));
+    int paints = 0;  // a paint calls the handler once for the top line
+    edit->SetOnParserLineChange([&](Integer nr, TColor&, TColor&) {
+        paints += nr == edit->VScrollBar().Position() + 1 ? 1 : 0;
+        return false;
+    });
+    ModalScript script;
+    script.OnForm = [](TForm& form) { FillSearchDialog(form, {.Find = u"Old", .Result = mrYesToAll}); };
+    QCoreApplication::processEvents();
+    paints = 0;
+    PostMessage(edit, uSxCodeEdit::WM_SX_SEARCHREPLACEDLG, uSxCodeEdit::ReplaceDialogRequest);
+    for (int i = 0; i < 1000 && script.Boxes.empty(); ++i)  // the chain ends with the message box
+        QCoreApplication::processEvents();
+    ASSERT_EQ(script.Boxes.size(), 1u) << "the replace-all chain did not end";
+    EXPECT_EQ(script.Boxes[0].Text, u"Search string 'Old' not found.");
+    QCoreApplication::processEvents();
+    EXPECT_GE(paints, 1);
+    EXPECT_LT(paints, 10);  // not one for each of the 50 passes
+}
+
+TEST_F(PaintShortcut, TheCaretShowsWhereQueuedKeysLeftIt)
+{
+    TSxCodeEdit* edit = Make(400, Sample);
+    Focus(*edit);
+    for (const Char c : String(u"abc\rdef\rgh"))
+        PostMessage(edit, WM_CHAR, c);  // queued keys, the screen caret updated once behind them
+    ProcessPostedMessages();
+    const TCaretInfo caret = GetCaretInfo();
+    ASSERT_EQ(caret.Window, edit);
+    EXPECT_EQ(edit->LinePos(), 2);
+    const QWidget* block = nullptr;  // the caret's block: the one child that is no scroll bar
+    for (const QWidget* child : edit->Widget()->findChildren<QWidget*>(Qt::FindDirectChildrenOnly))
+        block = qobject_cast<const QScrollBar*>(child) ? block : child;
+    ASSERT_NE(block, nullptr);
+    EXPECT_EQ(block->geometry(), QRect(caret.Pos.X, caret.Pos.Y, caret.Width, caret.Height));
+}
+
+TEST_F(PaintShortcut, AMessageBoxShowsTheControlAsItStands)
+{
+    TSxCodeEdit* edit = Make(400, LinesOf(200, [](int i) { return i == 150 ? u"  Hit := 1;" : u"  Value := 1;"; }));
+    int paints = 0;
+    edit->SetOnParserLineChange([&](Integer, TColor&, TColor&) {
+        ++paints;
+        return false;
+    });
+    QCoreApplication::processEvents();
+    ModalScript script;
+    script.OnForm = [](TForm& form) { FillSearchDialog(form, {.Find = u"Hit", .ReplaceWith = u"Pin", .Prompt = true}); };
+    bool asked = false;
+    SetMsgBoxHook([&](TMsgBoxKind, const String&, const String&) {  // the script puts its own back
+        // The user looks at the hit while the box asks: scrolled to and painted.
+        asked = true;
+        paints = 0;
+        QCoreApplication::processEvents();
+        EXPECT_GT(paints, 0);
+        auto* bar = static_cast<QScrollBar*>(edit->VScrollBar().Widget());
+        EXPECT_EQ(bar->value(), edit->VScrollBar().Position());
+        return idYes;
+    });
+    PostMessage(edit, uSxCodeEdit::WM_SX_SEARCHREPLACEDLG, uSxCodeEdit::ReplaceDialogRequest);
+    for (int i = 0; i < 5 && !asked; ++i)
+        QCoreApplication::processEvents();
+    EXPECT_TRUE(asked);
+    EXPECT_EQ(edit->Lines().Get(150), u"  Pin := 1;");
+}
+
+TEST(ScreenUpdates, WaitForPostedMessagesAndRunOncePerKey)
+{
+    Host host;
+    auto* edit = host.Add<TSxCodeEdit>(100, 100);
+    int runs = 0;
+    PostMessage(edit, WM_USER);
+    UpdateScreen(&runs, [&] { ++runs; });
+    UpdateScreen(&runs, [&] { ++runs; });
+    EXPECT_EQ(runs, 0);
+    ProcessPostedMessages();
+    EXPECT_EQ(runs, 1);
+    PostMessage(edit, WM_USER);
+    UpdateScreen(&runs, [&] { ++runs; });
+    CancelScreenUpdate(&runs);
+    ProcessPostedMessages();
+    EXPECT_EQ(runs, 1);
+}
+
+constexpr TSxThemeLanguage Languages[] = {TSxThemeLanguage::tlPascal, TSxThemeLanguage::tlVB,
+                                          TSxThemeLanguage::tlJS, TSxThemeLanguage::tlXml,
+                                          TSxThemeLanguage::tlSql};
+
+/// WCAG 2 relative luminance of a plain colour.
+double Luminance(TColor c)
+{
+    const auto channel = [](Byte b) {
+        const double v = b / 255.0;
+        return v <= 0.03928 ? v / 12.92 : std::pow((v + 0.055) / 1.055, 2.4);
+    };
+    return 0.2126 * channel(GetRValue(c)) + 0.7152 * channel(GetGValue(c)) + 0.0722 * channel(GetBValue(c));
+}
+
+double Contrast(TColor a, TColor b)
+{
+    const double la = Luminance(a), lb = Luminance(b);
+    return (std::max(la, lb) + 0.05) / (std::min(la, lb) + 0.05);
+}
+
+class Theme : public EditorTest {
+protected:
+    void TearDown() override { ApplyTheme(TSxCodeEditTheme::Classic()); }
+};
+
+TEST(ThemeColors, LightAndDarkAreReadableOnOneGround)
+{
+    for (const TSxCodeEditTheme& theme : {TSxCodeEditTheme::Light(), TSxCodeEditTheme::Dark()}) {
+        const TSxCodeEditColors& e = theme.Editor;
+        EXPECT_GE(Contrast(e.LineNumberColor, e.GutterColor), 4.5) << StrToUtf8(theme.Name);
+        EXPECT_GE(Contrast(e.SelectionTextColor, e.SelectionColor), 4.5) << StrToUtf8(theme.Name);
+        for (const TSxThemeLanguage language : Languages)
+            for (const TSxThemeRow& row : theme.Rows(language)) {
+                const std::string where = StrToUtf8(theme.Name + u" " + row.Name);
+                EXPECT_EQ(row.BckColor, e.Color) << where;  // no token on a ground of its own
+                EXPECT_GE(Contrast(row.TextColor, row.BckColor), 4.5) << where;
+                EXPECT_GE(Contrast(row.TextColor, e.CurrentLineColor), 4.5) << where;
+            }
+    }
+}
+
+TEST(ThemeColors, SaveAndLoadGiveTheSameTheme)
+{
+    const TempFolder folder;
+    const String file = StrFromUtf8(folder.Path("theme.ini").string());
+    for (const TSxCodeEditTheme& theme :
+         {TSxCodeEditTheme::Classic(), TSxCodeEditTheme::Light(), TSxCodeEditTheme::Dark()}) {
+        theme.SaveToFile(file);
+        TSxCodeEditTheme read = TSxCodeEditTheme::Light();
+        read.Editor = TSxCodeEditColors{.Color = clRed};
+        read.LoadFromFile(file);
+        EXPECT_EQ(read, theme) << StrToUtf8(theme.SaveToText());
+    }
+}
+
+TEST(ThemeColors, AFaultNamesItsLineAndChangesNothing)
+{
+    const struct {
+        const char16_t* Text;
+        const char* Message;
+    } cases[] = {
+        {u"[Editor]\nColor = #000000\nGutterColor = blu", "line 3: unknown colour 'blu'"},
+        {u"[Pascal]\nComment = #000000 #12345G", "line 2: unknown colour '#12345G'"},
+        {u"; a theme\n\n[Pascal]\nComment = #000000", "line 4: expected a text colour and a background colour, got '#000000'"},
+        {u"[SQL]\nComment = #000000 #FFFFFF bold, bld", "line 2: unknown style 'bld'"},
+        {u"[Theme]\nName = x\n[Colours]", "line 3: unknown section 'Colours'"},
+        {u"[VB]\nSymbol 3 = #000000 #FFFFFF", "line 2: unknown key 'Symbol 3'"},
+        {u"Color = #FFFFFF", "line 1: key 'Color' outside a section"},
+        {u"[Editor]\nColor #FFFFFF", "line 2: expected [section] or key = value"},
+    };
+    for (const auto& c : cases) {
+        TSxCodeEditTheme theme = TSxCodeEditTheme::Dark();
+        try {
+            theme.LoadFromText(c.Text);
+            ADD_FAILURE() << "no fault in " << c.Message;
+        } catch (const ESxTheme& e) {
+            EXPECT_EQ(StrToUtf8(e.Message()), c.Message);
+        }
+        EXPECT_EQ(theme, TSxCodeEditTheme::Dark()) << c.Message;
+    }
+}
+
+TEST_F(Theme, ClassicAfterDarkRestoresTheStartValues)
+{
+    const TSxCodeEditTheme dark = TSxCodeEditTheme::Dark();
+    ApplyTheme(dark);
+    dark.ApplyTo(*edit);
+    EXPECT_EQ(uSxCodePascalParser::DrawInfo[7].BckColor, dark.Editor.Color);
+    EXPECT_EQ(TSxCodeEditTheme::Current(edit).Editor, dark.Editor);
+
+    const TSxCodeEditTheme classic = TSxCodeEditTheme::Classic();
+    ApplyTheme(classic);
+    classic.ApplyTo(*edit);
+    TSxCodeEditTheme current = TSxCodeEditTheme::Current(edit);
+    current.Name = classic.Name;
+    // A theme sets colours and styles; the names are the tables' own, which a
+    // package stop earlier in the process may have released.
+    for (const TSxThemeLanguage language : Languages)
+        for (std::size_t i = 0; i < classic.Rows(language).size(); ++i)
+            current.Rows(language)[i].Name = classic.Rows(language)[i].Name;
+    EXPECT_EQ(current, classic);
+    EXPECT_EQ(edit->Colors(), ClassicEditColors);
+    EXPECT_EQ(uSxCodePascalParser::DrawInfo[7].BckColor, clRed);  // the Symbol row's start value
+}
+
+TEST_F(Theme, AChangedControlColourShows)
+{
+    Start(u"abc");
+    const TColor probe = RGB(0x12, 0x34, 0x56);
+    // Column: the cell of the first line looked at, -1 for the gutter. A ground
+    // shows in the probe colour itself; glyphs are smoothed, so ink only changes the area.
+    const struct { const char* Name; std::function<void()> Set; Integer Column; bool Ground; } cases[] = {
+        {"Color", [&] { edit->SetColor(probe); }, 10, true},
+        {"GutterColor", [&] { edit->SetGutterColor(probe); }, -1, true},
+        {"SelectionColor", [&] { edit->SetSelectionColor(probe); }, 1, true},
+        {"SelectionTextColor", [&] { edit->SetSelectionTextColor(probe); }, 1, false},
+        {"CaretColor", [&] { edit->SetCaretColor(probe); }, 2, true},
+    };
+    for (const auto& c : cases) {
+        edit->SetColors(ClassicEditColors);
+        Select(Point(0, 0), Point(2, 0));
+        const TRect area = c.Column < 0 ? Rect(0, 0, 10, 10) : CellRect(*edit, c.Column, 0);
+        const QRect rect(area.Left, area.Top, area.Width(), area.Height());
+        const QImage before = Render(*edit);
+        c.Set();
+        const QImage after = Render(*edit);
+        EXPECT_NE(before.copy(rect), after.copy(rect)) << c.Name;
+        EXPECT_EQ(CountPixels(before, area, probe), 0) << c.Name;
+        EXPECT_TRUE(!c.Ground || CountPixels(after, area, probe) > 0) << c.Name;
+    }
 }
 
 }  // namespace

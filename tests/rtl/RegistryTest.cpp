@@ -48,15 +48,6 @@ garbage line
 "Machine"="yes"
 )";
 
-/// UTF-16 LE with a byte-order mark, as the registry editor exports.
-std::string Utf16(const String& text)
-{
-    std::string bytes = "\xFF\xFE";
-    for (const Char c : text)
-        bytes += {char(c & 0xFF), char(c >> 8)};
-    return bytes;
-}
-
 String IniString(const String& key, const String& section, const String& name)
 {
     return TRegIniFile(key, KEY_READ).ReadString(section, name, u"<default>");
@@ -64,7 +55,10 @@ String IniString(const String& key, const String& section, const String& name)
 
 TEST(RegistryFile, ReadsTheExportFormatInUtf16AndUtf8)
 {
-    for (const std::string& bytes : {Utf16(StrFromUtf8(SampleFile)), std::string(SampleFile)}) {
+    std::string utf16 = "\xFF\xFE";  // UTF-16 LE with a byte-order mark, as the registry editor exports
+    for (const Char c : StrFromUtf8(SampleFile))
+        utf16 += {char(c & 0xFF), char(c >> 8)};
+    for (const std::string& bytes : {utf16, std::string(SampleFile)}) {
         TempRegistryFile file(bytes);
         EXPECT_EQ(IniString(u"Software\\Sx", u"Demo", u"Path"), u"C:\\Tools\\say \"hi\"");
         EXPECT_EQ(IniString(u"Software\\Sx\\Demo", u"", u""), u"the default");

@@ -4,7 +4,6 @@
 // a field link hears of each step. The data-aware control's tests meet the
 // same through the control (a field's OnValidate, faults of the database).
 #include "platform/DbLinks.h"
-#include "platform/SqliteDataSet.h"
 #include "support/TempDatabase.h"
 
 #include <gtest/gtest.h>
@@ -21,13 +20,7 @@ using Heard = std::vector<std::string>;
 
 class SqliteDataSetTest : public ::testing::Test {
 protected:
-    void SetUp() override { Open(dataSet); }
-    void Open(TSqliteDataSet& set)
-    {
-        set.SetDatabaseName(db.Path());
-        set.SetTableName(u"scripts");
-        set.Open();
-    }
+    void SetUp() override { db.Open(dataSet); }
     String Field(const char16_t* name) { return dataSet.FieldByName(name)->AsString(); }
     void SetField(const char16_t* name, const String& value) { dataSet.FieldByName(name)->SetAsString(value); }
 
@@ -112,7 +105,7 @@ TEST_F(SqliteDataSetTest, PostsWriteUpdatesAndInsertsInUtf8)
     EXPECT_EQ(db.Scalar("SELECT language FROM scripts WHERE name = 'new'"), u"pascal");
 }
 
-TEST_F(SqliteDataSetTest, FieldsRefuseWhatTheyCannotTake)
+TEST_F(SqliteDataSetTest, FieldsAndQueriesRefuseWhatTheyCannotTake)
 {
     TField* lines = dataSet.FieldByName(u"lines");
     EXPECT_THROW(lines->SetAsString(u"4"), EDatabaseError);  // not in edit state
@@ -121,6 +114,13 @@ TEST_F(SqliteDataSetTest, FieldsRefuseWhatTheyCannotTake)
     lines->SetReadOnly(true);
     EXPECT_THROW(lines->SetAsString(u"4"), EDatabaseError);
     EXPECT_EQ(lines->AsString(), u"3");
+
+    dataSet.Close();  // a query is read-only
+    dataSet.SetSQL(u"SELECT id, name FROM scripts WHERE id > 1 ORDER BY name DESC");
+    dataSet.Open();
+    EXPECT_EQ(Field(u"name"), u"query");
+    EXPECT_FALSE(dataSet.CanModify());
+    EXPECT_THROW(dataSet.Edit(), EDatabaseError);
 }
 
 TEST_F(SqliteDataSetTest, BinaryBlobsCannotBeReadAsText)
@@ -131,16 +131,6 @@ TEST_F(SqliteDataSetTest, BinaryBlobsCannotBeReadAsText)
     delete dataSet.CreateBlobStream(code, bmWrite);  // empties the value when freed
     dataSet.Post();
     EXPECT_EQ(db.Scalar("SELECT typeof(code) || length(code) FROM scripts WHERE id = 3"), u"blob0");
-}
-
-TEST_F(SqliteDataSetTest, AQueryIsReadOnly)
-{
-    dataSet.Close();
-    dataSet.SetSQL(u"SELECT id, name FROM scripts WHERE id > 1 ORDER BY name DESC");
-    dataSet.Open();
-    EXPECT_EQ(Field(u"name"), u"query");
-    EXPECT_FALSE(dataSet.CanModify());
-    EXPECT_THROW(dataSet.Edit(), EDatabaseError);
 }
 
 TEST_F(SqliteDataSetTest, ALinkHearsOfEachStepInTheClassicOrder)
@@ -168,7 +158,7 @@ TEST_F(SqliteDataSetTest, AFreedDataSetLetsItsSourcesGo)
 {
     TDataSource source(nullptr);
     auto* owned = new TSqliteDataSet(nullptr);
-    Open(*owned);
+    db.Open(*owned);
     source.SetDataSet(owned);
     RecordingLink recorder(source, u"name");
     EXPECT_TRUE(recorder.link.Active());

@@ -5,7 +5,6 @@
 // inputs kept in the ordinary suite: it must not change.
 #include "support/EditingSession.h"
 
-#include "codeedit/fSxCodeEditSearchReplaceDlg.h"
 #include "platform/Clipboard.h"
 #include "support/Keyboard.h"
 #include "support/ModalAnswers.h"
@@ -24,8 +23,6 @@ constexpr std::size_t MaxStartBytes = 400;
 constexpr Integer UndoLimit = 100;
 /// A column beyond this may make a line longer than a line can hold.
 constexpr Integer HugeColumn = 1 << 20;
-
-std::string Describe(TPoint p) { return "(" + std::to_string(p.X) + "," + std::to_string(p.Y) + ")"; }
 
 /// The earlier of the two ends.
 TPoint Earlier(TPoint s, TPoint e) { return s.Y < e.Y || (s.Y == e.Y && s.X < e.X) ? s : e; }
@@ -142,7 +139,7 @@ private:
 
     void Step(const TStep& AStep)
     {
-        FLog += std::string(AStep.Name) + " at " + Describe(Caret()) + "\n";
+        FLog += std::string(AStep.Name) + " at " + At(Caret()) + "\n";
         NoteDeletionFromVirtualSpace(AStep.Deletes);
         FReported.clear();
         FMayRaiseListError = FMayRaiseOutOfMemory = false;
@@ -175,13 +172,13 @@ private:
     {
         const TPoint caret = Caret();
         const Integer count = FEdit->Lines().Count();
-        FLog += "  -> \"" + StrToUtf8(FEdit->Text()) + "\" caret " + Describe(caret) + " selection " +
-                Describe(FEdit->SelStart()) + "-" + Describe(FEdit->SelEnd()) + "\n";
-        Check(caret.X >= 0 && caret.Y >= 0, "caret at " + Describe(caret));
+        FLog += "  -> \"" + StrToUtf8(FEdit->Text()) + "\" caret " + At(caret) + " selection " +
+                At(FEdit->SelStart()) + "-" + At(FEdit->SelEnd()) + "\n";
+        Check(caret.X >= 0 && caret.Y >= 0, "caret at " + At(caret));
         // Writes to Lines leave the caret where it was; from the first step that
         // finds it on a line again, every step must keep it there.
         if (!FCaretStale)
-            Check(caret.Y <= std::max(count - 1, 0), "caret " + Describe(caret) + " below the last line");
+            Check(caret.Y <= std::max(count - 1, 0), "caret " + At(caret) + " below the last line");
         FCaretStale = FCaretStale && caret.Y > std::max(count - 1, 0);
         Check(FEdit->UndoList().Count() <= UndoLimit, "undo list beyond its limit");
         if (FEdit->UndoList().Count() >= UndoLimit)
@@ -455,39 +452,28 @@ private:
         const Integer line = LineChoice();
         const Integer column = ColumnChoice(line);
         MayGrowHuge(column);
-        FLog += "  at " + Describe(Point(column, line)) + "\n";
+        FLog += "  at " + At(Point(column, line)) + "\n";
         FEdit->InsertCode(line, column, text);
     }
 
     void SearchOrReplace()
     {
-        using namespace fSxCodeEditSearchReplaceDlg;
         const bool replace = FIn->Below(2) == 1;
         const String line = LineOrEmpty(FIn->Below(std::max(FEdit->Lines().Count(), 1)));
         const Integer from = FIn->Below(Integer(line.size()) + 1);
-        String find = FIn->Below(3) ? line.substr(std::size_t(from), std::size_t(1 + FIn->Below(4))) : TextChoice(3);
-        const String with = TextChoice(4);
-        const bool backward = FIn->Below(2), caseSensitive = FIn->Below(2), whole = FIn->Below(2),
-                   prompt = FIn->Below(2);
-        const Integer scope = FIn->Below(2), origin = FIn->Below(2);
-        const TModalResult result = TModalResult(FIn->Below(4) == 0 ? mrCancel : FIn->Below(2) ? mrOk : mrYesToAll);
+        // A braced list reads its fields front to back, in the order of the corpus.
+        const SearchInput in{
+            .Find = FIn->Below(3) ? line.substr(std::size_t(from), std::size_t(1 + FIn->Below(4))) : TextChoice(3),
+            .ReplaceWith = TextChoice(4), .Backward = FIn->Below(2) != 0, .CaseSensitive = FIn->Below(2) != 0,
+            .WholeWords = FIn->Below(2) != 0, .Prompt = FIn->Below(2) != 0, .Scope = FIn->Below(2), .Origin = FIn->Below(2),
+            .Result = TModalResult(FIn->Below(4) == 0 ? mrCancel : FIn->Below(2) ? mrOk : mrYesToAll)};
         FModals.Answers.clear();
         for (Integer n = FIn->Below(4); n > 0; --n)
             FModals.Answers.push_back(FIn->Below(3) == 0 ? idCancel : FIn->Below(2) ? idYes : idNo);
         FModals.DefaultAnswer = FIn->Below(2) ? idYes : idCancel;
-        FModals.OnForm = [=](TForm& form) {
-            auto& d = dynamic_cast<TFrmCodeEditSearchReplaceDlg&>(form);
-            d.edtTextToFind()->SetText(find);
-            d.rgDirection()->SetItemIndex(backward ? 1 : 0);
-            d.chkBxCaseSensitive()->SetChecked(caseSensitive);
-            d.chkBxWholeWordsOnly()->SetChecked(whole);
-            d.rgScope()->SetItemIndex(scope);
-            d.rgOrigin()->SetItemIndex(origin);
-            d.edtReplaceWith->SetText(with);
-            d.chkBxPromptOnReplace->SetChecked(prompt);
-            form.SetModalResult(result);
-        };
-        FLog += "  \"" + StrToUtf8(find) + "\" -> \"" + StrToUtf8(with) + "\" " + std::to_string(result) + "\n";
+        FModals.OnForm = [in](TForm& form) { FillSearchDialog(form, in); };
+        FLog += "  \"" + StrToUtf8(*in.Find) + "\" -> \"" + StrToUtf8(in.ReplaceWith) + "\" " +
+                std::to_string(in.Result) + "\n";
         PostMessage(FEdit, uSxCodeEdit::WM_SX_SEARCHREPLACEDLG, replace ? 1 : 0);
         PumpPostedMessages();
         if (FIn->Below(2))

@@ -1,6 +1,8 @@
 // The test's stand-in for the user at modal forms and message boxes.
 #include "support/ModalAnswers.h"
 
+#include "codeedit/fSxCodeEditSearchReplaceDlg.h"
+
 namespace sx::test {
 
 ModalScript::ModalScript()
@@ -24,6 +26,23 @@ ModalScript::~ModalScript()
 {
     SetShowModalHook(std::move(FPreviousFormHook));
     SetMsgBoxHook(std::move(FPreviousBoxHook));
+}
+
+void FillSearchDialog(TForm& form, const SearchInput& in)
+{
+    auto& d = dynamic_cast<TFrmCodeEditSearchReplaceDlg&>(form);
+    if (in.Find)
+        d.edtTextToFind()->SetText(*in.Find);
+    d.rgDirection()->SetItemIndex(in.Backward ? 1 : 0);
+    d.chkBxCaseSensitive()->SetChecked(in.CaseSensitive);
+    d.chkBxWholeWordsOnly()->SetChecked(in.WholeWords);
+    if (in.Scope)
+        d.rgScope()->SetItemIndex(*in.Scope);
+    if (in.Origin)
+        d.rgOrigin()->SetItemIndex(*in.Origin);
+    d.edtReplaceWith->SetText(in.ReplaceWith);
+    d.chkBxPromptOnReplace->SetChecked(in.Prompt);
+    form.SetModalResult(in.Result);
 }
 
 void RefuseModals()

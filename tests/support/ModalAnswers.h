@@ -1,5 +1,6 @@
 // Answers for modal forms and message boxes, given through the framework's
-// seams: a test stands in for the user, and no test waits for a person.
+// seams: a test stands in for the user, and no test waits for a person; and
+// what a test puts into the search and replace dialog.
 #pragma once
 
 #include "platform/Dialogs.h"
@@ -7,6 +8,7 @@
 
 #include <deque>
 #include <functional>
+#include <optional>
 #include <vector>
 
 namespace sx::test {
@@ -38,6 +40,19 @@ private:
     TShowModalHook FPreviousFormHook;
     TMsgBoxHook FPreviousBoxHook;
 };
+
+/// What a test puts into the search and replace dialog before it closes it;
+/// Find, Scope and Origin left empty keep what the dialog shows.
+struct SearchInput {
+    std::optional<String> Find{};
+    String ReplaceWith{};
+    bool Backward = false, CaseSensitive = false, WholeWords = false, Prompt = false;
+    std::optional<Integer> Scope{}, Origin{};
+    TModalResult Result = mrOk;
+};
+
+/// Fills in the search and replace dialog, shown as the modal form, and closes it with the input's result.
+void FillSearchDialog(TForm& form, const SearchInput& in);
 
 /// For the test main: every modal form is cancelled and every box answered
 /// with Cancel, so that a test that opens one unawares goes on.

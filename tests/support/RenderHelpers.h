@@ -1,6 +1,6 @@
 // Helpers of the widget tests: host a control in a Qt window, render it into
-// an image as the screen would show it, read its pixels as colours, and find
-// the pixels of a character cell of the code edit control.
+// an image as the screen would show it, read its pixels as colours, find
+// the pixels of a character cell of the code edit control, and make long texts.
 #pragma once
 
 #include "codeedit/uSxCodeEdit.h"
@@ -10,6 +10,7 @@
 #include <QWidget>
 
 #include <memory>
+#include <string>
 
 namespace sx::test {
 
@@ -28,6 +29,19 @@ int CountPixels(const QImage& image, const TRect& area, TColor color);
 /// The widget pixels of the character cell at (column, line) of the text, in
 /// the view as it is scrolled: right of the gutter and its inner margin of 2.
 TRect CellRect(TSxCodeEdit& edit, Integer column, Integer line);
+
+/// A point as "x,y".
+inline std::string At(TPoint p) { return std::to_string(p.X) + "," + std::to_string(p.Y); }
+
+/// A text of `count` lines, line i being lineOf(i), each ended with CR LF.
+template <class F>
+String LinesOf(int count, F lineOf)
+{
+    String text;
+    for (int i = 0; i < count; ++i)
+        text += String(lineOf(i)) + u"\r\n";
+    return text;
+}
 
 /// A Qt window that hosts controls, as an application's window does. A control
 /// put into it is freed with it.

@@ -1,7 +1,8 @@
-// An SQLite database file made for one test in a folder of its own, and a
-// second connection that shows what really reached the file.
+// An SQLite database file made for one test in a folder of its own, a data
+// set opened on it, and a second connection that shows what really reached the file.
 #pragma once
 
+#include "platform/SqliteDataSet.h"
 #include "platform/SqliteDatabase.h"
 #include "support/TempFolder.h"
 
@@ -35,6 +36,13 @@ public:
     }
 
     String Path() const { return StrFromUtf8(FFolder.Path("scripts.db").string()); }
+    /// Opens the data set on the table of scripts.
+    void Open(TSqliteDataSet& set) const
+    {
+        set.SetDatabaseName(Path());
+        set.SetTableName(u"scripts");
+        set.Open();
+    }
 
     /// A connection apart from the data set's, opened on first use.
     TSqliteDatabase& Other()

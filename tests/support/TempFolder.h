@@ -33,8 +33,8 @@ public:
     TempFolder(const TempFolder&) = delete;
     TempFolder& operator=(const TempFolder&) = delete;
 
-    const std::filesystem::path& Dir() const { return FDir; }
     /// The path of a file (or folder) of that name in the folder; nothing is made.
+    const std::filesystem::path& Dir() const { return FDir; }
     std::filesystem::path Path(const std::string& name) const { return FDir / name; }
     /// Writes the bytes as they stand into the file of that name and returns its path.
     std::filesystem::path Write(const std::string& name, const std::string& bytes) const

@@ -1,7 +1,13 @@
-// What the five language scanners share, checked on each: line ends and the
-// end of input, a comment closed by the end of input, comments with EndLines
-// off, number forms, colours from the language's table, and the unit's start
-// and stop.
+// The parser base: both feeds, push-back, line counting and the base
+// tokenizer. What the five language scanners share, checked on each: line
+// ends and the end of input, a comment closed by the end of input, comments
+// with EndLines off, number forms, colours from the language's table, and the
+// unit's start and stop. Then what only one language's tokenizer does.
+// Pascal: numbers that a second period ends, the SOAP comment fields and the
+// unit's class name, only the short one. SQL: the letter tree and its
+// building check, a block comment that lasts until a reset, the process-wide
+// colour and keyword tables, and PeekString. XML: a reset back to the start
+// state, and a run started at a line that opens with a tag.
 #include "codeedit/uSxCodeJSParser.h"
 #include "codeedit/uSxCodePascalParser.h"
 #include "codeedit/uSxCodeSqlParser.h"
@@ -14,6 +20,122 @@ namespace {
 using namespace sx;
 using namespace sx::test;
 using namespace std::string_literals;
+/// A base parser on a feed of the pieces.
+struct ParserBase : testing::Test {
+    void Feed(std::deque<String> APieces)
+    {
+        feed.Pieces = std::move(APieces);
+        parser.SetOnGetNewBuffer(std::ref(feed));
+    }
+    /// The next token's text, with "|" for a line break; checks the base's colours.
+    String Next()
+    {
+        const Painted t = Paint(parser);
+        EXPECT_TRUE(t.More && t.Back == clWindow && t.Fore == clWindowText && t.Style.Empty());
+        return t.LineBreak ? t.Text + u"|" : t.Text;
+    }
+    String Read(int ACount)
+    {
+        String read;
+        while (ACount-- > 0)
+            read += parser.ReadChar();
+        return read;
+    }
+    TSxLangParser parser{nullptr};
+    PieceFeed feed;
+};
+
+TEST_F(ParserBase, BaseTokenizerSplitsLinesAndKeepsTextBeforeTheEnd)
+{
+    const std::pair<String, std::vector<String>> cases[] = {
+        {u"a\r\n\r\nb", {u"a", u"|", u"|", u"b|"}},
+        {u"ab\ncd\ref", {u"abcd", u"|", u"ef|"}},  // a lone LF ends no line, a lone CR does
+        {String(u"ab") + Char(0) + u"cd", {u"ab|", u"cd|"}},  // character 0 ends a token, reading goes on
+    };
+    for (const auto& [text, tokens] : cases) {
+        Feed({text});
+        for (const String& token : tokens)
+            EXPECT_EQ(Next(), token) << StrToUtf8(text);
+    }
+    TSxLangParser unfed(nullptr);  // without a feed the end comes for ever
+    EXPECT_EQ(unfed.ReadChar(), 0);
+    for (int i = 0; i < 3; ++i)
+        EXPECT_TRUE(Paint(unfed).More && Paint(unfed).LineBreak);
+}
+
+TEST_F(ParserBase, EveryReadThatFindsNothingAsksTheCallbackAgain)
+{
+    Feed({u"", u"x"});
+    EXPECT_EQ(Read(4), String(1, Char(0)) + u"x" + Char(0) + Char(0));  // an empty piece, then exhausted
+    EXPECT_EQ(feed.Calls, 4);
+    Feed({});
+    EXPECT_TRUE(parser.PeekChar() == 0 && parser.ReadChar() == 0);  // a peek at the end leaves a terminator
+    EXPECT_EQ(feed.Calls, 5);
+}
+
+TEST_F(ParserBase, ResetAsksTheCallbackOnceAndKeepsTheLineToLineState)
+{
+    parser.SetInputStream(Utf16Stream(u"s"), true);
+    Feed({u"abc"});  // the callback has priority over the stream
+    parser.ReadChar();
+    parser.SetLineKind(7);
+    parser.SetRemarkEnd(u"*)");
+    parser.SetInRemark(true);
+    parser.SetEndLines(true);
+    parser.ResetBuffer();
+    EXPECT_TRUE(feed.Resets == 1 && parser.ReadChar() == u'a' && parser.LineNr() == 1);
+    EXPECT_TRUE(parser.LineKind() == 7 && parser.RemarkEnd() == u"*)" && parser.InRemark() && parser.EndLines());
+}
+
+TEST_F(ParserBase, StreamsAreReadInBlocksThatAShortReadEnds)
+{
+    auto* stream = Utf16Stream(u"abc");
+    parser.SetInputStream(stream, true);
+    // then a new load: an empty read and its terminator
+    EXPECT_TRUE(Read(5) == String(u"abc") + Char(0) + Char(0) && stream->Position() == 6);
+    parser.SetInputStream(Utf16Stream(String(4096, u'x')), true);
+    EXPECT_EQ(Read(4097), String(4096, u'x') + Char(0));  // no terminator in a full first block
+    // an odd last byte is dropped; low byte first; a reset rewinds
+    parser.SetInputStream(new TMemoryStream({0xAC, 0x20, '!'}), true);
+    EXPECT_EQ(Read(2), String(u"\u20AC") + Char(0));
+    parser.ResetBuffer();
+    EXPECT_EQ(parser.ReadChar(), u'\u20AC');
+}
+
+TEST_F(ParserBase, SetInputStreamFreesAnOwnedStreamAndKeepsAForeignOne)
+{
+    struct Tracked : TMemoryStream {
+        bool* Freed;
+        explicit Tracked(bool* AFreed) : Freed(AFreed) {}
+        ~Tracked() override { *Freed = true; }
+    };
+    bool ownedFreed = false, foreignFreed = false;
+    auto* foreign = new Tracked(&foreignFreed);
+    parser.SetInputStream(new Tracked(&ownedFreed), true);
+    parser.SetInputStream(foreign, false);
+    EXPECT_TRUE(ownedFreed);
+    parser.SetInputStream(nullptr, false);
+    EXPECT_FALSE(foreignFreed);
+    delete foreign;
+}
+
+TEST_F(ParserBase, PushesNeedNotBeWhatWasReadAndLineNumbersCountLfBothWays)
+{
+    Feed({u"xyz\r\n"});
+    EXPECT_EQ(parser.ReadChar(), u'x');
+    parser.PushChar(u'q');
+    EXPECT_EQ(parser.ReadChar(), u'q');
+    parser.PushStr(u"abc");  // more than was read: the surplus goes in front of the buffer
+    EXPECT_EQ(Read(6), u"abcyz\r");
+    EXPECT_TRUE(parser.ReadCurrChar() == u'\r' && parser.PeekChar() == u'\n' && parser.LineNr() == 1);
+    EXPECT_TRUE(parser.ReadChar() == u'\n' && parser.LineNr() == 2);
+    parser.PushChar(u'\n');
+    EXPECT_EQ(parser.LineNr(), 1);
+    parser.ResetBuffer();
+    parser.PushChar(u'\n');  // a push in front of the buffer counts too
+    EXPECT_EQ(parser.LineNr(), 0);
+}
+
 using Cases = std::vector<std::pair<String, std::string>>;
 
 /// Lines fed as a paint feeds them, the scan started with a line kind: their
@@ -310,6 +432,128 @@ TYPED_TEST_SUITE(Restarts, LanguagesWithLineStarts);
 TYPED_TEST(Restarts, RestartAtAnyLineGivesTheTokensOfTheFullPass)
 {
     TypeParam::ExpectRestartGivesTheFullPass(TypeParam::RestartPieces);
+}
+
+// What only one language's tokenizer does.
+using namespace sx::uSxCodeSqlParser;
+namespace pas = sx::uSxCodePascalParser;
+using Pascal = Scanner<TSxCodePascalParser, pas::ptEndOfFile, pas::ptLineBreak>;
+using Sql = Scanner<TSxCodeSqlParser, vtEndOfFile, vtLineBreak>;
+using Xml = Scanner<TSxCodeXMLParser, uSxCodeXmlParser::vtEndOfFile, uSxCodeXmlParser::vtLineBreak>;
+
+// A second period ends the number at once: what stands before it stays an
+// integer number, coloured as "Number".
+TEST(PascalParser, SecondPeriodLeavesAnIntegerNumber)
+{
+    using namespace pas;
+    EXPECT_EQ(Pascal::Scan(u"1.2.3"), (Pascal::Tokens{{ptNumber, u"1.2"}, {ptPeriod, u"."}, {ptNumber, u"3"}}));
+    EXPECT_EQ(Pascal::Scan(u"5.5.."), (Pascal::Tokens{{ptNumber, u"5.5"}, {ptRange, u".."}}));
+    TSxCodePascalParser p(nullptr);
+    FeedOnce(p, u"1.2.3");
+    const Painted number = Paint(p);
+    const auto& row = pas::DrawInfo[6];
+    EXPECT_TRUE(number.Text == u"1.2" && number.Back == row.BckColor && number.Fore == row.TextColor);
+}
+
+TEST(PascalParser, EveryCommentClearsTheSoapFieldsAndTheUnitRegistersTheShortName)
+{
+    TSxCodePascalParser p(nullptr);
+    p.SetSoapCommentLineStart(3);
+    p.SetSoapComment(u"x");
+    FeedOnce(p, u"{}");
+    Paint(p);
+    EXPECT_TRUE(p.SoapCommentLineStart() == -1 && p.SoapComment().empty());
+    pas::Initialization();  // the unit registers the short class name only
+    EXPECT_EQ(GetClass(u"TSxCodePascalParser"), nullptr);
+}
+
+TEST(SqlParser, EveryKeywordIsFoundInAnyCase)
+{
+    for (const String& word : SxSqlKeyWords) {
+        const std::string upper = StrToUtf8(word), lower = StrToUtf8(LowerCase(word));
+        EXPECT_EQ(Sql::Dump(word + u" " + LowerCase(word)), word.empty() ? "{1} " : "{4}" + upper + "{1} {4}" + lower);
+    }
+}
+
+TEST(SqlParser, BuildingCheckNamesTheCharacterAndTheUpperCasedKeyword)
+{
+    const String saved = SxSqlKeyWords[116];
+    SxSqlKeyWords[116] = u"x[\\]^_y";  // every character from 'A' to '_' has a place
+    EXPECT_NO_THROW(TSxCodeSqlParser(nullptr));
+    for (const String bad : {u"ab1", u"ab ", u"ab\u00e9", u"ab`", u"ab@"}) {
+        SxSqlKeyWords[116] = bad;
+        try {
+            TSxCodeSqlParser p(nullptr);
+            ADD_FAILURE() << "no exception for " << StrToUtf8(bad);
+        } catch (const Exception& e) {
+            EXPECT_EQ(e.Message(),
+                      u"Invalid Character \"" + String(1, bad[2]) + u"\" in keyword \"" + UpperCase(bad) + u"\" ");
+        }
+    }
+    SxSqlKeyWords[116] = saved;
+}
+
+TEST(SqlParser, CommentOpenAtTheEndLastsUntilReset)
+{
+    Probe<TSxCodeSqlParser> p;
+    FeedOnce(p, u"/* a");
+    Sql::Collect(p);
+    FeedOnce(p, u"x\r\n");  // more input, read on without a reset
+    EXPECT_EQ(Sql::Golden(Sql::Collect(p)), "{9}x{0}\r\n");
+    FeedOnce(p, u"x\r\n");
+    p.ResetBuffer();
+    EXPECT_EQ(Sql::Golden(Sql::Collect(p)), "{1}x{0}\r\n");
+}
+
+TEST(SqlParser, TheTablesAreShared)
+{
+    TSxCodeSqlParser p(nullptr);
+    DrawInfo[2].Style = TFontStyles{TFontStyle::fsBold};
+    DrawInfo[2].BckColor = clYellow;
+    FeedOnce(p, u"ON");
+    const Painted keyword = Paint(p);
+    EXPECT_TRUE(keyword.Back == clYellow && keyword.Style.Contains(TFontStyle::fsBold));
+    Finalization();  // releases the keywords too
+    EXPECT_TRUE(SxSqlKeyWords[0].empty());
+    Initialization();  // start values again
+    EXPECT_TRUE(DrawInfo[2].BckColor == clWindow && SxSqlKeyWords[0] == u"ADD");
+}
+
+TEST(SqlParser, PeekStringLeavesTheInputAsItWas)
+{
+    Probe<TSxCodeSqlParser> p;
+    p.SetOnGetNewBuffer(PieceFeed{{u"ab", u"cd"}});
+    EXPECT_EQ(p.PeekString(3), u"abc");
+    EXPECT_EQ(Sql::Golden(Sql::Collect(p)), "{1}ab{1}c{1}d");
+}
+
+// The state goes on over line breaks and over new input until a reset.
+TEST(XmlParser, AResetGoesBackToTheStartState)
+{
+    Probe<TSxCodeXMLParser> p;
+    FeedOnce(p, u"<a b=\"x");  // stops inside a value
+    Xml::Collect(p);
+    FeedOnce(p, u"q");
+    p.ResetBuffer();
+    EXPECT_EQ(Xml::Golden(Xml::Collect(p)), "{9}q");
+}
+
+// The state is not kept per line: a run started at a line that opens with a
+// tag gives the tokens of the full run, one started in content does not.
+TEST(XmlParser, RestartAtATagGivesTheTokensOfTheFullRun)
+{
+    const std::vector<String> doc = {u"<?xml v=\"1\"?>", u"<r a=\"1", u"2\">text", u"<!-- c", u"<x> -->",
+                                     u"<![CDATA[", u"<y>", u"]]><z/>", u"<w k='q'>tail", u"more</w>"};
+    const std::vector<bool> startsWithTag = {true, true, false, true, false, true, false, false, true, false};
+    const std::string all = Xml::Golden(Xml::ScanLines(doc));
+    for (std::size_t i = 0; i < doc.size(); ++i) {
+        if (!startsWithTag[i])
+            continue;
+        const std::string tail = Xml::Golden(Xml::ScanLines(doc, 0, nullptr, i));
+        ASSERT_GE(all.size(), tail.size());
+        EXPECT_EQ(all.substr(all.size() - tail.size()), tail) << "from line " << i;
+    }
+    EXPECT_EQ(Xml::Golden(Xml::ScanLines(doc, 0, nullptr, 9)).substr(0, 4), "{9}m");
 }
 
 }  // namespace

@@ -1,57 +1,134 @@
-// The search and replace engine driven as a user drives it: the dialog
-// message with the dialog filled in by the test, then the posted passes,
-// with every message box answered by the test.
+// Find and replace. The dialog: the two types with their button swap, the
+// getters that follow the page, and the dialog shown modally with Escape,
+// Enter and Tab. The engine driven as a user drives it: the dialog message
+// with the dialog filled in by the test, then the posted passes, with every
+// message box answered by the test.
 #include "codeedit/EditorFixture.h"
 #include "codeedit/fSxCodeEditSearchReplaceDlg.h"
 #include "support/ModalAnswers.h"
 
-#include <optional>
+#include <memory>
 #include <string>
 
 using namespace sx;
 using namespace sx::test;
 using namespace sx::uSxCodeEdit;
+using namespace sx::fSxCodeEditSearchReplaceDlg;
 
 namespace {
 
-/// What the test puts into the dialog before it closes it.
-struct DialogInput {
-    std::optional<String> Find{};
-    String ReplaceWith{};
-    bool Backward = false;
-    bool CaseSensitive = false;
-    bool WholeWords = false;
-    bool Prompt = false;
-    std::optional<Integer> Scope{};
-    std::optional<Integer> Origin{};
-    TModalResult Result = mrOk;
+class SearchDialog : public ::testing::Test {
+protected:
+    /// Caption, page, which of OK and Replace All stands right of the other, and whether Replace All shows.
+    std::string Layout()
+    {
+        return StrToUtf8(dlg->Caption()) + " " + StrToUtf8(dlg->pcMain->ActivePage()->Name()) +
+               (dlg->btnOK->Left() > dlg->btnReplaceAll->Left() ? " OK right" : " OK left") +
+               (dlg->btnReplaceAll->Visible() ? "" : " hidden");
+    }
+    std::unique_ptr<TFrmCodeEditSearchReplaceDlg> dlg = std::make_unique<TFrmCodeEditSearchReplaceDlg>(nullptr);
+    ModalScript script;
 };
+
+TEST_F(SearchDialog, EachChangeOfTypeSwapsTheButtonsResizesAndTurnsTheGetters)
+{
+    // It comes up as a find dialog without tabs, though the definition stores the replace page.
+    EXPECT_EQ(Layout(), "Find Text tsFind OK right hidden");
+    EXPECT_FALSE(dlg->tsFind->TabVisible() || dlg->tsReplace->TabVisible());
+    EXPECT_EQ(dlg->rgSearchOrigin->Items().Text(), u"From cursor\r\nEntire scope\r\n");
+    EXPECT_EQ(dlg->btnReplaceAll->ModalResult(), mrYesToAll);
+
+    dlg->SetDlgType(replace);
+    EXPECT_EQ(Layout(), "Replace Text tsReplace OK left");
+    dlg->SetDlgType(replace);  // the same type: no swap
+    EXPECT_EQ(Layout(), "Replace Text tsReplace OK left");
+    dlg->SetDlgType(search);
+    EXPECT_EQ(Layout(), "Find Text tsFind OK right hidden");
+
+    // the getters hand out the controls of the active page
+    EXPECT_EQ(dlg->rgScope(), dlg->rgSearchScope);
+    EXPECT_EQ(dlg->edtTextToFind(), dlg->edtSearchTextToFind);
+    dlg->rgScope()->SetItemIndex(1);
+    dlg->chkBxCaseSensitive()->SetChecked(true);
+    dlg->SetDlgType(replace);
+    EXPECT_EQ(dlg->rgScope(), dlg->rgReplaceScope);
+    EXPECT_EQ(dlg->rgScope()->ItemIndex(), 0);
+    EXPECT_FALSE(dlg->chkBxCaseSensitive()->Checked());
+    EXPECT_EQ(dlg->rgSearchScope->ItemIndex(), 1);  // each page keeps its own state
+    EXPECT_TRUE(dlg->chkBxSearchCaseSensitive->Checked());
+}
+
+TEST_F(SearchDialog, ShowingFocusesTheTextBoxOfThePageWithItsTextSelected)
+{
+    dlg->SetDlgType(replace);
+    dlg->edtReplaceTextToFind->SetText(u"old");
+    TWinControl* focused = nullptr;
+    String selected;
+    script.OnForm = [&](TForm& form) {
+        EXPECT_TRUE(form.Showing());
+        focused = form.ActiveControl();
+        selected = dlg->edtReplaceTextToFind->SelText();
+        dlg->btnReplaceAll->Click();
+    };
+    EXPECT_EQ(dlg->ShowModal(), mrYesToAll);
+    EXPECT_EQ(focused, dlg->edtReplaceTextToFind);
+    EXPECT_EQ(selected, u"old");
+    EXPECT_FALSE(dlg->Showing());
+    script.OnForm = nullptr;
+    EXPECT_EQ(dlg->ShowModal(), mrCancel);  // a form left open counts as cancelled
+}
+
+TEST_F(SearchDialog, EscapeClosesWithCancelAndEnterPressesOK)
+{
+    dlg->SetDlgType(replace);
+    const struct { TWinControl* control; QString typed; Qt::Key key; TModalResult result; } cases[] = {
+        {dlg->edtReplaceWith, QStringLiteral("new"), Qt::Key_Escape, mrCancel},
+        {dlg->chkBxPromptOnReplace, QString(), Qt::Key_Return, mrOk},
+        {dlg->btnCancel, QString(), Qt::Key_Enter, mrCancel},  // a focused button answers Enter itself
+    };
+    for (const auto& c : cases) {
+        TModalResult afterKey = mrNone;
+        script.OnForm = [&](TForm& form) {
+            c.control->SetFocus();
+            QTest::keyClicks(c.control->Widget(), c.typed);
+            QTest::keyClick(c.control->Widget(), c.key);
+            afterKey = form.ModalResult();
+        };
+        EXPECT_EQ(dlg->ShowModal(), c.result);
+        EXPECT_EQ(afterKey, c.result);
+    }
+    EXPECT_EQ(dlg->edtReplaceWith->Text(), u"new");  // typed once, kept for the next opening
+}
+
+TEST_F(SearchDialog, TabFollowsTheStoredTabOrder)
+{
+    std::vector<TWinControl*> visited;
+    script.OnForm = [&](TForm& form) {
+        for (int i = 0; i < 3; ++i) {
+            QTest::keyClick(form.ActiveControl()->Widget(), Qt::Key_Tab);
+            visited.push_back(form.ActiveControl());
+        }
+    };
+    dlg->ShowModal();
+    const std::vector<TWinControl*> expected = {dlg->chkBxSearchCaseSensitive, dlg->chkBxSearchWholeWordsOnly,
+                                                dlg->rgSearchScope};
+    EXPECT_EQ(visited, expected);
+}
 
 class SearchEngine : public EditorTest {
 protected:
     /// Opens the dialog and answers what it showed when it came up: its
     /// text, "scope" with the index of the scope, and "origin" with that of the origin.
-    std::string Open(bool replace, const DialogInput& in)
+    std::string Open(bool replacing, const SearchInput& in)
     {
         std::string seen;
         script.OnForm = [&](TForm& form) {
             auto& d = dynamic_cast<TFrmCodeEditSearchReplaceDlg&>(form);
             seen = "'" + StrToUtf8(d.edtTextToFind()->Text()) + "' scope " + std::to_string(d.rgScope()->ItemIndex()) +
                    " origin " + std::to_string(d.rgOrigin()->ItemIndex());
-            if (in.Find)
-                d.edtTextToFind()->SetText(*in.Find);
-            d.rgDirection()->SetItemIndex(in.Backward ? 1 : 0);
-            d.chkBxCaseSensitive()->SetChecked(in.CaseSensitive);
-            d.chkBxWholeWordsOnly()->SetChecked(in.WholeWords);
-            if (in.Scope)
-                d.rgScope()->SetItemIndex(*in.Scope);
-            if (in.Origin)
-                d.rgOrigin()->SetItemIndex(*in.Origin);
-            d.edtReplaceWith->SetText(in.ReplaceWith);
-            d.chkBxPromptOnReplace->SetChecked(in.Prompt);
-            form.SetModalResult(in.Result);
+            FillSearchDialog(form, in);
         };
-        PostMessage(edit, WM_SX_SEARCHREPLACEDLG, replace ? 1 : 0);
+        PostMessage(edit, WM_SX_SEARCHREPLACEDLG, replacing ? 1 : 0);
         ProcessPostedMessages();  // the dialog, which posts the first pass
         return seen;
     }
@@ -98,7 +175,7 @@ TEST_F(SearchEngine, TheDialogBelongsToTheControlIsCentredAndResetAtEachOpening)
 TEST_F(SearchEngine, PassesWalkTheHitsInTheirDirectionWithTheCaretAtTheSelectionsEnd)
 {
     // hits: the selection after the first pass, then after each repeat
-    const struct { const char16_t* text; TPoint caret; DialogInput in; std::vector<std::string> hits; } cases[] = {
+    const struct { const char16_t* text; TPoint caret; SearchInput in; std::vector<std::string> hits; } cases[] = {
         {u"aXa", Point(0, 0), {.Find = u"a"}, {"0,0-1,0", "2,0-3,0"}},
         {u"aXa", Point(3, 0), {.Find = u"a", .Backward = true}, {"3,0-2,0", "1,0-0,0"}},
         {u"ab ab", Point(3, 0), {.Find = u"ab"}, {"3,0-5,0"}},  // a hit may start at the caret
@@ -108,6 +185,8 @@ TEST_F(SearchEngine, PassesWalkTheHitsInTheirDirectionWithTheCaretAtTheSelection
         {u"Cat cat catalog cat", Point(0, 0), {.Find = u"cat", .CaseSensitive = true, .WholeWords = true},
          {"4,0-7,0", "16,0-19,0"}},
         {u"Cat cat catalog cat", Point(0, 0), {.Find = u"CAT", .WholeWords = true}, {"0,0-3,0"}},
+        // a pass behind the last hit shows the message and keeps the hit
+        {u"aXa", Point(1, 0), {.Find = u"a"}, {"2,0-3,0", "2,0-3,0"}},
     };
     for (const auto& c : cases) {
         SCOPED_TRACE(StrToUtf8(c.text) + " from " + At(c.caret));
@@ -121,14 +200,8 @@ TEST_F(SearchEngine, PassesWalkTheHitsInTheirDirectionWithTheCaretAtTheSelection
             EXPECT_EQ(At(edit->SelEnd()), At(Caret()));
         }
     }
-    EXPECT_TRUE(script.Boxes.empty());
-
-    Start(u"aXa", Point(1, 0));  // a pass behind the last hit shows the message and keeps the hit
-    Open(false, {.Find = u"a"});
-    Pass();
-    SearchAgain();
+    ASSERT_EQ(script.Boxes.size(), 1u);  // from the last row alone
     EXPECT_EQ(LastBox(), NotFoundA);
-    EXPECT_EQ(Selection(), "2,0-3,0");
 }
 
 TEST_F(SearchEngine, TheSelectionFillsTheTextBoxOrLimitsTheFirstHitTheSameInBothDirections)
@@ -204,9 +277,9 @@ TEST_F(SearchEngine, AnswersNoAndCancelEndTheChainWithTheHitSelected)
 
 TEST_F(SearchEngine, ReplaceAllRunsItsChainToTheMessageAtTheEnd)
 {
-    const DialogInput ask{.Find = u"a", .ReplaceWith = u"x", .Prompt = true, .Result = mrYesToAll};
+    const SearchInput ask{.Find = u"a", .ReplaceWith = u"x", .Prompt = true, .Result = mrYesToAll};
     const struct {
-        const char16_t* text; TPoint caret; DialogInput in; Integer answer; bool readOnly; const char16_t* after; std::size_t boxes;
+        const char16_t* text; TPoint caret; SearchInput in; Integer answer; bool readOnly; const char16_t* after; std::size_t boxes;
     } cases[] = {
         // every old hit is replaced once, in both directions, though the replacement holds the text
         {u"a ba\r\na a", Point(0, 0), {.Find = u"a", .ReplaceWith = u"aa", .Result = mrYesToAll}, idCancel, false,

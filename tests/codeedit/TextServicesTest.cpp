@@ -1,5 +1,8 @@
-// Screen reader support: the accessible interface that Qt finds for the
-// control's widget (role, states, text in CR LF offsets, units of text, caret,
+// The platform's text services. Input methods: commits go the way of typed
+// characters, the text being composed shows at the caret and nowhere in the
+// text, and the control's answers put the candidate window at the caret.
+// Screen readers: the accessible interface that Qt finds for the control's
+// widget (role, states, text in CR LF offsets, units of text, caret,
 // selection, geometry, editing), and the events a listening screen reader gets.
 #include "codeedit/EditorFixture.h"
 #include "codeedit/uSxDbCodeEdit.h"
@@ -7,25 +10,187 @@
 
 #include <QAccessible>
 #include <QCoreApplication>
+#include <QFont>
+#include <QInputMethodEvent>
+#include <QInputMethodQueryEvent>
+#include <QTextCharFormat>
 
 #include <algorithm>
 #include <random>
-#include <vector>
+#include <string>
 
 using namespace sx;
 using namespace sx::test;
 
 namespace {
 
-/// The reports a screen reader got about the text, one per entry: "inserted
-/// 1 'x'", "removed 11 'y'", "updated 4 '2'>'Q'", "caret 2", "selection 1-2",
-/// "read-only"; other reports are left out.
-std::vector<std::string>& Events()
+void Commit(TWinControl& control, const QString& text, int replaceStart = 0, int replaceLength = 0)
 {
-    static std::vector<std::string> events;
-    return events;
+    QInputMethodEvent event;
+    event.setCommitString(text, replaceStart, replaceLength);
+    QCoreApplication::sendEvent(control.Widget(), &event);
+    EXPECT_TRUE(event.isAccepted());
 }
 
+/// A composition step with its text underlined and its cursor at `cursor`.
+void Compose(TWinControl& control, const QString& preedit, int cursor)
+{
+    QTextCharFormat underlined;
+    underlined.setFontUnderline(true);
+    const QList<QInputMethodEvent::Attribute> attributes{
+        {QInputMethodEvent::TextFormat, 0, int(preedit.size()), underlined},
+        {QInputMethodEvent::Cursor, cursor, 1, QVariant()},
+    };
+    QInputMethodEvent event(preedit, attributes);
+    QCoreApplication::sendEvent(control.Widget(), &event);
+}
+
+void Cancel(TWinControl& control) { Compose(control, QString(), 0); }
+
+QVariant Query(TWinControl& control, Qt::InputMethodQuery query)
+{
+    QInputMethodQueryEvent event(query);
+    QCoreApplication::sendEvent(control.Widget(), &event);
+    return event.value(query);
+}
+
+using InputMethod = EditorTest;
+
+TEST_F(InputMethod, CommitGoesTheWayOfTypedCharacters)
+{
+    // Over a selection, through OnKeyPress, with Enter's auto-indent: the
+    // text, caret, Changed calls and undo records (type, start, end, caret, value).
+    int changes = 0;
+    const auto run = [&](auto input) {
+        Focus(*edit);  // before the selection: the focus coming collapses it
+        Start(u"  begin end", Point(8, 0));
+        edit->SetSelEnd(Point(6, 0));
+        edit->OnKeyPress = [](TObject*, Char& key) { key = key == u'x' ? u'X' : key; };
+        edit->SetOnChange([&](TObject*) { ++changes; });
+        changes = 0;
+        input();
+        std::string records;
+        for (Integer i = 0; i < edit->UndoList().Count(); ++i) {
+            const TSxUndoItem& r = *edit->UndoList().Items(i);
+            records += std::to_string(int(r.ChangeType())) + " " + At(r.StartPos()) + " " + At(r.EndPos()) + " " +
+                       At(r.CaretPos()) + " [" + StrToUtf8(r.Value()) + "]\n";
+        }
+        return std::tuple(State(), records, changes, edit->Modified());
+    };
+    const QString wide = QString::fromUtf8("\xE6\x97\xA5\xE6\x9C\xAC\xF0\x9F\x99\x82");  // two CJK, one pair of halves
+    const auto typed = run([&] { Type(*edit, QStringLiteral("x\nab") + wide); });
+    edit = host.Add<TSxCodeEdit>(400, 300);
+    const auto committed = run([&] {
+        Commit(*edit, QStringLiteral("x"));
+        Commit(*edit, QStringLiteral("\rab"));
+        Commit(*edit, wide);
+    });
+    EXPECT_EQ(std::get<0>(committed), "  begiX|  ab日本\U0001F642end| @8,1");
+    EXPECT_EQ(committed, typed);
+    EXPECT_TRUE(std::get<3>(committed));
+}
+
+TEST_F(InputMethod, ADeadKeyShowsItsAccentAndCommitsOneCharacter)
+{
+    Start(u"");
+    Compose(*edit, QStringLiteral(u"´"), 1);
+    Commit(*edit, QStringLiteral(u"é"));
+    EXPECT_EQ(State(), "é| @1,0");
+    EXPECT_EQ(edit->UndoList().Count(), 1);
+}
+
+TEST_F(InputMethod, ReplacementGoesAsOneDeletionBeforeTheCommit)
+{
+    Start(u"int fo;", Point(6, 0));
+    Commit(*edit, QStringLiteral("foo"), -2, 2);
+    EXPECT_EQ(State(), "int foo;| @7,0");
+    ASSERT_EQ(edit->UndoList().Count(), 4);  // the deletion, then one record a character
+    for (int i = 0; i < 3; ++i)
+        Undo();
+    EXPECT_EQ(State(), "int ;| @4,0");
+    Undo();
+    EXPECT_EQ(Line(0), u"int fo;");
+
+    // From virtual space the range counts from the line's end, where the
+    // input method was told the caret stands; a range past the line is cut.
+    Start(u"ab", Point(9, 0));
+    Commit(*edit, QStringLiteral("X"), -1, 5);
+    EXPECT_EQ(Line(0), u"aX");
+
+    Start(u"abc", Point(3, 0));  // a read-only control drops commits silently
+    edit->SetReadOnly(true);
+    const Integer records = edit->UndoList().Count();
+    Commit(*edit, QStringLiteral("x"));
+    Commit(*edit, QStringLiteral("y"), -2, 2);
+    EXPECT_EQ(edit->Text(), u"abc\r\n");
+    EXPECT_EQ(edit->UndoList().Count(), records);
+    EXPECT_FALSE(edit->Modified());
+}
+
+TEST_F(InputMethod, PreEditShowsUnderlinedAtTheCaretAndLeavesTheText)
+{
+    Start(u"ab", Point(4, 0));
+    int changes = 0;
+    edit->SetOnChange([&](TObject*) { ++changes; });
+    const TPoint origin = CaretCell();
+    const QRect plainCaret = Query(*edit, Qt::ImCursorRectangle).toRect();
+    Compose(*edit, QStringLiteral("nih"), 1);
+    // Shown, its underline as wide as its three letters, and nowhere in the text.
+    const Integer width = 3 * edit->GetCharWidth(), underline = origin.Y + edit->GetLineWidth() - 1;
+    const TRect row = Rect(origin.X, underline, origin.X + width, underline + 1);
+    EXPECT_EQ(CountPixels(Render(*edit), row, Drawn(clWindowText)), width);
+    EXPECT_EQ(edit->Text(), u"ab\r\n");
+    EXPECT_EQ(edit->UndoList().Count(), 0);
+    EXPECT_FALSE(edit->Modified());
+    EXPECT_EQ(changes, 0);
+    // The caret block stands at the composition's cursor, behind its first letter.
+    EXPECT_EQ(GetCaretInfo().Pos, Point(origin.X + edit->GetCharWidth(), origin.Y));
+
+    Cancel(*edit);
+    EXPECT_EQ(GetCaretInfo().Pos, origin);
+    // Losing the focus ends the composition too.
+    Compose(*edit, QStringLiteral("nih"), 3);
+    Focus(*host.Add<TSxCodeEdit>(100, 100));
+    EXPECT_EQ(Query(*edit, Qt::ImCursorRectangle).toRect(), plainCaret);
+    EXPECT_EQ(edit->Text(), u"ab\r\n");
+}
+
+TEST_F(InputMethod, AnswersPutTheCandidateWindowAtTheCaret)
+{
+    EXPECT_TRUE(edit->Widget()->testAttribute(Qt::WA_InputMethodEnabled));
+    EXPECT_TRUE(Query(*edit, Qt::ImEnabled).toBool());
+    EXPECT_EQ(Query(*edit, Qt::ImHints).toInt(),
+              int(Qt::ImhMultiLine | Qt::ImhNoAutoUppercase | Qt::ImhNoPredictiveText));
+    EXPECT_EQ(Query(*edit, Qt::ImFont).value<QFont>().family(), QStringLiteral("Courier new"));
+
+    Start(u"one\r\nbegin x", Point(9, 1));  // in virtual space behind the line
+    EXPECT_EQ(Query(*edit, Qt::ImSurroundingText).toString(), QStringLiteral("begin x"));
+    EXPECT_EQ(Query(*edit, Qt::ImCursorPosition).toInt(), 7);
+    EXPECT_EQ(Query(*edit, Qt::ImAnchorPosition).toInt(), 7);
+    const TCaretInfo caret = GetCaretInfo();
+    EXPECT_EQ(Query(*edit, Qt::ImCursorRectangle).toRect(), QRect(caret.Pos.X, caret.Pos.Y, caret.Width, caret.Height));
+
+    Compose(*edit, QStringLiteral("ka"), 2);
+    const QRect composing = Query(*edit, Qt::ImCursorRectangle).toRect();
+    EXPECT_EQ(composing.topLeft(), QPoint(GetCaretInfo().Pos.X, GetCaretInfo().Pos.Y));
+    EXPECT_EQ(composing.left(), caret.Pos.X + 2 * edit->GetCharWidth());
+    Cancel(*edit);
+
+    Select(Point(1, 1), Point(4, 1));
+    EXPECT_EQ(Query(*edit, Qt::ImCursorPosition).toInt(), 4);
+    EXPECT_EQ(Query(*edit, Qt::ImAnchorPosition).toInt(), 1);
+    EXPECT_EQ(Query(*edit, Qt::ImCurrentSelection).toString(), QStringLiteral("egi"));
+    Select(Point(1, 0), Point(4, 1));  // the anchor lies on another line
+    EXPECT_EQ(Query(*edit, Qt::ImAnchorPosition).toInt(), 4);
+
+    edit->Widget()->setEnabled(false);
+    EXPECT_FALSE(Query(*edit, Qt::ImEnabled).toBool());
+}
+
+/// The reports a screen reader got about the text, joined with "; ":
+/// "inserted 1 'x'", "removed 11 'y'", "updated 4 '2'>'Q'", "caret 2",
+/// "selection 1-2", "read-only"; other reports are left out.
+std::string Heard;
 QObject* Listened = nullptr;
 
 std::string Quoted(const QString& text) { return "'" + text.toStdString() + "'"; }
@@ -34,30 +199,20 @@ void Listen(QAccessibleEvent* event)
 {
     if (event->object() != Listened)
         return;
+    const auto note = [](const std::string& report) { Heard += (Heard.empty() ? "" : "; ") + report; };
     const auto at = [](int position) { return std::to_string(position) + " "; };
     if (const auto* ins = dynamic_cast<QAccessibleTextInsertEvent*>(event))
-        Events().push_back("inserted " + at(ins->changePosition()) + Quoted(ins->textInserted()));
+        note("inserted " + at(ins->changePosition()) + Quoted(ins->textInserted()));
     else if (const auto* rem = dynamic_cast<QAccessibleTextRemoveEvent*>(event))
-        Events().push_back("removed " + at(rem->changePosition()) + Quoted(rem->textRemoved()));
+        note("removed " + at(rem->changePosition()) + Quoted(rem->textRemoved()));
     else if (const auto* upd = dynamic_cast<QAccessibleTextUpdateEvent*>(event))
-        Events().push_back("updated " + at(upd->changePosition()) + Quoted(upd->textRemoved()) + ">" +
-                           Quoted(upd->textInserted()));
+        note("updated " + at(upd->changePosition()) + Quoted(upd->textRemoved()) + ">" + Quoted(upd->textInserted()));
     else if (const auto* sel = dynamic_cast<QAccessibleTextSelectionEvent*>(event))
-        Events().push_back("selection " + std::to_string(sel->selectionStart()) + "-" +
-                           std::to_string(sel->selectionEnd()));
+        note("selection " + std::to_string(sel->selectionStart()) + "-" + std::to_string(sel->selectionEnd()));
     else if (const auto* cur = dynamic_cast<QAccessibleTextCursorEvent*>(event))
-        Events().push_back("caret " + std::to_string(cur->cursorPosition()));
+        note("caret " + std::to_string(cur->cursorPosition()));
     else if (const auto* st = dynamic_cast<QAccessibleStateChangeEvent*>(event); st && st->changedStates().readOnly)
-        Events().push_back("read-only");
-}
-
-/// The reports so far, joined with "; ".
-std::string Heard()
-{
-    std::string all;
-    for (const std::string& event : Events())
-        all += (all.empty() ? "" : "; ") + event;
-    return all;
+        note("read-only");
 }
 
 class Accessibility : public EditorTest {
@@ -77,14 +232,14 @@ protected:
         Listened = edit->Widget();
         QAccessible::installUpdateHandler(Listen);
         QAccessible::setActive(true);
-        Events().clear();
+        Heard.clear();
     }
     void TearDown() override
     {
         QAccessible::setActive(false);
         QAccessible::installUpdateHandler(nullptr);
         Listened = nullptr;
-        Events().clear();
+        Heard.clear();
     }
     /// Lets the reports that wait for the end of the event loop's turn go out.
     static void Settle() { QCoreApplication::sendPostedEvents(); }
@@ -168,12 +323,11 @@ TEST_F(Accessibility, CaretOffsetMapsVirtualSpaceToTheLineEnd)
     edit->SetCharPos(10);
     EXPECT_EQ(t.cursorPosition(), 7);
 
-    t.setCursorPosition(2);
-    EXPECT_EQ(Caret(), Point(2, 0));
-    t.setCursorPosition(4);  // inside the line break: the end of the line
-    EXPECT_EQ(Caret(), Point(3, 0));
-    t.setCursorPosition(1000);
-    EXPECT_EQ(Caret(), Point(2, 1));
+    // inside the line break: the end of the line
+    for (const auto& [offset, caret] : {std::pair{2, Point(2, 0)}, {4, Point(3, 0)}, {1000, Point(2, 1)}}) {
+        t.setCursorPosition(offset);
+        EXPECT_EQ(Caret(), caret) << offset;
+    }
 }
 
 TEST_F(Accessibility, SelectionIsReportedInOrderWhicheverWayItWasMade)
@@ -294,10 +448,10 @@ TEST_F(AccessibilityEvents, EachEditReportsOnlyWhatChangedInOneTextEvent)
         edit->SetReadOnly(false);
         Start(c.text, c.caret);
         Settle();
-        Events().clear();
+        Heard.clear();
         c.edit(*edit);
         Settle();
-        EXPECT_EQ(Heard(), c.heard) << StrToUtf8(c.text);
+        EXPECT_EQ(Heard, c.heard) << StrToUtf8(c.text);
     }
 }
 
@@ -310,7 +464,7 @@ TEST_F(AccessibilityEvents, AControlFreedWithAReportPendingSendsNothing)
     other->SetCharPos(2);
     delete other;
     Settle();
-    EXPECT_EQ(Heard(), "");
+    EXPECT_EQ(Heard, "");
 }
 
 }  // namespace
