@@ -49,7 +49,7 @@ function(sx_pkg_config library description requires requires_private)
   install(FILES ${CMAKE_CURRENT_BINARY_DIR}/pkgconfig/${library}.pc
           DESTINATION ${CMAKE_INSTALL_LIBDIR}/pkgconfig)
 endfunction()
-sx_pkg_config(sxparsers "Colouring language parsers and the line store of the Sx code editor" "" "")
+sx_pkg_config(sxparsers "Colouring language parsers and the line store of the Sx code editor" "" "libpcre2-16")
 sx_pkg_config(sxcodeedit "The Sx code editing control for Qt 6 widgets" "sxparsers Qt6Widgets" "")
 sx_pkg_config(sxcodeeditor "SxCodeEditor, the Sx code editor as a Qt widget with signals and slots" "sxcodeedit" "")
 if(SX_BUILD_DB)

@@ -8,6 +8,7 @@ packages=(
   qt6-base-dev qt6-base-dev-tools libgl-dev
   libgtest-dev libgmock-dev libbenchmark-dev
   libsqlite3-dev
+  libpcre2-dev  # regular-expression search: PCRE2's 16-bit library
   fonts-liberation fontconfig
   # the fuzz targets: clang and its runtime, which holds libFuzzer
   clang libclang-rt-14-dev

@@ -70,6 +70,8 @@ void TFrmCodeEditSearchReplaceDlg::BindControls()
     Bind(*this, rgReplaceScope, u"rgReplaceScope");
     Bind(*this, rgReplaceOrigin, u"rgReplaceOrigin");
     Bind(*this, btnReplaceAll, u"btnReplaceAll");
+    Bind(*this, chkBxSearchRegExp, u"chkBxSearchRegExp");
+    Bind(*this, chkBxReplaceRegExp, u"chkBxReplaceRegExp");
 }
 
 void TFrmCodeEditSearchReplaceDlg::SetDlgType(TFrmCodeEditSearchReplaceDlgType Value)
@@ -81,10 +83,25 @@ void TFrmCodeEditSearchReplaceDlg::SetDlgType(TFrmCodeEditSearchReplaceDlgType V
     SetCaption(replacing ? u"Replace Text" : u"Find Text");
     pcMain->SetActivePage(replacing ? tsReplace : tsFind);
     btnReplaceAll->SetVisible(replacing);
-    SetHeight(replacing ? ReplaceDlgHeight : SearchDlgHeight);
+    FitHeight();
     const Integer replaceAllLeft = btnReplaceAll->Left();
     btnReplaceAll->SetLeft(btnOK->Left());
     btnOK->SetLeft(replaceAllLeft);
+}
+
+void TFrmCodeEditSearchReplaceDlg::SetRegExpShown(bool Value)
+{
+    if (Value == FRegExpShown)
+        return;
+    FRegExpShown = Value;
+    chkBxSearchRegExp->SetVisible(Value);
+    chkBxReplaceRegExp->SetVisible(Value);
+    FitHeight();
+}
+
+void TFrmCodeEditSearchReplaceDlg::FitHeight()
+{
+    SetHeight((Searching() ? SearchDlgHeight : ReplaceDlgHeight) + (FRegExpShown ? RegExpRowHeight : 0));
 }
 
 TEdit* TFrmCodeEditSearchReplaceDlg::GetEdtTextToFind() const
@@ -112,6 +129,11 @@ TCheckBox* TFrmCodeEditSearchReplaceDlg::GetChkBxCaseSensitive() const
 TCheckBox* TFrmCodeEditSearchReplaceDlg::GetChkBxWholeWordsOnly() const
 {
     return Searching() ? chkBxSearchWholeWordsOnly : chkBxReplaceWholeWordsOnly;
+}
+
+TCheckBox* TFrmCodeEditSearchReplaceDlg::GetChkBxRegExp() const
+{
+    return Searching() ? chkBxSearchRegExp : chkBxReplaceRegExp;
 }
 
 void TFrmCodeEditSearchReplaceDlg::FormShow(TObject*)

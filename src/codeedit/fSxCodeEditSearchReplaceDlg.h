@@ -16,6 +16,8 @@ enum TFrmCodeEditSearchReplaceDlgType { search, replace };
 /// Form heights of the two types; pcMain and the buttons follow by their anchors.
 constexpr Integer SearchDlgHeight = 276;
 constexpr Integer ReplaceDlgHeight = 319;
+/// What either grows by while the "Regular expression" check boxes show.
+constexpr Integer RegExpRowHeight = 24;
 
 }  // namespace fSxCodeEditSearchReplaceDlg
 
@@ -54,11 +56,19 @@ public:
     TRadioGroup* rgReplaceScope = nullptr;
     TRadioGroup* rgReplaceOrigin = nullptr;
     TButton* btnReplaceAll = nullptr;
+    /// "Regular expression" on each page, hidden unless SetRegExpShown shows them.
+    TCheckBox* chkBxSearchRegExp = nullptr;
+    TCheckBox* chkBxReplaceRegExp = nullptr;
 
     TFrmCodeEditSearchReplaceDlgType DlgType() const { return FDlgType; }
     /// Caption, page, height and the visible Replace All button follow the
     /// type; each change of type also swaps the places of OK and Replace All.
     void SetDlgType(TFrmCodeEditSearchReplaceDlgType Value);
+    /// Shows or hides the "Regular expression" check boxes; the form grows
+    /// below the pages by RegExpRowHeight to hold them, nothing else moves
+    /// within the pages.
+    void SetRegExpShown(bool Value);
+    bool RegExpShown() const { return FRegExpShown; }
 
     // The controls of the active page.
     TEdit* edtTextToFind() const { return GetEdtTextToFind(); }
@@ -73,6 +83,7 @@ public:
     TRadioGroup* GetRgDirection() const;
     TCheckBox* GetChkBxCaseSensitive() const;
     TCheckBox* GetChkBxWholeWordsOnly() const;
+    TCheckBox* GetChkBxRegExp() const;
 
     /// The text box of the active page takes the focus with all its text selected.
     void FormShow(TObject* Sender);
@@ -81,9 +92,12 @@ public:
 
 private:
     void BindControls();
+    /// The height of the type, with the row of the check boxes when they show.
+    void FitHeight();
     bool Searching() const { return FDlgType == fSxCodeEditSearchReplaceDlg::search; }
 
     TFrmCodeEditSearchReplaceDlgType FDlgType = fSxCodeEditSearchReplaceDlg::search;
+    bool FRegExpShown = false;
 };
 
 }  // namespace sx

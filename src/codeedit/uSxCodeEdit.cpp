@@ -5,6 +5,8 @@
 #include "codeedit/fSxCodeEditSearchReplaceDlg.h"
 #include "codeedit/uSxCodeEditAccessible.h"
 
+#include "platform/RegExpr.h"
+
 namespace sx {
 
 using namespace uSxCodeEdit;

@@ -23,6 +23,7 @@ namespace sx {
 
 class TSxAccessibleTextModel;
 class TFrmCodeEditSearchReplaceDlg;
+class TRegExpr;
 class TSxStringStream;
 
 namespace uSxCodeEdit {
@@ -40,6 +41,7 @@ enum class TSxCodeExtOption {
     coBracketMatch,  ///< the bracket at the caret and its partner highlighted
     coRedo,          ///< undone steps can be redone
     coGroupUndo,     ///< a run of typing or of Backspaces undoes as one step
+    coRegExpSearch,  ///< the search dialog offers "Regular expression": the text to find as a PCRE2 pattern
 };
 using TSxCodeExtOptions = TSet<TSxCodeExtOption, 32>;
 
@@ -106,6 +108,8 @@ struct TSxSearchReplaceOptions {
     String ReplaceWith;
     bool PromptOnReplace = false;
     bool ReplaceAll = false;
+    /// The text to find is a regular expression (coRegExpSearch, the box ticked).
+    bool RegExp = false;
 };
 
 /// Declared for clients of the library; no operation of the system makes one.
@@ -433,7 +437,7 @@ protected:
     Integer SearchLine(Integer ALine, TPoint AOrigin);
     /// SearchBuf on the part of a line from column AFrom on, ABufLen long,
     /// starting at ASelStart in that part; the column of the hit in the line, or -1.
-    Integer SearchInLine(TLineView AText, Integer AFrom, Integer ABufLen, Integer ASelStart) const;
+    Integer SearchInLine(TLineView AText, Integer AFrom, Integer ABufLen, Integer ASelStart);
     void SelectSearchHit(TPoint AHit);
     /// The replace step: asks when told to, replaces, and posts the next
     /// pass of a replace-all.
@@ -493,6 +497,36 @@ private:
     /// True from the end of construction to the start of destruction: the
     /// only time screen reader support may be made for the control.
     bool FAccessibilityAllowed = false;
+
+    // Regular-expression search (coRegExpSearch, uSxCodeEditRegExpSearch.cpp).
+    /// Compiles the dialog's pattern when the box is ticked and keeps it for
+    /// the passes; a pattern that does not compile shows PCRE2's message,
+    /// keeps the last search as it was and answers False.
+    bool CompileSearchPattern();
+    /// SearchInLine with the pattern: the hit's length goes to FSearchHitLength.
+    Integer SearchInLineRegExp(TLineView AText, Integer AFrom, Integer ABufLen, Integer ASelStart);
+    /// A pattern that may span lines, over the lines joined with "\n", from
+    /// AOrigin (the caret, or the resume point); the hit's end goes to FSearchHitEnd.
+    bool FindSpanningHit(TPoint AOrigin, TPoint& AHit);
+    bool FindSpanningForward(TPoint AFrom, TPoint& AHit);
+    bool FindSpanningBackward(TPoint ALimit, TPoint& AHit);
+    /// The end of the hit that starts at AHit.
+    TPoint SearchHitEnd(TPoint AHit) const;
+    /// Before a hit over lines is replaced: the caret to its start, where the
+    /// deletion of a selection over lines wants it, the hit still selected.
+    void CaretToSpanningHitStart(TPoint AHit);
+    /// The replacement of the hit just found, in replace mode, with CR LF for each line feed.
+    void ExpandReplacement();
+    /// The text of the pass's replacement: the expanded one for a pattern.
+    const String& SearchReplacement() const;
+
+    /// The compiled pattern of the last confirmed dialog, or none for a plain search.
+    std::unique_ptr<TRegExpr> FSearchRegExp;
+    Integer FSearchHitLength = 0;
+    TPoint FSearchHitEnd{-1, -1};
+    String FSearchReplacement;
+    /// A stored line of one byte per character, widened for PCRE2.
+    String FSearchLineBuffer;
 
     /// After a replacement in a backward replace-all, for the next pass: a
     /// hit must end at or before this point, so none starts at or behind the

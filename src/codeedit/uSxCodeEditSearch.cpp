@@ -8,6 +8,7 @@
 #include "codeedit/fSxCodeEditSearchReplaceDlg.h"
 
 #include "platform/Dialogs.h"
+#include "platform/RegExpr.h"
 #include "platform/StrUtils.h"
 
 #include <algorithm>
@@ -51,9 +52,12 @@ void TSxCodeEdit::WMSearchReplaceDlg(TMessage& Message)
     FSearchDlg->SetDlgType(Message.WParam == ReplaceDialogRequest ? replace : search);
     FSearchDlg->GetRgScope()->SetItemIndex(ScopeGlobal);
     FSearchDlg->GetRgOrigin()->SetItemIndex(OriginFromCursor);
+    FSearchDlg->SetRegExpShown(HasExtOption(TSxCodeExtOption::coRegExpSearch));
     PrepareSearchDialog();
     const TModalResult result = FSearchDlg->ShowModal();
     if (result != mrOk && result != ReplaceAllResult)
+        return;
+    if (!CompileSearchPattern())
         return;
     TakeSearchOptions(result == ReplaceAllResult);
     PostMessage(this, WM_SX_SEARCHREPLACE);
@@ -81,7 +85,9 @@ void TSxCodeEdit::PrepareSearchDialog()
 void TSxCodeEdit::TakeSearchOptions(bool AReplaceAll)
 {
     TSxSearchReplaceOptions& o = FSearchOptions;
-    o.SearchString = Trim(FSearchDlg->GetEdtTextToFind()->Text());
+    // A pattern is taken as typed: its blanks count.
+    const String typed = FSearchDlg->GetEdtTextToFind()->Text();
+    o.SearchString = FSearchRegExp ? typed : Trim(typed);
     o.CaseSensitive = FSearchDlg->GetChkBxCaseSensitive()->Checked();
     o.WholeWordsOnly = FSearchDlg->GetChkBxWholeWordsOnly()->Checked();
     if (FSearchDlg->GetRgScope()->ItemIndex() == ScopeGlobal) {
@@ -108,6 +114,7 @@ void TSxCodeEdit::TakeSearchOptions(bool AReplaceAll)
     o.ReplaceWith = FSearchDlg->edtReplaceWith->Text();
     o.PromptOnReplace = FSearchDlg->chkBxPromptOnReplace->Checked();
     o.ReplaceAll = AReplaceAll;
+    o.RegExp = FSearchRegExp != nullptr;
     FSearchResumeBefore = NoPosition;
 }
 
@@ -125,7 +132,17 @@ void TSxCodeEdit::WMSearchReplace(TMessage&)
         return;
     const TPoint resume = std::exchange(FSearchResumeBefore, NoPosition);
     TPoint hit;
-    if (!FindSearchHit(resume, hit)) {
+    bool found = false;
+    try {
+        found = FindSearchHit(resume, hit);
+    } catch (const ERegExprLimit& e) {
+        // A runaway pattern ends the pass, and with it a replace-all's chain.
+        SxMsgBoxInfo(u"The regular expression '" + FSearchOptions.SearchString +
+                         u"' took too many steps at one place of the text (" + e.Message() + u"); the search stops.",
+                     String());
+        return;
+    }
+    if (!found) {
         SxMsgBoxInfo(u"Search string '" + FSearchOptions.SearchString + u"' not found.", String());
         return;
     }
@@ -145,6 +162,8 @@ bool TSxCodeEdit::FindSearchHit(TPoint AResume, TPoint& AHit)
     TPoint origin = Point(FCharPos, FLinePos);
     if (!o.SearchForward && AResume != NoPosition && Before(AResume, origin))
         origin = AResume;
+    if (FSearchRegExp && FSearchRegExp->SpansLines())
+        return FindSpanningHit(origin, AHit);
     Integer line = o.Origin == SearchFromCursor ? origin.Y : (o.SearchForward ? o.StartLine : o.EndLine);
     const Integer step = o.SearchForward ? 1 : -1;
     // The range test comes behind the scan: the first line is scanned whatever its number.
@@ -179,22 +198,25 @@ Integer TSxCodeEdit::SearchLine(Integer ALine, TPoint AOrigin)
     return SearchInLine(text, lower, upper - lower, upper - lower);
 }
 
-Integer TSxCodeEdit::SearchInLine(TLineView AText, Integer AFrom, Integer ABufLen, Integer ASelStart) const
+Integer TSxCodeEdit::SearchInLine(TLineView AText, Integer AFrom, Integer ABufLen, Integer ASelStart)
 {
+    if (FSearchRegExp)
+        return SearchInLineRegExp(AText, AFrom, ABufLen, ASelStart);
     return SearchLineText(AText, AFrom, ABufLen, ASelStart, FSearchOptions.SearchString, FSearchOptions.Options);
 }
 
 void TSxCodeEdit::SelectSearchHit(TPoint AHit)
 {
     const TPoint front = AHit;
-    const TPoint back = Point(AHit.X + Integer(FSearchOptions.SearchString.size()), AHit.Y);
+    const TPoint back = SearchHitEnd(AHit);
     // Each move collapses the selection, so its ends are written behind them.
-    SetLinePos(AHit.Y);
     if (FSearchOptions.SearchForward) {
+        SetLinePos(back.Y);
         SetCharPos(back.X);
         FSelStart = front;
         FSelEnd = back;
     } else {
+        SetLinePos(front.Y);
         SetCharPos(front.X);
         FSelStart = back;
         FSelEnd = front;
@@ -210,12 +232,15 @@ void TSxCodeEdit::ReplaceSearchHit(TPoint AHit)
         const String question = u"Do you want to replace this occurrence of '" + o.SearchString + u"'?";
         answer = o.ReplaceAll ? SxMsgBoxYesNoCancel(question, String()) : SxMsgBoxYesNo(question, String());
     }
-    if (answer == idYes)
-        ReplaceSelectionBy(o.ReplaceWith);
+    if (answer == idYes) {
+        CaretToSpanningHitStart(AHit);
+        ReplaceSelectionBy(SearchReplacement());
+    }
     if (!o.ReplaceAll || answer == idCancel)
         return;
+    // A pattern's hits vary in length: the next one must end before this one started.
     if (answer == idYes && !o.SearchForward)
-        FSearchResumeBefore = Point(AHit.X + Integer(o.SearchString.size()) - 1, AHit.Y);
+        FSearchResumeBefore = FSearchRegExp ? AHit : Point(AHit.X + Integer(o.SearchString.size()) - 1, AHit.Y);
     PostMessage(this, WM_SX_SEARCHREPLACE);
 }
 
