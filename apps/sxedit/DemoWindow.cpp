@@ -51,7 +51,8 @@ DemoWindow::DemoWindow() : FEdit(new TSxCodeEdit(nullptr)), FPopup(new TPopupMen
     // What every editor shows, on from the start; the View menu turns each
     // off. Undo keeps its classic steps until grouping is chosen.
     FEdit->SetExtOptions({TSxCodeExtOption::coLineNumbers, TSxCodeExtOption::coCurrentLine,
-                          TSxCodeExtOption::coBracketMatch, TSxCodeExtOption::coRedo});
+                          TSxCodeExtOption::coBracketMatch, TSxCodeExtOption::coRedo,
+                          TSxCodeExtOption::coRegExpSearch});
     UseTheme(QStringLiteral("Light"));
     BuildMenus();
     BuildPopupMenu();
@@ -91,7 +92,8 @@ void DemoWindow::BuildMenus()
     // The control's own search messages: 0x402 opens the dialog (WParam 1
     // for replace), 0x403 runs the last search again.
     AddCommand(edit, tr("&Find..."), uSxCodeEdit::WM_SX_SEARCHREPLACEDLG, QKeySequence(Qt::CTRL | Qt::Key_F));
-    AddCommand(edit, tr("&Replace..."), uSxCodeEdit::WM_SX_SEARCHREPLACEDLG, QKeySequence(Qt::CTRL | Qt::Key_R), 1);
+    AddCommand(edit, tr("&Replace..."), uSxCodeEdit::WM_SX_SEARCHREPLACEDLG, QKeySequence(Qt::CTRL | Qt::Key_R),
+               uSxCodeEdit::ReplaceDialogRequest);
     AddCommand(edit, tr("Find &again"), uSxCodeEdit::WM_SX_SEARCHREPLACE, QKeySequence(Qt::Key_F3));
     connect(edit, &QMenu::aboutToShow, this, [this] {
         FUndo->setEnabled(FEdit->CanUndo());
@@ -126,6 +128,7 @@ void DemoWindow::BuildViewMenu()
         {"&Bracket matching", TSxCodeExtOption::coBracketMatch},
         {"&Redo", TSxCodeExtOption::coRedo},
         {"&Grouped undo", TSxCodeExtOption::coGroupUndo},
+        {"Regular e&xpressions in Find and Replace", TSxCodeExtOption::coRegExpSearch},
     };
     for (const auto& entry : entries) {
         QAction* action = view->addAction(tr(entry.caption));
