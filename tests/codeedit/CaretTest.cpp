@@ -9,6 +9,7 @@
 #include "platform/Menus.h"
 
 #include <QMenu>
+#include <QWindow>
 
 using namespace sx;
 using namespace sx::test;
@@ -109,11 +110,11 @@ TEST_F(CaretTest, ShiftHeldLetsTheSelectionGrowAndFocusCollapsesIt)
 {
     edit->SetLinePos(1);
     edit->SetCharPos(1);
-    {
-        ShiftHeld shift(*edit);
-        edit->SetLinePos(2);  // a program moving the caret extends like an arrow key
-        edit->SetCharPos(3);
-    }
+    QWindow* window = edit->Widget()->window()->windowHandle();
+    QTest::keyPress(window, Qt::Key_Shift, Qt::ShiftModifier);  // held as a user holds it
+    edit->SetLinePos(2);  // a program moving the caret extends like an arrow key
+    edit->SetCharPos(3);
+    QTest::keyRelease(window, Qt::Key_Shift, Qt::NoModifier);
     EXPECT_EQ(State().substr(State().find('@')), "@3,2 [3,2-1,1]");
 
     auto* other = host.Add<TSxCodeEdit>(200, 100);

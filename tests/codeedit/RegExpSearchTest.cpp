@@ -65,6 +65,7 @@ protected:
 
 TEST_F(RegExpSearch, TheCheckBoxShowsOnlyWithTheOptionAndMovesNothing)
 {
+    std::vector<Integer> without[2];  // the layout without the option, for each type
     for (const bool on : {false, true}) {
         SCOPED_TRACE(on);
         edit->SetExtOptions(on ? TSxCodeExtOptions{TSxCodeExtOption::coRegExpSearch} : TSxCodeExtOptions{});
@@ -73,13 +74,13 @@ TEST_F(RegExpSearch, TheCheckBoxShowsOnlyWithTheOptionAndMovesNothing)
             std::vector<Integer> seen;
             script.OnForm = [&](TForm& form) {
                 auto& d = dynamic_cast<TFrmCodeEditSearchReplaceDlg&>(form);
-                seen = {d.GetChkBxRegExp()->Visible(), form.Height(), d.rgOrigin()->Top(), d.btnCancel->Top()};
+                seen = {d.GetChkBxRegExp()->Visible(), form.Height(), d.rgOrigin()->Top(), form.Height() - d.btnCancel->Top()};
             };
             SendMessage(edit, WM_SX_SEARCHREPLACEDLG, replacing ? 1 : 0);
-            const Integer height = replacing ? fSxCodeEditSearchReplaceDlg::ReplaceDlgHeight
-                                             : fSxCodeEditSearchReplaceDlg::SearchDlgHeight;
+            const std::vector<Integer>& off = on ? without[replacing] : (without[replacing] = seen);
+            // the form grows by the row; the pages stay put and the buttons keep to the bottom
             const Integer grown = on ? fSxCodeEditSearchReplaceDlg::RegExpRowHeight : 0;
-            EXPECT_EQ(seen, (std::vector<Integer>{on, height + grown, replacing ? 156 : 112, 269 - 338 + height + grown}));
+            EXPECT_EQ(seen, (std::vector<Integer>{on, off[1] + grown, off[2], off[3]}));
         }
         Run({.find = u"a.c"});  // the box ticked, but hidden without the option: a plain search
         EXPECT_EQ(Selection(), on ? "0,0-3,0" : "4,0-7,0");

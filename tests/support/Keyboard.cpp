@@ -49,11 +49,4 @@ void Type(TWinControl& control, const QString& text, Qt::KeyboardModifiers modif
     }
 }
 
-ShiftHeld::ShiftHeld(TWinControl& control) : FControl(control)
-{
-    QTest::keyPress(WindowOf(FControl), Qt::Key_Shift, Qt::ShiftModifier);
-}
-
-ShiftHeld::~ShiftHeld() { QTest::keyRelease(WindowOf(FControl), Qt::Key_Shift, Qt::NoModifier); }
-
 }  // namespace sx::test

@@ -18,16 +18,4 @@ void Press(TWinControl& control, Qt::Key key, Qt::KeyboardModifiers modifiers = 
 /// Types the text one character at a time with the modifiers held; "\n" is the Enter key.
 void Type(TWinControl& control, const QString& text, Qt::KeyboardModifiers modifiers = Qt::NoModifier);
 
-/// Holds Shift down while it lives, as a user holding the key would.
-class ShiftHeld {
-public:
-    explicit ShiftHeld(TWinControl& control);
-    ~ShiftHeld();
-    ShiftHeld(const ShiftHeld&) = delete;
-    ShiftHeld& operator=(const ShiftHeld&) = delete;
-
-private:
-    TWinControl& FControl;
-};
-
 }  // namespace sx::test
