@@ -22,6 +22,7 @@ def main():
         sys.exit(editor.errorString())
     editor.setLanguageForFile(path)
     editor.setLineNumbersVisible(True)
+    editor.setTheme("Light")
 
     def show_state(*_):
         line, column = editor.cursorPosition().line, editor.cursorPosition().column

@@ -20,7 +20,7 @@ def main():
     parser = argparse.ArgumentParser(description=__doc__.splitlines()[0])
     parser.add_argument("file", help="the text file to show, coloured by its suffix")
     parser.add_argument("png", help="the image to write")
-    parser.add_argument("--theme", default="Classic", help="Classic, Light, Dark or a theme file")
+    parser.add_argument("--theme", default="Light", help="Light, Dark, Classic or a theme file")
     parser.add_argument("--size", default="640x400", help="the widget's size in pixels, WIDTHxHEIGHT")
     args = parser.parse_args()
 
