@@ -112,6 +112,19 @@ struct TSxSearchReplaceOptions {
     bool RegExp = false;
 };
 
+/// Extension: a search that TSxCodeEdit::FindText makes without the dialog.
+struct TSxFindRequest {
+    String Text;
+    bool CaseSensitive = false;
+    bool WholeWordsOnly = false;
+    bool Backward = false;
+    /// Text is a regular expression (PCRE2), as with coRegExpSearch.
+    bool RegExp = false;
+    /// What FindText gives as the hit's replacement: with RegExp its group
+    /// references and escapes expanded.
+    String ReplaceWith;
+};
+
 /// Declared for clients of the library; no operation of the system makes one.
 class TSxCodeList : public TPersistent {
 public:
@@ -249,6 +262,14 @@ public:
     Integer UndoGroupPause() const { return FUndoList->GroupPause(); }
     void SetUndoGroupPause(Integer Value) { FUndoList->SetGroupPause(Value); }
     bool CanPaste() { return GetCanPaste(); }
+
+    /// Extension: the next hit from the caret to the end of the text in the
+    /// search's direction, found by the engine of the search dialog for a
+    /// host without the dialog; the dialog's own search (F3) stays as it was.
+    /// Answers whether there is one, with its start and end and, when asked
+    /// for, its replacement. Raises ERegExprError for a pattern that does not
+    /// compile and ERegExprLimit for a runaway match.
+    bool FindText(const TSxFindRequest& ARequest, TPoint& AStart, TPoint& AEnd, String* AReplacement = nullptr);
 
     // Public operations.
     void CalcCursor(Integer& X, Integer& Y);

@@ -36,6 +36,19 @@ constexpr TPoint NoPosition{-1, -1};
 /// Text order: the smaller line first, on one line the smaller column.
 bool Before(TPoint a, TPoint b) { return a.Y < b.Y || (a.Y == b.Y && a.X < b.X); }
 
+/// The options of SearchBuf for a search's case, whole words and direction.
+TStringSearchOptions SearchBufOptions(const TSxSearchReplaceOptions& o)
+{
+    TStringSearchOptions options;
+    if (o.CaseSensitive)
+        options.Include(TStringSearchOption::soMatchCase);
+    if (o.WholeWordsOnly)
+        options.Include(TStringSearchOption::soWholeWord);
+    if (o.SearchForward)
+        options.Include(TStringSearchOption::soDown);
+    return options;
+}
+
 }  // namespace
 
 Integer TSxCodeEdit::LineLength(Integer ALine) const
@@ -103,13 +116,7 @@ void TSxCodeEdit::TakeSearchOptions(bool AReplaceAll)
     }
     o.SearchForward = FSearchDlg->GetRgDirection()->ItemIndex() == DirectionForward;
     o.Origin = FSearchDlg->GetRgOrigin()->ItemIndex() == OriginFromCursor ? SearchFromCursor : SearchEntireScope;
-    o.Options = TStringSearchOptions();
-    if (o.CaseSensitive)
-        o.Options.Include(TStringSearchOption::soMatchCase);
-    if (o.WholeWordsOnly)
-        o.Options.Include(TStringSearchOption::soWholeWord);
-    if (o.SearchForward)
-        o.Options.Include(TStringSearchOption::soDown);
+    o.Options = SearchBufOptions(o);
     o.Replace = FSearchDlg->DlgType() == replace;
     o.ReplaceWith = FSearchDlg->edtReplaceWith->Text();
     o.PromptOnReplace = FSearchDlg->chkBxPromptOnReplace->Checked();
@@ -151,6 +158,42 @@ void TSxCodeEdit::WMSearchReplace(TMessage&)
     FSearchOptions.Origin = SearchFromCursor;
     if (FSearchOptions.Replace)
         ReplaceSearchHit(hit);
+}
+
+bool TSxCodeEdit::FindText(const TSxFindRequest& ARequest, TPoint& AStart, TPoint& AEnd, String* AReplacement)
+{
+    // The dialog's search is put aside for this one and back after it, however it ends.
+    struct SearchPutAside {
+        TSxCodeEdit& Edit;
+        TSxSearchReplaceOptions Options;
+        std::unique_ptr<TRegExpr> RegExp;
+        ~SearchPutAside()
+        {
+            Edit.FSearchOptions = std::move(Options);
+            Edit.FSearchRegExp = std::move(RegExp);
+        }
+    } const putAside{*this, std::exchange(FSearchOptions, {}), std::move(FSearchRegExp)};
+    TSxSearchReplaceOptions& o = FSearchOptions;
+    o.SearchString = ARequest.Text;
+    o.CaseSensitive = ARequest.CaseSensitive;
+    o.WholeWordsOnly = ARequest.WholeWordsOnly;
+    o.SearchForward = !ARequest.Backward;
+    o.Options = SearchBufOptions(o);
+    o.Replace = AReplacement != nullptr;
+    o.ReplaceWith = ARequest.ReplaceWith;
+    o.RegExp = ARequest.RegExp;
+    WidenSearchRegion();
+    if (ARequest.RegExp && !ARequest.Text.empty())
+        FSearchRegExp = std::make_unique<TRegExpr>(
+            ARequest.Text, TRegExprOptions{.CaseSensitive = o.CaseSensitive, .WholeWord = o.WholeWordsOnly});
+    TPoint hit;
+    if (!FindSearchHit(NoPosition, hit))
+        return false;
+    AStart = hit;
+    AEnd = SearchHitEnd(hit);
+    if (AReplacement)
+        *AReplacement = SearchReplacement();
+    return true;
 }
 
 bool TSxCodeEdit::FindSearchHit(TPoint AResume, TPoint& AHit)

@@ -73,6 +73,9 @@ public:
         FindCaseSensitively = 0x2,  ///< "a" does not match "A"
         FindWholeWords = 0x4,       ///< only a hit with no word character on either side
         FindWrapAround = 0x8,       ///< past one end of the text, go on from the other
+        /// the text is a regular expression (PCRE2), which may match over
+        /// lines; a replacement takes $0, $1, ${name}, \\n and \\t
+        FindRegularExpression = 0x10,
     };
     Q_DECLARE_FLAGS(FindFlags, FindFlag)
     Q_FLAG(FindFlags)
@@ -195,7 +198,7 @@ public:
     /// the target and renamed over it, so a failed save leaves the old file
     /// whole. A text that Windows-1252 cannot hold is written as UTF-8.
     bool save(const QString& path);
-    /// The message of the last load(), save() or setTheme() that failed.
+    /// The message of the last load(), save(), setTheme(), find() or replaceAll() that failed.
     QString errorString() const;
 
     /// Room for 80 columns and 25 lines of text besides the gutter and the scroll bars.
@@ -223,12 +226,15 @@ public slots:
     void selectAll();
     /// Removes all text.
     void clear();
-    /// Selects the next hit of text from the caret on; answers whether there was one.
+    /// Selects the next hit of text from the caret on; answers whether there
+    /// was one. A regular expression that does not compile, or runs away,
+    /// finds nothing and leaves PCRE2's message in errorString().
     bool find(const QString& text, SxCodeEditor::FindFlags flags = {});
     /// find() again with the text and flags of the last find().
     bool findNext();
     /// Replaces every hit in the text, from its start on; answers how many.
-    /// With undoGrouped they undo as one step, otherwise one step each.
+    /// With undoGrouped they undo as one step, otherwise one step each. A
+    /// regular expression that runs away stops it there, with errorString().
     int replaceAll(const QString& text, const QString& replacement, SxCodeEditor::FindFlags flags = {});
     /// Opens the find dialog, as Ctrl+F does.
     void showFindDialog();

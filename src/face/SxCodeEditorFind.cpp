@@ -1,73 +1,27 @@
-// SxCodeEditor's find and replace-all, on the lines as they are stored.
+// SxCodeEditor's find and replace-all, by the control's own search engine.
 #include "face/SxCodeEditor.h"
 
 #include "codeedit/uSxCodeEdit.h"
 #include "face/SxCodeEditorPrivate.h"
 #include "platform/QtConvert.h"
-#include "platform/StrUtils.h"
 
-#include <algorithm>
-#include <optional>
 
 using namespace sx;
 using namespace sx::uSxCodeEdit;
 
 namespace {
 
-TStringSearchOptions SearchOptionsOf(SxCodeEditor::FindFlags flags)
+TSxFindRequest RequestOf(const QString& text, SxCodeEditor::FindFlags flags, const QString& replacement = QString())
 {
-    TStringSearchOptions options;
-    if (flags.testFlag(SxCodeEditor::FindCaseSensitively))
-        options.Include(TStringSearchOption::soMatchCase);
-    if (flags.testFlag(SxCodeEditor::FindWholeWords))
-        options.Include(TStringSearchOption::soWholeWord);
-    if (!flags.testFlag(SxCodeEditor::FindBackward))
-        options.Include(TStringSearchOption::soDown);
-    return options;
+    return TSxFindRequest{FromQString(text), flags.testFlag(SxCodeEditor::FindCaseSensitively),
+                          flags.testFlag(SxCodeEditor::FindWholeWords), flags.testFlag(SxCodeEditor::FindBackward),
+                          flags.testFlag(SxCodeEditor::FindRegularExpression), FromQString(replacement)};
 }
 
-/// One search over the stored lines.
-class LineSearch {
-public:
-    LineSearch(const TStringList& lines, const QString& text, SxCodeEditor::FindFlags flags)
-        : m_lines(lines), m_text(FromQString(text)), m_options(SearchOptionsOf(flags)),
-          m_backward(flags.testFlag(SxCodeEditor::FindBackward))
-    {
-    }
-
-    /// The first hit from a place on, in the search's direction, to the end
-    /// of the text in that direction.
-    std::optional<SxTextPosition> From(SxTextPosition place) const
-    {
-        const int step = m_backward ? -1 : 1;
-        for (int line = place.line; line >= 0 && line < m_lines.Count(); line += step) {
-            const TLineView text = m_lines.Line(line);
-            const auto length = Integer(text.size());
-            const Integer column = std::min(line == place.line ? place.column : (m_backward ? length : 0), length);
-            const Integer hit = m_backward ? SearchLineText(text, 0, column, column, m_text, m_options)
-                                           : SearchLineText(text, 0, length, column, m_text, m_options);
-            if (hit >= 0)
-                return SxTextPosition{line, hit};
-        }
-        return std::nullopt;
-    }
-
-    /// Where a search that wraps around goes on: the other end of the text.
-    SxTextPosition Restart() const
-    {
-        if (!m_backward)
-            return SxTextPosition{0, 0};
-        const int last = std::max(m_lines.Count() - 1, 0);
-        return SxTextPosition{last, int(m_lines.Count() > 0 ? m_lines.Line(last).size() : 0)};
-    }
-
-    int Length() const { return int(m_text.size()); }
-
-private:
-    const TStringList& m_lines;
-    String m_text;
-    TStringSearchOptions m_options;
-    bool m_backward;
+/// A hit: where it starts and ends, and what replaces it.
+struct Hit {
+    TPoint start, end;
+    String replacement;
 };
 
 }  // namespace
@@ -81,23 +35,35 @@ bool SxCodeEditor::find(const QString& text, SxCodeEditor::FindFlags flags)
 
 bool SxCodeEditor::findNext()
 {
-    if (m_find->text.isEmpty())
-        return false;
-    const LineSearch search(m_edit->LineStore(), m_find->text, m_find->flags);
-    const bool backward = m_find->flags.testFlag(FindBackward);
-    // The selection is the last hit: the next one lies beyond it.
+    const Reporter::Scope scope(*m_reporter);
+    const TSxFindRequest request = RequestOf(m_find->text, m_find->flags);
+    // The selection is the last hit: the next one lies beyond it, where the caret stands.
     const SxTextRange selected = selection();
-    std::optional<SxTextPosition> hit = search.From(backward ? selected.start : selected.end);
-    if (!hit && m_find->flags.testFlag(FindWrapAround))
-        hit = search.From(search.Restart());
-    if (!hit)
+    const SxTextPosition from = request.Backward ? selected.start : selected.end;
+    TPoint start, end;
+    bool found = false;
+    try {
+        m_edit->SetLinePos(from.line);
+        m_edit->SetCharPos(from.column);
+        found = m_edit->FindText(request, start, end);
+        if (!found && m_find->flags.testFlag(FindWrapAround)) {
+            const int last = lineCount() - 1;
+            m_edit->SetLinePos(request.Backward ? last : 0);
+            m_edit->SetCharPos(request.Backward ? Integer(lineText(last).size()) : 0);
+            found = m_edit->FindText(request, start, end);
+        }
+    } catch (const Exception& e) {
+        failWith(ToQString(e.Message()));
+    }
+    if (!found) {
+        setSelection(selected.start.line, selected.start.column, selected.end.line, selected.end.column);
         return false;
-    const SxTextPosition front = *hit, back{hit->line, hit->column + search.Length()};
+    }
     // The caret goes to the end the search moves on from.
-    if (backward)
-        setSelection(back.line, back.column, front.line, front.column);
+    if (request.Backward)
+        setSelection(end.Y, end.X, start.Y, start.X);
     else
-        setSelection(front.line, front.column, back.line, back.column);
+        setSelection(start.Y, start.X, end.Y, end.X);
     return true;
 }
 
@@ -106,19 +72,22 @@ int SxCodeEditor::replaceAll(const QString& text, const QString& replacement, Sx
     if (text.isEmpty() || isReadOnly())
         return 0;
     const Reporter::Scope scope(*m_reporter);
-    const LineSearch search(m_edit->LineStore(), text, flags & ~FindFlags(FindBackward | FindWrapAround));
-    const String with = FromQString(replacement);
+    const TSxFindRequest request = RequestOf(text, flags & ~FindFlags(FindBackward | FindWrapAround), replacement);
     const TSxUndoList::TStepScope step(m_edit->UndoList(), isUndoGrouped(), urNone);
     int count = 0;
-    SxTextPosition from{0, 0};
-    while (const std::optional<SxTextPosition> hit = search.From(from)) {
-        setSelection(hit->line, hit->column, hit->line, hit->column + search.Length());
-        String deleted;
-        m_edit->DeleteSelected(ctDelete, deleted);
-        m_edit->InsertText(ctPaste, with);
-        ++count;
-        // The search goes on behind the text put in, which may hold line breaks.
-        from = cursorPosition();
+    setCursorPosition(0, 0);
+    try {
+        Hit hit;
+        while (m_edit->FindText(request, hit.start, hit.end, &hit.replacement)) {
+            // The caret at the hit's start: a deletion over lines starts on the caret's line.
+            setSelection(hit.end.Y, hit.end.X, hit.start.Y, hit.start.X);
+            String deleted;
+            m_edit->DeleteSelected(ctDelete, deleted);
+            m_edit->InsertText(ctPaste, hit.replacement);
+            ++count;
+        }
+    } catch (const Exception& e) {
+        failWith(ToQString(e.Message()));  // what was replaced stays, and undoes step by step
     }
     return count;
 }

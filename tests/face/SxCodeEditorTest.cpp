@@ -188,13 +188,16 @@ TEST(SxCodeEditor, FindMovesTheSelectionFromHitToHit)
     using F = SxCodeEditor::FindFlag;
     const struct {
         const char* name;
+        QString text;
         SxCodeEditor::FindFlags flags;
         std::vector<SxTextPosition> hits;  // the starts of the hits from the top, then none
     } cases[] = {
-        {"any case", {}, {{0, 0}, {1, 0}, {1, 9}}},
-        {"case sensitive", F::FindCaseSensitively, {{1, 0}}},
-        {"whole words", F::FindWholeWords, {{0, 0}, {1, 9}}},
-        {"backward from the end", F::FindBackward, {{1, 9}, {1, 0}, {0, 0}}},
+        {"any case", "alpha", {}, {{0, 0}, {1, 0}, {1, 9}}},
+        {"case sensitive", "alpha", F::FindCaseSensitively, {{1, 0}}},
+        {"whole words", "alpha", F::FindWholeWords, {{0, 0}, {1, 9}}},
+        {"backward from the end", "alpha", F::FindBackward, {{1, 9}, {1, 0}, {0, 0}}},
+        {"a regular expression", "[a]lpha\\b", F::FindRegularExpression, {{0, 0}, {1, 9}}},
+        {"one over a line break", "beta\\s+a", F::FindRegularExpression, {{0, 6}}},
     };
     for (const auto& c : cases) {
         SCOPED_TRACE(c.name);
@@ -202,7 +205,7 @@ TEST(SxCodeEditor, FindMovesTheSelectionFromHitToHit)
             editor.setCursorPosition(1, 14);
         else
             editor.setCursorPosition(0, 0);
-        ASSERT_TRUE(editor.find("alpha", c.flags));
+        ASSERT_TRUE(editor.find(c.text, c.flags));
         for (std::size_t i = 0; i < c.hits.size(); ++i) {
             EXPECT_EQ(editor.selection().start, c.hits[i]) << "hit " << i;
             EXPECT_EQ(editor.findNext(), i + 1 < c.hits.size());
@@ -212,6 +215,8 @@ TEST(SxCodeEditor, FindMovesTheSelectionFromHitToHit)
     EXPECT_TRUE(editor.find("alpha", F::FindWrapAround));
     EXPECT_EQ(editor.selection(), (SxTextRange{{0, 0}, {0, 5}}));
     EXPECT_FALSE(editor.find(""));
+    EXPECT_FALSE(editor.find("(", F::FindRegularExpression));
+    EXPECT_TRUE(editor.errorString().contains("missing closing parenthesis")) << editor.errorString().toStdString();
 }
 
 TEST(SxCodeEditor, ReplaceAllCountsAndUndoesAsOneStepWhenGrouped)
@@ -223,6 +228,9 @@ TEST(SxCodeEditor, ReplaceAllCountsAndUndoesAsOneStepWhenGrouped)
     EXPECT_EQ(editor.text(), u"ax\nxa\nx\nxx\nxa\nb"_s);
     editor.undo();
     EXPECT_EQ(editor.text(), u"aXa\nXXa\nb"_s);
+    EXPECT_EQ(editor.replaceAll("(\\w)a\\n", "$1\\t", SxCodeEditor::FindRegularExpression), 2);
+    EXPECT_EQ(editor.text(), u"aX\tXX\tb"_s);
+    editor.undo();
 
     editor.setReadOnly(true);
     EXPECT_EQ(editor.replaceAll("a", "b"), 0);
