@@ -283,9 +283,9 @@ TEST_F(Gutter, WidensToFitTheLastNumberAndNarrowsAgain)
     EXPECT_EQ(edit->RealGuttorWidth(), edit->GuttorWidth());  // one digit fits the classic width
     edit->SetText(LinesOf(1'000'000, [](int) { return u""; }));
     const Integer wide = edit->RealGuttorWidth();
-    EXPECT_GE(wide, 7 * edit->GetCharWidth() + 10);
+    EXPECT_GT(wide, edit->GuttorWidth());
     EXPECT_EQ(edit->HScrollBar().Left(), wide);
-    EXPECT_EQ(CellRect(*edit, 0, 0).Left, wide + 2);  // the text never sits under the numbers
+    EXPECT_GT(CellRect(*edit, 0, 0).Left, wide);  // the text never sits under the numbers
     edit->SetText(u"short");
     EXPECT_EQ(edit->RealGuttorWidth(), edit->GuttorWidth());
 }

@@ -73,11 +73,11 @@ private:
     static bool IsWordChar(Char c) { return (c >= u'a' && c <= u'z') || (c >= u'A' && c <= u'Z') || (c >= u'0' && c <= u'9'); }
 };
 
-class PaintTest : public ::testing::Test {
+class PaintTest : public EditorTest {
 protected:
     void SetUp() override
     {
-        edit = host.Add<TSxCodeEdit>(400, 300);
+        EditorTest::SetUp();
         edit->SetParser(new WordParser(edit));
         Render(*edit);  // the first paint measures the font
         gw = edit->GuttorWidth();
@@ -107,8 +107,6 @@ protected:
         return out;
     }
 
-    Host host;
-    TSxCodeEdit* edit = nullptr;
     int gw = 0;
 };
 
@@ -139,10 +137,9 @@ TEST_F(PaintTest, RightMarginFrameAndCornerAreDrawnWhereTheyBelong)
     image = Render(*edit);
     EXPECT_EQ(PixelAt(image, gw + 2, 100), Drawn(clRed));
     edit->HScrollBar().SetPosition(11);
-    EXPECT_EQ(CountPixels(Render(*edit), Rect(0, 0, 400, 300), Drawn(clRed)), 0);
-
-    // the frame is drawn only without the 3D look, and the corner between the bars is face
     image = Render(*edit);
+    EXPECT_EQ(CountPixels(image, Rect(0, 0, 400, 300), Drawn(clRed)), 0);
+    // the frame is drawn only without the 3D look, and the corner between the bars is face
     EXPECT_NE(PixelAt(image, 30, 0), Drawn(clBlack));
     EXPECT_EQ(PixelAt(image, 399, 299), Drawn(clBtnFace));
     edit->SetCtl3D(false);
@@ -204,8 +201,7 @@ TEST_F(PaintTest, SelectionLooksTheSameInBothDirectionsAndAnEmptyOneShowsNothing
 TEST_F(PaintTest, ReadOnlyDarkensFillAndTokenBackgroundsButNotTheSelection)
 {
     edit->Lines().SetText(u"ab cd");
-    edit->SetSelStart(Point(3, 0));
-    edit->SetSelEnd(Point(5, 0));
+    Select(Point(3, 0), Point(5, 0));
     edit->SetReadOnly(true);
     EXPECT_EQ(Row(Render(*edit), 0, 7), "DDdhhdd");
 }
@@ -236,8 +232,7 @@ TEST_F(PaintTest, PaintThatStartsInsideACommentTakesTheStoredLineKind)
 TEST_F(PaintTest, TextEndingAboveTheBottomLeavesTheRestBlank)
 {
     edit->SetParser(nullptr);
-    edit->Lines().SetText(u"ab\r\n");
-    edit->SetModified(false);
+    Start(u"ab\r\n");
     std::vector<int> lines;
     edit->SetOnParserLineChange([&](Integer line, TColor&, TColor&) {
         lines.push_back(line);
