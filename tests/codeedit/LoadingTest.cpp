@@ -54,7 +54,6 @@ TEST_F(LoadFromFile, BytesBecomeLinesWhateverTheirEncodingOrFaults)
         // any line end splits lines, and the byte order mark is no text
         {"\xEF\xBB\xBF" "caf\xC3\xA9\rb\nc\r\n\r\nd", u"caf\u00E9\r\nb\r\nc\r\n\r\nd\r\n"},
         {std::string("\xFF\xFE" "a\0b", 5), u"a\uFFFD\r\n"},  // an odd byte behind a UTF-16 mark
-        {"caf\xE9\r\n\x80uro", u"caf\u00E9\r\n\u20ACuro\r\n"},  // no UTF-8: every byte in 8 bits
         {std::string("a\0b\r\n\0", 6), String(u"a\0b\r\n\0\r\n", 8)},  // NUL bytes stay characters of their lines
     };
     for (const auto& [bytes, text] : files) {

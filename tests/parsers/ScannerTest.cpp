@@ -176,6 +176,8 @@ struct PascalCase : Scanner<TSxCodePascalParser, uSxCodePascalParser::ptEndOfFil
     static inline const Cases Texts{
         // number forms
         {u"1..5 1.5 $fg 1e5", "{38}1{49}..{38}5{6} {39}1.5{6} {38}$f{35}g{6} {38}1{35}e5"},
+        // a second period ends the number at once, which stays an integer number (coloured as $f is)
+        {u"1.2.3 5.5..", "{38}1.2{48}.{38}3{6} {38}5.5{49}.."},
         // operators take a second character only when it fits
         {u"<=<><<=", "{53}<={51}<>{52}<{53}<="}, {u">=>:=:...", "{55}>={54}>{56}:={47}:{49}..{48}."},
         {u"(#@^", "{57}({62}#{63}@{61}^"}, {u"#13#10", "{62}#{38}13{62}#{38}10"},
@@ -437,23 +439,8 @@ TYPED_TEST(Restarts, RestartAtAnyLineGivesTheTokensOfTheFullPass)
 // What only one language's tokenizer does.
 using namespace sx::uSxCodeSqlParser;
 namespace pas = sx::uSxCodePascalParser;
-using Pascal = Scanner<TSxCodePascalParser, pas::ptEndOfFile, pas::ptLineBreak>;
 using Sql = Scanner<TSxCodeSqlParser, vtEndOfFile, vtLineBreak>;
 using Xml = Scanner<TSxCodeXMLParser, uSxCodeXmlParser::vtEndOfFile, uSxCodeXmlParser::vtLineBreak>;
-
-// A second period ends the number at once: what stands before it stays an
-// integer number, coloured as "Number".
-TEST(PascalParser, SecondPeriodLeavesAnIntegerNumber)
-{
-    using namespace pas;
-    EXPECT_EQ(Pascal::Scan(u"1.2.3"), (Pascal::Tokens{{ptNumber, u"1.2"}, {ptPeriod, u"."}, {ptNumber, u"3"}}));
-    EXPECT_EQ(Pascal::Scan(u"5.5.."), (Pascal::Tokens{{ptNumber, u"5.5"}, {ptRange, u".."}}));
-    TSxCodePascalParser p(nullptr);
-    FeedOnce(p, u"1.2.3");
-    const Painted number = Paint(p);
-    const auto& row = pas::DrawInfo[6];
-    EXPECT_TRUE(number.Text == u"1.2" && number.Back == row.BckColor && number.Fore == row.TextColor);
-}
 
 TEST(PascalParser, EveryCommentClearsTheSoapFieldsAndTheUnitRegistersTheShortName)
 {
