@@ -375,12 +375,13 @@ bool GoesOn(const Language<TToken, N>& ALanguage, TToken AKind)
     return AKind != ALanguage.Invalid && AKind != ALanguage.EndOfFile;
 }
 
-/// Tells the parser whether a token of kind AKind is code, neither a quoted
-/// string nor a comment: the brackets of code pair up, those of text do not.
+/// Tells the parser the kind of the token and whether it is code, neither a
+/// quoted string nor a comment: the brackets of code pair up, those of text do not.
 template <class TToken, std::size_t N>
 void MarkCode(TSxLangParser& AParser, const Language<TToken, N>& ALanguage, TToken AKind)
 {
     AParser.SetTokenIsCode(AKind != ALanguage.Quoted && AKind != ALanguage.Comment);
+    AParser.SetTokenKind(Integer(AKind));
 }
 
 /// The out-arguments and the result of GetNextToken for a token of kind AKind.

@@ -11,6 +11,7 @@
 #include "platform/TypInfo.h"
 
 #include <array>
+#include <cstdint>
 #include <functional>
 
 namespace sx {
@@ -170,6 +171,18 @@ public:
     /// up; a language parser says no for its strings and comments.
     bool TokenIsCode() const { return FTokenIsCode; }
     void SetTokenIsCode(bool value) { FTokenIsCode = value; }
+    /// Extension: the kind of the token last handed out, as the language's
+    /// token enumeration numbers it.
+    Integer TokenKind() const { return FTokenKind; }
+    void SetTokenKind(Integer value) { FTokenKind = value; }
+    /// Extension: all that a line start carries from the line before, packed
+    /// in one number (LineKind, and what a language keeps besides);
+    /// SetScanState, after ResetBuffer, restarts the scan in that state.
+    virtual std::uint32_t ScanState() const { return std::uint32_t(FLineKind); }
+    virtual void SetScanState(std::uint32_t AState) { FLineKind = Integer(AState); }
+    /// Extension: whether the scan stands inside a comment or section that
+    /// goes on at the next line start.
+    virtual bool ContinuesBlock() const { return FLineKind != 0; }
 
 protected:
     /// Called when the buffer is used up: takes the next piece from the feed.
@@ -196,6 +209,7 @@ protected:
     bool FEndLines = false;
     Integer FLineKind = 0;
     bool FTokenIsCode = true;
+    Integer FTokenKind = 0;
     TSxOnGetTokenPaintInfo FOnGetPaintInfo;
 
 private:

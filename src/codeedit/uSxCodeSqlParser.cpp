@@ -180,6 +180,20 @@ void TSxCodeSqlParser::Reset()
     FInComment = false;
 }
 
+// An open block comment rides above LineKind's 16 bits.
+std::uint32_t TSxCodeSqlParser::ScanState() const
+{
+    return std::uint32_t(FLineKind & 0xFFFF) | (FInComment ? 1u << 16 : 0u);
+}
+
+void TSxCodeSqlParser::SetScanState(std::uint32_t AState)
+{
+    FLineKind = Integer(AState & 0xFFFF);
+    FInComment = (AState >> 16) != 0;
+}
+
+bool TSxCodeSqlParser::ContinuesBlock() const { return FInComment; }
+
 String TSxCodeSqlParser::PeekString(Integer Count) { return PeekChars(Count); }
 
 bool TSxCodeSqlParser::GetNextToken(String& Token, TColor& BackGround, TColor& TextColor, TFontStyles& FontStyle,

@@ -90,6 +90,10 @@ public:
     /// The next Count characters, left in the input.
     String PeekString(Integer Count);
 
+    std::uint32_t ScanState() const override;
+    void SetScanState(std::uint32_t AState) override;
+    bool ContinuesBlock() const override;
+
 protected:
     void Reset() override;
     virtual uSxCodeSqlParser::TSxSqlToken InternalGetNextToken(String& Token);

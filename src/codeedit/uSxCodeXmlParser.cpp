@@ -73,6 +73,20 @@ void TSxCodeXMLParser::Reset()
     FParseInfo = pNone;
 }
 
+// The machine's state rides above LineKind's 16 bits.
+std::uint32_t TSxCodeXMLParser::ScanState() const
+{
+    return std::uint32_t(FLineKind & 0xFFFF) | std::uint32_t(FParseInfo) << 16;
+}
+
+void TSxCodeXMLParser::SetScanState(std::uint32_t AState)
+{
+    FLineKind = Integer(AState & 0xFFFF);
+    FParseInfo = TParseInfo(AState >> 16 <= pCDATA ? AState >> 16 : pNone);
+}
+
+bool TSxCodeXMLParser::ContinuesBlock() const { return FParseInfo == pCDATA; }
+
 String TSxCodeXMLParser::ReadString(Integer Count)
 {
     String result;

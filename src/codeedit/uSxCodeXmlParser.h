@@ -71,6 +71,10 @@ public:
     bool GetNextToken(String& Token, TColor& BackGround, TColor& TextColor, TFontStyles& FontStyle,
                       bool& LineBreak) override;
 
+    std::uint32_t ScanState() const override;
+    void SetScanState(std::uint32_t AState) override;
+    bool ContinuesBlock() const override;
+
 protected:
     void Reset() override;
 
