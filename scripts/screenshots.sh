@@ -56,8 +56,8 @@ trap 'fail "stopped by a signal"' TERM INT
 # Liberation Mono here): the first character cell of the main window and of
 # the database window, and the size of a cell, in pixels.
 readonly cell_width=8 line_height=15
-# The demo shows line numbers: two digits widen the gutter to 26 pixels.
-readonly main_text_x=28 main_text_y=19 db_text_x=226 db_text_y=19
+# The demo shows fold buttons and line numbers: the gutter is 42 pixels wide.
+readonly main_text_x=44 main_text_y=19 db_text_x=226 db_text_y=19
 readonly db_list_row_height=14
 
 # open_editor TITLE-PATTERN ARGUMENTS...: starts sxedit and waits for its window.

@@ -52,7 +52,7 @@ DemoWindow::DemoWindow() : FEdit(new TSxCodeEdit(nullptr)), FPopup(new TPopupMen
     // off. Undo keeps its classic steps until grouping is chosen.
     FEdit->SetExtOptions({TSxCodeExtOption::coLineNumbers, TSxCodeExtOption::coCurrentLine,
                           TSxCodeExtOption::coBracketMatch, TSxCodeExtOption::coRedo,
-                          TSxCodeExtOption::coRegExpSearch});
+                          TSxCodeExtOption::coRegExpSearch, TSxCodeExtOption::coFolding});
     UseTheme(QStringLiteral("Light"));
     BuildMenus();
     BuildPopupMenu();
@@ -129,6 +129,7 @@ void DemoWindow::BuildViewMenu()
         {"&Redo", TSxCodeExtOption::coRedo},
         {"&Grouped undo", TSxCodeExtOption::coGroupUndo},
         {"Regular e&xpressions in Find and Replace", TSxCodeExtOption::coRegExpSearch},
+        {"&Folding (Ctrl+Shift+[ and ], Ctrl+Alt+[ and ])", TSxCodeExtOption::coFolding},
     };
     for (const auto& entry : entries) {
         QAction* action = view->addAction(tr(entry.caption));

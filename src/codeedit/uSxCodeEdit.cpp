@@ -4,6 +4,7 @@
 
 #include "codeedit/fSxCodeEditSearchReplaceDlg.h"
 #include "codeedit/uSxCodeEditAccessible.h"
+#include "codeedit/uSxCodeEditFolding.h"
 
 #include "platform/RegExpr.h"
 
@@ -73,6 +74,8 @@ TSxCodeEdit::~TSxCodeEdit()
 {
     FAccessibilityAllowed = false;
     FAccessibility.reset();
+    FLines->SetFoldListener(nullptr);
+    FFolding.reset();
     FreeAndNil(FSearchDlg);
     FreeAndNil(FUndoList);
     if (FParser && FParser->Owner() == this) {
@@ -111,8 +114,11 @@ void TSxCodeEdit::Notification(TComponent* AComponent, TOperation Operation)
     TCustomControl::Notification(AComponent, Operation);
     if (Operation != TOperation::opRemove)
         return;
-    if (AComponent == FParser)
+    if (AComponent == FParser) {
         FParser = nullptr;
+        if (FFolding)
+            FFolding->SetParser(nullptr);
+    }
     else if (AComponent == FPopupMenu)
         FPopupMenu = nullptr;
 }
@@ -166,6 +172,8 @@ void TSxCodeEdit::SetParser(TSxLangParser* Value)
         FParser->FreeNotification(this);
     else
         GetParser();
+    if (FFolding)
+        FFolding->SetParser(FParser);
     Invalidate();
 }
 
@@ -262,6 +270,7 @@ TSxTextArea TSxCodeEdit::TextArea()
     area.LineHeight = GetLineWidth();
     area.FirstColumn = FHScrollBar->Position();
     area.FirstLine = FVScrollBar->Position();
+    area.Rows = ActiveFolding();
     return area;
 }
 
@@ -302,6 +311,7 @@ void TSxCodeEdit::SetOptions(TSxCodeOptions Value)
 void TSxCodeEdit::SetExtOptions(TSxCodeExtOptions Value)
 {
     FExtOptions = Value;
+    ApplyFoldingOption();
     FUndoList->Listen(HasExtOption(TSxCodeExtOption::coRedo) ? FLines : nullptr);
     PositionScollBars();
     Invalidate();

@@ -22,6 +22,8 @@
 namespace sx {
 
 class TSxAccessibleTextModel;
+class TSxCodeEditFolding;
+struct TSxFoldRegion;
 class TFrmCodeEditSearchReplaceDlg;
 class TRegExpr;
 class TSxStringStream;
@@ -42,6 +44,7 @@ enum class TSxCodeExtOption {
     coRedo,          ///< undone steps can be redone
     coGroupUndo,     ///< a run of typing or of Backspaces undoes as one step
     coRegExpSearch,  ///< the search dialog offers "Regular expression": the text to find as a PCRE2 pattern
+    coFolding,       ///< regions of code fold and unfold from buttons in the gutter and by keys
 };
 using TSxCodeExtOptions = TSet<TSxCodeExtOption, 32>;
 
@@ -49,6 +52,9 @@ using TSxCodeExtOptions = TSet<TSxCodeExtOption, 32>;
 /// the least, and this many from its right edge, where its rules stand.
 constexpr Integer LineNumberLeftMargin = 4;
 constexpr Integer LineNumberRightMargin = 6;
+/// With coFolding the gutter holds a fold button left of the line numbers,
+/// in this many pixels from its left edge.
+constexpr Integer FoldButtonRoom = 20;
 
 /// Bracket matching looks for a partner this many lines from the caret at
 /// the most, and tokenizes this many characters of lines with brackets, so
@@ -271,6 +277,27 @@ public:
     /// compile and ERegExprLimit for a runaway match.
     bool FindText(const TSxFindRequest& ARequest, TPoint& AStart, TPoint& AEnd, String* AReplacement = nullptr);
 
+    /// Extension (coFolding): folding of regions of code. Fold folds the
+    /// region that starts at ALine, or else the innermost one that holds it;
+    /// Unfold unfolds the folded region that starts at or hides ALine. Each
+    /// answers whether it changed anything.
+    bool Fold(Integer ALine);
+    bool Unfold(Integer ALine);
+    bool ToggleFold(Integer ALine);
+    void FoldAll();
+    void UnfoldAll();
+    /// Whether ALine shows: True for every line without coFolding.
+    bool IsLineVisible(Integer ALine);
+    /// The regions of the text that can fold, and those folded now, in order
+    /// of their first line; First stays shown, the lines after it up to Last hide.
+    std::vector<TSxFoldRegion> FoldRegions();
+    /// The region that starts at ALine, if one does and can fold.
+    std::optional<TSxFoldRegion> FoldRegionAt(Integer ALine);
+    std::vector<TSxFoldRegion> FoldedRegions();
+    /// Fires after regions fold or unfold, by the user, the application or an edit.
+    const TNotifyEvent& OnFoldChange() const { return FOnFoldChange; }
+    void SetOnFoldChange(TNotifyEvent Value) { FOnFoldChange = std::move(Value); }
+
     // Public operations.
     void CalcCursor(Integer& X, Integer& Y);
     void InsertCode(Integer ALinePos, Integer ACharPos, const String& ATxt);
@@ -423,6 +450,22 @@ protected:
     std::optional<TPoint> FindPartner(const TBracketAt& ABracket);
     /// The gutter's width that fits the number of the last line (uSxCodeEditGutter.cpp).
     Integer LineNumberGutterWidth() const;
+    /// Folding, when coFolding is on (uSxCodeEditFold.cpp): brought in line
+    /// with the text, or null.
+    TSxCodeEditFolding* ActiveFolding();
+    /// Makes or drops the folding as coFolding says.
+    void ApplyFoldingOption();
+    /// The line ASteps shown lines below ALine (above for a negative count).
+    Integer ShownLineFrom(Integer ALine, Integer ASteps);
+    /// The row of ALine and the line of ARow: equal without folding.
+    Integer RowOfLine(Integer ALine);
+    Integer LineOfRow(Integer ARow);
+    /// A press on a fold button toggles its region; answers whether it was one.
+    bool ClickFoldButton(Integer X, Integer Y);
+    /// The fold keys: Ctrl+Shift+[ and ], Ctrl+Alt+[ and ]; answers whether Key was one.
+    bool FoldKey(Word Key, TShiftState Shift);
+    /// After folding: the caret leaves the hidden lines for the region's first line.
+    void CaretOutOfFolds();
     void ResetCaret();
     void PositionScollBars();
     void ScrollChange(TObject* Sender);
@@ -605,6 +648,8 @@ private:
     /// A drag that began on the line numbers, and the line it began on.
     bool FSelectingLines = false;
     Integer FLineSelectAnchor = 0;
+    std::unique_ptr<TSxCodeEditFolding> FFolding;
+    TNotifyEvent FOnFoldChange;
 };
 
 }  // namespace sx

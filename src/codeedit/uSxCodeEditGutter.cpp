@@ -23,7 +23,8 @@ Integer DecimalDigits(Integer value)
 Integer TSxCodeEdit::LineNumberGutterWidth() const
 {
     const Integer widest = DecimalDigits(std::max(FLines->Count(), 1)) * FCharWidth;
-    return std::max(FGuttorWidth, LineNumberLeftMargin + widest + LineNumberRightMargin);
+    const Integer left = HasExtOption(TSxCodeExtOption::coFolding) ? FoldButtonRoom : LineNumberLeftMargin;
+    return std::max(FGuttorWidth, left + widest + LineNumberRightMargin);
 }
 
 bool TSxCodeEdit::OnLineNumbers(Integer X) const
@@ -34,7 +35,7 @@ bool TSxCodeEdit::OnLineNumbers(Integer X) const
 Integer TSxCodeEdit::LineAtPixel(Integer Y)
 {
     const Integer row = GetLineWidth() > 0 ? Y / GetLineWidth() : 0;
-    return std::clamp(FVScrollBar->Position() + row, 0, std::max(FLines->Count() - 1, 0));
+    return std::clamp(LineOfRow(FVScrollBar->Position() + row), 0, std::max(FLines->Count() - 1, 0));
 }
 
 void TSxCodeEdit::SelectWholeLines(Integer ALine)

@@ -85,6 +85,8 @@ bool IsWordChar(Char c)
 void TSxCodeEdit::KeyDown(Word& Key, TShiftState Shift)
 {
     KeyCommand(Key, Shift);
+    if (FoldKey(Key, Shift))
+        Key = 0;
     if (Key == VK_OEM_6 && HasExtOption(TSxCodeExtOption::coBracketMatch) &&
         ModifierKeysOf(Shift) == TShiftState{TShiftStateItem::ssCtrl}) {
         GotoMatchingBracket();
@@ -115,8 +117,8 @@ void TSxCodeEdit::ActOnKey(Word Key, TShiftState Shift)
 {
     const bool ctrl = Shift.Contains(TShiftStateItem::ssCtrl);
     switch (Key) {
-    case VK_PRIOR: SetLinePos(FLinePos - FVScrollBar->PageSize()); break;
-    case VK_NEXT: SetLinePos(FLinePos + FVScrollBar->PageSize()); break;
+    case VK_PRIOR: SetLinePos(ShownLineFrom(FLinePos, -FVScrollBar->PageSize())); break;
+    case VK_NEXT: SetLinePos(ShownLineFrom(FLinePos, FVScrollBar->PageSize())); break;
     case VK_END:
         if (Shift.Contains(TShiftStateItem::ssShift))
             SetSelection(false);
@@ -138,7 +140,7 @@ void TSxCodeEdit::ActOnKey(Word Key, TShiftState Shift)
         break;
     case VK_UP:
         if (FLinePos > 0)
-            SetLinePos(FLinePos - 1);
+            SetLinePos(ShownLineFrom(FLinePos, -1));
         break;
     case VK_RIGHT:
         if (ctrl)
@@ -148,7 +150,7 @@ void TSxCodeEdit::ActOnKey(Word Key, TShiftState Shift)
         break;
     case VK_DOWN:
         if (FLinePos < FLines->Count())
-            SetLinePos(FLinePos + 1);
+            SetLinePos(ShownLineFrom(FLinePos, 1));
         break;
     case VK_DELETE: DeleteKey(Shift); break;
     default: break;

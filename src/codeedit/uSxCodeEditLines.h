@@ -39,6 +39,8 @@ public:
     /// text changed between two looks without comparing it.
     std::uint64_t ChangeCount() const { return FChangeCount; }
     void SetHistoryListener(TSxLinesListener* Listener) { FHistoryListener = Listener; }
+    /// The folding's listener, told before the others.
+    void SetFoldListener(TSxLinesListener* Listener) { FFoldListener = Listener; }
 
     void Put(Integer Index, const String& S) override;
     void Insert(Integer Index, const String& S) override;
@@ -55,6 +57,8 @@ private:
     void Tell(F ATell)
     {
         ++FChangeCount;
+        if (FFoldListener)
+            ATell(*FFoldListener);
         if (FListener)
             ATell(*FListener);
         if (FHistoryListener)
@@ -63,6 +67,7 @@ private:
 
     TSxLinesListener* FListener = nullptr;
     TSxLinesListener* FHistoryListener = nullptr;
+    TSxLinesListener* FFoldListener = nullptr;
     std::uint64_t FChangeCount = 0;
 };
 

@@ -22,13 +22,15 @@ void TSxCodeEdit::MoveCaretToPoint(Integer X, Integer Y)
     if (GetCharWidth() > 0)
         SetCharPos(std::max(FHScrollBar->Position() + (X - RealGuttorWidth()) / GetCharWidth(), 0));
     if (GetLineWidth() > 0)
-        SetLinePos(FVScrollBar->Position() + Y / GetLineWidth());
+        SetLinePos(LineOfRow(FVScrollBar->Position() + Y / GetLineWidth()));
 }
 
 void TSxCodeEdit::MouseDown(TMouseButton Button, TShiftState Shift, Integer X, Integer Y)
 {
     TCustomControl::MouseDown(Button, Shift, X, Y);
     SetFocus();
+    if (Button == TMouseButton::mbLeft && ClickFoldButton(X, Y))
+        return;
     if (Button == TMouseButton::mbLeft) {
         InMouseDown = true;
         inMouseMove = false;

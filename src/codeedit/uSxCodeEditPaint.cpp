@@ -3,6 +3,7 @@
 // with the state stored in that line's slot, and fed one line at a time.
 #include "codeedit/uSxCodeEdit.h"
 
+#include "codeedit/uSxCodeEditFolding.h"
 #include "codeedit/uSxPaintHelpers.h"
 
 #include <algorithm>
@@ -64,7 +65,10 @@ public:
         PenY = 0;
         // Ink may reach left of a glyph's origin, by less than a line's height.
         DrawLimit = Main->Width() + E.GetLineWidth();
-        TopLine = E.FVScrollBar->Position();
+        TopLine = E.LineOfRow(E.FVScrollBar->Position());
+        Folds = E.ActiveFolding();
+        if (Folds)
+            FindFoldButtons();
         if (TopLine < E.FLines->Count()) {
             PrepareParser();
             StartLine();
@@ -158,7 +162,10 @@ private:
         P->ResetBuffer();
         P->SetRemarkEnd(String());
         P->SetEndLines(true);
-        P->SetLineKind(Integer(E.FLines->Objects(TopLine)));
+        if (Folds)
+            P->SetScanState(Folds->Structure().ScanStateAt(TopLine));
+        else
+            P->SetLineKind(Integer(E.FLines->Objects(TopLine)));
         E.SetParserLineNr(TopLine);
         P->SetOnGetNewBuffer(ParserFeed{&E});
     }
@@ -189,6 +196,8 @@ private:
             if (E.ParserLineCollapse && Gutter)
                 SxPaintTreeButton(Gutter->Canvas(), Rect(4, PenY, 20, PenY + 15), !E.ParserLineCollapsed);
             if (LineBreak) {
+                if (Folds && Folds->IsFolded(E.FParserLineNr - 1))
+                    SxPaintFoldMarker(c, PenX + E.GetCharWidth(), PenY, E.GetLineWidth(), clGrayText);
                 PenY += E.GetLineWidth();
                 StartLine();
                 continue;
@@ -208,6 +217,8 @@ private:
     {
         if (ShowNumbers)
             PaintLineNumber(E.FParserLineNr);
+        if (Gutter && std::binary_search(ButtonLines.begin(), ButtonLines.end(), E.FParserLineNr - 1))
+            SxPaintFoldButton(Gutter->Canvas(), Rect(4, PenY, 20, PenY + 15), Folds->IsFolded(E.FParserLineNr - 1));
         c.Brush().Style = TBrushStyle::bsSolid;
         LineBack = BackColor;
         LineFont = TextColor;
@@ -219,6 +230,22 @@ private:
             c.Font().SetColor(LineFont);
             c.Rectangle(PenX, PenY, Main->Width(), PenY + E.GetLineWidth());
         }
+    }
+
+    /// The lines of the view that start a region, before the parser is
+    /// busy painting: finding them may scan the text with it.
+    void FindFoldButtons()
+    {
+        const Integer rows = E.ClientHeight() / std::max(E.GetLineWidth(), 1) + 1;
+        const Integer firstRow = E.FVScrollBar->Position();
+        for (Integer row = firstRow; row <= firstRow + rows; ++row) {
+            const Integer line = Folds->LineOfRow(row);
+            if (line >= E.FLines->Count())
+                break;
+            if (Folds->IsFolded(line) || Folds->Structure().RegionAt(line))
+                ButtonLines.push_back(line);
+        }
+        Folds->Structure().EnsureScanned(Folds->LineOfRow(firstRow + rows + 1));
     }
 
     /// The line's number, from 1, right-aligned in front of the gutter's rules.
@@ -428,6 +455,9 @@ private:
 
     TSxCodeEdit& E;
     TSxLangParser* P = nullptr;
+    /// The folding with coFolding, and the lines of the view with a fold button.
+    TSxCodeEditFolding* Folds = nullptr;
+    std::vector<Integer> ButtonLines;
     std::unique_ptr<TBitmap> Main;
     std::unique_ptr<TBitmap> Gutter;
     TSxTextArea Area;
@@ -468,6 +498,15 @@ bool TSxCodeEdit::ParserGetNewBuffer(bool AReset, String& S)
     if (AReset) {
         FParserLineNr = 0;
         return true;
+    }
+    if (FFolding && InPaint && !FFolding->IsLineVisible(FParserLineNr)) {
+        // The hidden lines of a folded region are not fed: the scan goes on
+        // behind them in the state the fold structure found there.
+        FParserLineNr = FFolding->LineOfRow(FFolding->RowOf(FParserLineNr) + 1);
+        if (FParserLineNr < FLines->Count()) {
+            GetParser()->SetRemarkEnd(String());
+            GetParser()->SetScanState(FFolding->Structure().ScanStateAt(FParserLineNr));
+        }
     }
     if (FParserLineNr >= FLines->Count())
         return false;

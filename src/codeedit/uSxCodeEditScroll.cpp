@@ -3,6 +3,7 @@
 // here, and the wheel and the focus reach the view through this file.
 #include "codeedit/uSxCodeEdit.h"
 
+#include "codeedit/uSxCodeEditFolding.h"
 #include "platform/Caret.h"
 
 #include <algorithm>
@@ -47,10 +48,14 @@ void TSxCodeEdit::SetLinePos(Integer Value)
         FLinePos = 0;
     if (FLinePos >= FLines->Count())
         FLinePos = std::max(FLines->Count() - 1, 0);
-    if (FLinePos < FVScrollBar->Position())
-        FVScrollBar->SetPosition(FLinePos);
-    else if (std::int64_t(FLinePos) > std::int64_t(FVScrollBar->Position()) + FVScrollBar->PageSize() - 1)
-        FVScrollBar->SetPosition(ClampedDifference(FLinePos, FVScrollBar->PageSize()));
+    // The caret never stands on a hidden line: its region unfolds.
+    if (TSxCodeEditFolding* folding = ActiveFolding())
+        folding->Reveal(FLinePos);
+    const Integer row = RowOfLine(FLinePos);
+    if (row < FVScrollBar->Position())
+        FVScrollBar->SetPosition(row);
+    else if (std::int64_t(row) > std::int64_t(FVScrollBar->Position()) + FVScrollBar->PageSize() - 1)
+        FVScrollBar->SetPosition(ClampedDifference(row, FVScrollBar->PageSize()));
     ResetCaret();
     if (FOnCursorChange)
         FOnCursorChange(this);
@@ -87,7 +92,8 @@ void TSxCodeEdit::PositionScollBars()
     FVScrollBar->SetTabStop(false);
     FVScrollBar->SetKind(TScrollBarKind::sbVertical);
     FVScrollBar->SetBounds(Width() - t, 0, t, Height() - t);
-    FVScrollBar->SetMax(FLines->Count() + 100);
+    // The bar counts the rows: with folding, the lines that show.
+    FVScrollBar->SetMax((FFolding ? FFolding->RowCount() : FLines->Count()) + 100);
     FVScrollBar->SetPageSize((Height() - FHScrollBar->Height() - GetLineWidth()) / GetLineWidth());
     if (FVScrollBar->PageSize() >= 0)
         FVScrollBar->SetLargeChange(FVScrollBar->PageSize());

@@ -11,6 +11,18 @@
 
 namespace sx {
 
+/// The rows lines show on when some lines are hidden (folding): a hidden
+/// line shares the row of the shown line above it.
+class TSxRowMap {
+public:
+    virtual Integer RowOf(Integer ALine) const = 0;
+    virtual Integer LineOfRow(Integer ARow) const = 0;
+    virtual bool IsLineVisible(Integer ALine) const = 0;
+
+protected:
+    ~TSxRowMap() = default;
+};
+
 struct TSxTextArea {
     /// Text, and a composition at the caret, stand this many pixels right of
     /// their cell's left edge.
@@ -24,14 +36,18 @@ struct TSxTextArea {
     Integer CharWidth = 0;    ///< of one column
     Integer LineHeight = 0;   ///< of one line
     Integer FirstColumn = 0;  ///< the column at the left edge (the horizontal scroll position)
-    Integer FirstLine = 0;    ///< the line at the top (the vertical scroll position)
+    Integer FirstLine = 0;    ///< the row at the top (the vertical scroll position)
+    /// With hidden lines, their rows; without, each line is its own row.
+    const TSxRowMap* Rows = nullptr;
+
+    std::int64_t RowOf(std::int64_t line) const { return Rows ? Rows->RowOf(Integer(line)) : line; }
 
     // In 64 bits: a position far out in virtual space lies far outside the area.
 
     /// The left edge of the column's cell.
     std::int64_t CellX(std::int64_t column) const { return Left + (column - FirstColumn) * CharWidth; }
     /// The top edge of the line's cell.
-    std::int64_t CellY(std::int64_t line) const { return (line - FirstLine) * LineHeight; }
+    std::int64_t CellY(std::int64_t line) const { return (RowOf(line) - FirstLine) * LineHeight; }
     /// Where the column's text is drawn.
     std::int64_t TextX(std::int64_t column) const { return CellX(column) + InnerMargin; }
 
@@ -40,7 +56,7 @@ struct TSxTextArea {
     {
         const std::int64_t x = CellX(column) - Left;
         const std::int64_t y = CellY(line);
-        return x >= 0 && x < Width && y >= 0 && y < Height;
+        return x >= 0 && x < Width && y >= 0 && y < Height && (!Rows || Rows->IsLineVisible(Integer(line)));
     }
 
     /// The column and line whose text cell holds the point; a point left of
@@ -48,7 +64,8 @@ struct TSxTextArea {
     TPoint PositionAt(TPoint pixel) const
     {
         const Integer textX = std::max(pixel.X - Left - InnerMargin, 0);
-        return Point(textX / CharWidth + FirstColumn, pixel.Y / LineHeight + FirstLine);
+        const Integer row = pixel.Y / LineHeight + FirstLine;
+        return Point(textX / CharWidth + FirstColumn, Rows ? Rows->LineOfRow(row) : row);
     }
 };
 

@@ -11,9 +11,9 @@
 #include "platform/StringList.h"
 
 #include <cstdint>
-#include <map>
 #include <memory>
 #include <optional>
+#include <unordered_map>
 #include <vector>
 
 namespace sx {
@@ -46,9 +46,15 @@ public:
     /// The regions whose first line lies from AFrom to ATo, in order of
     /// their first line (an outer region before the ones inside it).
     std::vector<TSxFoldRegion> Regions(Integer AFrom, Integer ATo);
-    /// The parser's scan state at the start of ALine, as the structure's
-    /// scan found it (see TSxLangParser::ScanState).
-    std::uint32_t ScanStateAt(Integer ALine);
+    /// Scans until the records of lines up to ALine, and the start of the
+    /// line after it, are known.
+    void EnsureScanned(Integer ALine);
+    /// The parser's scan state at the start of ALine as far as the text is
+    /// scanned (see TSxLangParser::ScanState); 0 beyond, and inside a token
+    /// that runs over the line start. It never scans: a paint asks it while
+    /// the parser is busy.
+    std::uint32_t ScanStateAt(Integer ALine) const;
+    TSxLangParser* Parser() const { return FParser; }
     /// Counts the changes of the structure's input: edits and a new parser.
     std::uint64_t Version() const { return FVersion; }
 
@@ -88,11 +94,9 @@ private:
     const StackEntry& Entry(std::uint32_t AStack) const { return FStacks[AStack]; }
     std::uint16_t Depth(std::uint32_t AStack) const { return FStacks[AStack].Depth; }
 
-    /// Scans until the records of lines up to ALine, and the start of the
-    /// line after it, are known.
-    void EnsureScanned(Integer ALine);
-    /// Whether ALine starts a region, with the region's last line; scans on as far as needed.
-    std::optional<TSxFoldRegion> RegionFrom(Integer ALine);
+    /// Whether more regions are open at the end of ALine than at its fewest:
+    /// the line starts a region. Its record and the next are scanned.
+    bool IsHeader(Integer ALine) const;
     /// Takes the records' stale parts as unknown: an edit at AIndex.
     void Invalidate(Integer AIndex);
 
@@ -110,7 +114,11 @@ private:
     /// holds may stop there.
     Integer FDirtyEnd = 0;
     std::vector<StackEntry> FStacks;
-    std::map<std::pair<std::uint32_t, Integer>, std::uint32_t> FStackIndex;
+    /// The entry of each (outer entry, kind) pair, to find an equal stack.
+    std::unordered_map<std::uint64_t, std::uint32_t> FStackIndex;
+    /// Answers of RegionAt for the current Version.
+    std::unordered_map<Integer, std::optional<TSxFoldRegion>> FRegionCache;
+    std::uint64_t FCacheVersion = 0;
     std::uint64_t FVersion = 0;
 };
 

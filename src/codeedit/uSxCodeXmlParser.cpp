@@ -82,7 +82,8 @@ std::uint32_t TSxCodeXMLParser::ScanState() const
 void TSxCodeXMLParser::SetScanState(std::uint32_t AState)
 {
     FLineKind = Integer(AState & 0xFFFF);
-    FParseInfo = TParseInfo(AState >> 16 <= pCDATA ? AState >> 16 : pNone);
+    const std::uint32_t info = AState >> 16;
+    FParseInfo = info <= std::uint32_t(pCDATA) ? TParseInfo(info) : pNone;
 }
 
 bool TSxCodeXMLParser::ContinuesBlock() const { return FParseInfo == pCDATA; }

@@ -63,6 +63,7 @@ SxCodeEditor::SxCodeEditor(QWidget* parent) : QWidget(parent)
     m_format = std::make_unique<FileFormat>();
     m_find = std::make_unique<FindState>();
     m_edit->OnEventHandled = [this](TObject*) { m_reporter->EventHandled(); };
+    m_edit->SetOnFoldChange([this](TObject*) { m_reporter->FoldingChanged(); });
     // The widget's font property tells the control's font from the start.
     QWidget::setFont(m_edit->Font().QtFont());
     m_theme = QStringLiteral("Classic");
@@ -73,6 +74,7 @@ SxCodeEditor::~SxCodeEditor()
     // The control goes with its widget, a child of this one, after this body:
     // it must not call back into a half-destroyed editor.
     m_edit->OnEventHandled = nullptr;
+    m_edit->SetOnFoldChange(nullptr);
 }
 
 TSxCodeEdit* SxCodeEditor::control() const { return m_edit; }

@@ -61,6 +61,7 @@ class SxCodeEditor : public QWidget {
     Q_PROPERTY(bool lineNumbersVisible READ areLineNumbersVisible WRITE setLineNumbersVisible)
     Q_PROPERTY(bool currentLineHighlighted READ isCurrentLineHighlighted WRITE setCurrentLineHighlighted)
     Q_PROPERTY(bool bracketMatching READ isBracketMatching WRITE setBracketMatching)
+    Q_PROPERTY(bool foldingEnabled READ isFoldingEnabled WRITE setFoldingEnabled)
     Q_PROPERTY(bool redoEnabled READ isRedoEnabled WRITE setRedoEnabled)
     Q_PROPERTY(bool undoGrouped READ isUndoGrouped WRITE setUndoGrouped)
     Q_PROPERTY(int undoLimit READ undoLimit WRITE setUndoLimit)
@@ -161,6 +162,20 @@ public:
     bool isBracketMatching() const;
     /// Off at first.
     void setBracketMatching(bool matching);
+    /// Regions of code (blocks, long comments, elements) fold from buttons in
+    /// the gutter and by keys: Ctrl+Shift+[ and ] at the caret, Ctrl+Alt+[
+    /// and ] everywhere. The language gives the regions.
+    bool isFoldingEnabled() const;
+    /// Off at first.
+    void setFoldingEnabled(bool enabled);
+    /// The first lines of the regions that can fold, in order.
+    QList<int> foldRegionStarts() const;
+    /// The last line that the region starting at line hides; -1 when no region starts there.
+    int foldRegionEnd(int line) const;
+    /// Whether the region that starts at line is folded.
+    bool isFolded(int line) const;
+    /// Whether line shows: false for a line that a folded region hides.
+    bool isLineVisible(int line) const;
     /// Undone steps can be redone (Ctrl+Y, Ctrl+Shift+Z, redo()).
     bool isRedoEnabled() const;
     /// Off at first, as in the classic control.
@@ -242,6 +257,16 @@ public slots:
     void showReplaceDialog();
     /// Puts the caret at the start of a line (from 0) and scrolls it into view.
     void gotoLine(int line);
+    /// Folds the region that starts at line, or else the innermost one that holds it.
+    void fold(int line);
+    /// Unfolds the region folded at line, or those that hide it.
+    void unfold(int line);
+    /// Unfolds the region folded at line, or else folds as fold() does.
+    void toggleFold(int line);
+    /// Folds every region of the text.
+    void foldAll();
+    /// Unfolds every folded region.
+    void unfoldAll();
 
 signals:
     /// The text changed, by the user or by a call.
@@ -254,6 +279,8 @@ signals:
     void selectionChanged();
     /// isReadOnly() changed to readOnly.
     void readOnlyChanged(bool readOnly);
+    /// Regions folded or unfolded, by the user, a call or an edit that reached a hidden line.
+    void foldingChanged();
 
 protected:
     /// Passes a change of the widget's font on to the control.

@@ -47,6 +47,8 @@ public:
     /// The control handled a Qt event or a posted message: reports unless a
     /// call of the widget is under way, which reports at its end.
     void EventHandled();
+    /// The control's folding changed: reported with the next look.
+    void FoldingChanged() { ++m_foldChanges; }
     /// Emits the signals of what changed since the last look.
     void Report();
     /// Whether the text changed since it was last marked clean, counting the
@@ -61,6 +63,7 @@ private:
         bool selected = false;
         SxTextRange selection;
         bool readOnly = false;
+        std::uint64_t foldChanges = 0;
         friend bool operator==(const Look&, const Look&) = default;
     };
     Look LookNow() const;
@@ -73,4 +76,5 @@ private:
     int m_depth = 0;
     bool m_reporting = false;
     bool m_again = false;
+    std::uint64_t m_foldChanges = 0;
 };

@@ -43,6 +43,7 @@ SxCodeEditor::Reporter::Look SxCodeEditor::Reporter::LookNow() const
     if (look.selected)
         look.selection = m_editor.selection();
     look.readOnly = m_editor.isReadOnly();
+    look.foldChanges = m_foldChanges;
     return look;
 }
 
@@ -83,4 +84,6 @@ void SxCodeEditor::Reporter::EmitChanges(const Look& was, const Look& now)
         emit m_editor.selectionChanged();
     if (now.readOnly != was.readOnly)
         emit m_editor.readOnlyChanged(now.readOnly);
+    if (now.foldChanges != was.foldChanges)
+        emit m_editor.foldingChanged();
 }

@@ -43,6 +43,7 @@ constexpr Word VK_F11 = 0x7A;
 constexpr Word VK_F12 = 0x7B;
 constexpr Word VK_NUMLOCK = 0x90;
 constexpr Word VK_SCROLL = 0x91;
+constexpr Word VK_OEM_4 = 0xDB;  ///< "[" on a US keyboard
 constexpr Word VK_OEM_6 = 0xDD;  ///< "]" on a US keyboard
 
 }  // namespace sx

@@ -14,7 +14,7 @@ namespace sx {
 namespace {
 
 /// Keys whose code does not follow from their Qt number by a rule.
-constexpr std::array<std::pair<int, Word>, 37> KeyTable{{
+constexpr std::array<std::pair<int, Word>, 39> KeyTable{{
     {Qt::Key_Backspace, VK_BACK},   {Qt::Key_Tab, VK_TAB},          {Qt::Key_Backtab, VK_TAB},
     {Qt::Key_Return, VK_RETURN},    {Qt::Key_Enter, VK_RETURN},     {Qt::Key_Shift, VK_SHIFT},
     {Qt::Key_Control, VK_CONTROL},  {Qt::Key_Alt, VK_MENU},         {Qt::Key_Pause, VK_PAUSE},
@@ -29,6 +29,7 @@ constexpr std::array<std::pair<int, Word>, 37> KeyTable{{
     {Qt::Key_Comma, 0xBC},          {Qt::Key_Minus, 0xBD},          {Qt::Key_Period, 0xBE},
     {Qt::Key_Slash, 0xBF},          {Qt::Key_QuoteLeft, 0xC0},      {Qt::Key_BracketLeft, 0xDB},
     {Qt::Key_Backslash, 0xDC},      {Qt::Key_BracketRight, 0xDD},   {Qt::Key_Apostrophe, 0xDE},
+    {Qt::Key_BraceLeft, 0xDB},      {Qt::Key_BraceRight, 0xDD},
 }};
 
 /// The digit row's shifted characters of a US keyboard, in the order 0 to 9.

@@ -179,7 +179,7 @@ bool RunSession(Host& host, const std::vector<std::uint8_t>& bytes, const std::s
 /// Every extended option on, from seed 101.
 const TSxCodeExtOptions AllOptions{TSxCodeExtOption::coLineNumbers, TSxCodeExtOption::coCurrentLine,
                                    TSxCodeExtOption::coBracketMatch, TSxCodeExtOption::coRedo,
-                                   TSxCodeExtOption::coGroupUndo};
+                                   TSxCodeExtOption::coGroupUndo, TSxCodeExtOption::coFolding};
 
 TEST(RandomEditing, SeededSessionsKeepTheInvariantsAndUndoToTheStart)
 {

@@ -33,10 +33,10 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     TSxCodeExtOptions options;
 #ifdef SX_FUZZ_EDIT_OPTIONS
     // The first byte switches the extended options on, one bit each.
-    const Integer mask = in.Below(32);
+    const Integer mask = in.Below(128);
     for (const auto option : {TSxCodeExtOption::coLineNumbers, TSxCodeExtOption::coCurrentLine,
                               TSxCodeExtOption::coBracketMatch, TSxCodeExtOption::coRedo,
-                              TSxCodeExtOption::coGroupUndo})
+                              TSxCodeExtOption::coGroupUndo, TSxCodeExtOption::coFolding})
         if (mask & (1 << int(option)))
             options.Include(option);
 #endif

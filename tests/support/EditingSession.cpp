@@ -9,6 +9,9 @@
 #include "support/Keyboard.h"
 #include "support/ModalAnswers.h"
 
+#include "codeedit/uSxCodeFolds.h"
+#include "codeedit/uSxCodePascalParser.h"
+
 #include <QApplication>
 #include <QClipboard>
 #include <QMimeData>
@@ -145,6 +148,8 @@ private:
         FMayRaiseListError = FMayRaiseOutOfMemory = false;
         try {
             (this->*AStep.Run)();
+            if (FEdit->HasExtOption(TSxCodeExtOption::coFolding))
+                FoldSome();
         } catch (const std::exception& e) {
             Check(Expected(e), std::string("exception: ") + e.what());
         }
@@ -184,6 +189,33 @@ private:
         if (FEdit->UndoList().Count() >= UndoLimit)
             Lossy("the undo list is full");
         CheckSelectionLength();
+        if (FEdit->HasExtOption(TSxCodeExtOption::coFolding))
+            CheckFolds();
+    }
+
+    /// With coFolding: one fold call after each step, as the user or the application makes it.
+    void FoldSome()
+    {
+        const Integer line = FIn->Below(std::max(FEdit->Lines().Count(), 1));
+        switch (FIn->Below(5)) {
+        case 0: FEdit->Fold(line); break;
+        case 1: FEdit->Unfold(line); break;
+        case 2: FEdit->FoldAll(); break;
+        case 3: FEdit->UnfoldAll(); break;
+        default: break;
+        }
+    }
+
+    /// The caret stands on a line that shows, and the regions kept up to
+    /// date edit by edit are those a fresh scan of the text finds.
+    void CheckFolds()
+    {
+        Check(FCaretStale || FEdit->IsLineVisible(FEdit->LinePos()), "caret on a hidden line");
+        TStringList copy;
+        copy.Assign(FEdit->Lines());
+        TSxFoldStructure fresh(copy);
+        fresh.SetParser(FEdit->Parser());
+        Check(FEdit->FoldRegions() == fresh.Regions(0, MaxInt), "fold regions differ from a fresh scan");
     }
 
     /// SelLength counts what GetSelected gives, less two characters per line
@@ -514,6 +546,8 @@ bool RunEditingSession(Host& AHost, ByteReader& AIn, int AMaxSteps,
 {
     EditingSession session(AHost, AOnFailure);
     session.Edit().SetExtOptions(AOptions);
+    if (AOptions.Contains(TSxCodeExtOption::coFolding))
+        session.Edit().SetParser(new TSxCodePascalParser(&session.Edit()));
     return session.Run(AIn, AMaxSteps);
 }
 
