@@ -3,8 +3,10 @@
 // second, and how far the process's peak memory grows per byte of file. The
 // stream alone (read and decode, no line store) is timed beside it.
 #include "codeedit/uSxCodeEdit.h"
+#include "codeedit/uSxCodePascalParser.h"
 #include "platform/SxStringStream.h"
 
+#include <QImage>
 #include <QWidget>
 
 #include <benchmark/benchmark.h>
@@ -135,6 +137,29 @@ void ReadWithStream(benchmark::State& state, const fs::path& path)
     state.SetBytesProcessed(std::int64_t(state.iterations()) * std::int64_t(fs::file_size(path)));
 }
 
+/// A load and the first paint with a Pascal parser, with the extended options AOptions.
+void LoadAndPaint(benchmark::State& state, TSxCodeExtOptions AOptions)
+{
+    const String fileName = ToString(Files().Utf8Path());
+    QWidget window;
+    window.resize(800, 600);
+    auto edit = std::make_unique<TSxCodeEdit>(nullptr);
+    edit->Widget()->setParent(&window);
+    edit->SetBounds(0, 0, 800, 600);
+    edit->SetParser(new TSxCodePascalParser(edit.get()));
+    edit->SetExtOptions(AOptions);
+    window.show();
+    QImage screen(800, 600, QImage::Format_RGB32);
+    for (auto _ : state) {
+        edit->LoadFromFile(fileName);
+        edit->Widget()->render(&screen);
+    }
+}
+
+/// With folding the first paint finds the regions in view: a load costs about the same.
+void BM_LoadAndPaint(benchmark::State& state) { LoadAndPaint(state, {}); }
+void BM_LoadAndPaintFolding(benchmark::State& state) { LoadAndPaint(state, {TSxCodeExtOption::coFolding}); }
+
 void BM_LoadUtf8(benchmark::State& state) { LoadIntoControl(state, Files().Utf8Path()); }
 void BM_LoadUtf16LE(benchmark::State& state) { LoadIntoControl(state, Files().Utf16Path()); }
 void BM_StreamOnlyUtf8(benchmark::State& state) { ReadWithStream(state, Files().Utf8Path()); }
@@ -144,6 +169,8 @@ void BM_StreamOnlyUtf16LE(benchmark::State& state) { ReadWithStream(state, Files
 
 // A load takes about a second; a few are enough, and the peak is taken before them.
 BENCHMARK(BM_LoadUtf8)->Unit(benchmark::kMillisecond)->Iterations(3);
+BENCHMARK(BM_LoadAndPaint)->Unit(benchmark::kMillisecond)->Iterations(3);
+BENCHMARK(BM_LoadAndPaintFolding)->Unit(benchmark::kMillisecond)->Iterations(3);
 BENCHMARK(BM_LoadUtf16LE)->Unit(benchmark::kMillisecond)->Iterations(3);
 BENCHMARK(BM_StreamOnlyUtf8)->Unit(benchmark::kMillisecond)->Iterations(3);
 BENCHMARK(BM_StreamOnlyUtf16LE)->Unit(benchmark::kMillisecond)->Iterations(3);

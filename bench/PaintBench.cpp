@@ -2,7 +2,9 @@
 // top and at line 900,000: a paint tokenizes only the visible lines, so the
 // two must cost the same. The same paint with the line numbers, the current
 // line and bracket matching on, with the caret at a bracket of a line
-// whose partner is missing, so that the search runs to its bound.
+// whose partner is missing, so that the search runs to its bound. With
+// folding, a text of ten-line blocks painted with every block open and with
+// every block folded: a view of folded blocks costs no more.
 #include "codeedit/uSxCodeEdit.h"
 #include "codeedit/uSxCodePascalParser.h"
 
@@ -11,6 +13,7 @@
 
 #include <benchmark/benchmark.h>
 
+#include <functional>
 #include <memory>
 
 using namespace sx;
@@ -20,9 +23,30 @@ namespace {
 constexpr int LineCount = 1'000'000;
 constexpr int LoneBracketLine = 900'005;
 
+String StatementLine(int i)
+{
+    const String n = IntToStr(i);
+    return u"  Value" + n + u" := Compute(" + n + u", 'text') + 1.5; // step";
+}
+
+/// Every tenth line a comment, and the lone bracket.
+String CommentedLine(int i)
+{
+    if (i == LoneBracketLine)
+        return u"  Pending := (";
+    return i % 10 == 0 ? u"{ block " + IntToStr(i) + u" }" : StatementLine(i);
+}
+
+/// Blocks of ten lines: "begin", eight statements, "end;".
+String BlockLine(int i)
+{
+    const int inBlock = i % 10;
+    return inBlock == 0 ? String(u"begin") : inBlock == 9 ? String(u"end;") : StatementLine(i);
+}
+
 /// A window with one control over a million lines, built once for all runs.
 struct Fixture {
-    Fixture()
+    explicit Fixture(const std::function<String(int)>& lineOf)
     {
         window.resize(800, 600);
         edit = new TSxCodeEdit(nullptr);
@@ -31,15 +55,8 @@ struct Fixture {
         edit->SetParser(new TSxCodePascalParser(edit));
         TStringList lines;
         lines.BeginUpdate();
-        for (int i = 0; i < LineCount; ++i) {
-            const String n = IntToStr(i);
-            if (i == LoneBracketLine)
-                lines.Add(u"  Pending := (");
-            else if (i % 10 == 0)
-                lines.Add(u"{ block " + n + u" }");
-            else
-                lines.Add(u"  Value" + n + u" := Compute(" + n + u", 'text') + 1.5; // step");
-        }
+        for (int i = 0; i < LineCount; ++i)
+            lines.Add(lineOf(i));
         lines.EndUpdate();
         edit->SetLines(lines);
         window.show();
@@ -51,7 +68,13 @@ struct Fixture {
 
 Fixture& Shared()
 {
-    static Fixture fixture;
+    static Fixture fixture(CommentedLine);
+    return fixture;
+}
+
+Fixture& SharedBlocks()
+{
+    static Fixture fixture(BlockLine);
     return fixture;
 }
 
@@ -88,8 +111,29 @@ void BM_PaintLine900000LoneBracket(benchmark::State& state)
     PaintAt(state, 900'000, PaintOptions, Point(14, LoneBracketLine));
 }
 
+/// Line 900,000 at the top, with every block open or every block folded.
+void PaintBlocks(benchmark::State& state, bool folded)
+{
+    Fixture& f = SharedBlocks();
+    f.edit->SetExtOptions({TSxCodeExtOption::coFolding});
+    if (folded)
+        f.edit->FoldAll();
+    f.edit->VScrollBar().SetPosition(folded ? 90'000 : 900'000);
+    f.edit->Widget()->render(&f.screen);
+    for (auto _ : state) {
+        f.edit->Widget()->render(&f.screen);
+        benchmark::DoNotOptimize(f.screen.constBits());
+    }
+    f.edit->UnfoldAll();
+}
+
+void BM_PaintBlocksOpen(benchmark::State& state) { PaintBlocks(state, false); }
+void BM_PaintBlocksFolded(benchmark::State& state) { PaintBlocks(state, true); }
+
 }  // namespace
 
+BENCHMARK(BM_PaintBlocksOpen)->Unit(benchmark::kMicrosecond);
+BENCHMARK(BM_PaintBlocksFolded)->Unit(benchmark::kMicrosecond);
 BENCHMARK(BM_PaintTopOfMillionLines)->Unit(benchmark::kMicrosecond);
 BENCHMARK(BM_PaintLine900000OfMillionLines)->Unit(benchmark::kMicrosecond);
 BENCHMARK(BM_PaintLine900000AllOptions)->Unit(benchmark::kMicrosecond);

@@ -111,6 +111,19 @@ pascal_in_dark() {
   close_editor
 }
 
+# The sample with four regions folded by their gutter buttons, from the
+# bottom up so that the rows above stay where they are: the try block, the
+# constructor's body, the class and the first comment.
+pascal_folded() {
+  open_editor '^sample\.pas - sxedit$' examples/sample.pas
+  local line
+  for line in 42 27 12 2; do
+    xdotool mousemove --window "$window" 12 $((main_text_y + line * line_height + line_height / 2)) click 1
+  done
+  shoot screenshot-folding.png
+  close_editor
+}
+
 plain_sample() {
   open_editor "^sample\\.$1 - sxedit\$" "examples/sample.$1"
   shoot "screenshot-$1.png"
@@ -134,6 +147,7 @@ mkdir -p "$work/home"
 export HOME="$work/home" XDG_CONFIG_HOME="$work/home/.config" XDG_DATA_HOME="$work/home/.local/share"
 pascal_with_selection
 pascal_in_dark
+pascal_folded
 plain_sample vbs
 plain_sample js
 database_mode

@@ -152,8 +152,9 @@ private:
             LineRecord& old = S.FRecords[std::size_t(line)];
             if (line >= S.FDirtyEnd && AScanState != NoRestart && old.ScanState == next.ScanState &&
                 old.Stack == next.Stack && old.RuleState == next.RuleState) {
+                // Everything is known again: the next edit starts a new dirty stretch.
                 S.FValid = known - 1;
-                S.FDirtyEnd = known;
+                S.FDirtyEnd = 0;
                 return true;
             }
             old = next;
