@@ -112,12 +112,12 @@ pascal_in_dark() {
 }
 
 # The sample with four regions folded by their gutter buttons, from the
-# bottom up so that the rows above stay where they are: the try block, the
-# constructor's body, the class and the first comment.
+# bottom up so that the rows above stay where they are: the constructor's
+# body, the comment above it, the class and the first comment.
 pascal_folded() {
   open_editor '^sample\.pas - sxedit$' examples/sample.pas
   local line
-  for line in 42 27 12 2; do
+  for line in 27 24 12 2; do
     xdotool mousemove --window "$window" 12 $((main_text_y + line * line_height + line_height / 2)) click 1
   done
   shoot screenshot-folding.png

@@ -70,7 +70,9 @@ public:
         if (Folds)
             FindFoldButtons();
         if (TopLine < E.FLines->Count()) {
-            PrepareParser();
+            P = E.GetParser();
+            P->SetOnGetNewBuffer(ParserFeed{&E});
+            RestartParserAt(TopLine);
             StartLine();
             PaintTokens();
         }
@@ -156,18 +158,19 @@ private:
         c.LineTo(w - 1, h);
     }
 
-    void PrepareParser()
+    /// The parser starts afresh at ALine: at the top line, with the line kind
+    /// an earlier paint stored for it, and with folding behind a folded
+    /// region too, in the state the fold structure found there.
+    void RestartParserAt(Integer ALine)
     {
-        P = E.GetParser();
         P->ResetBuffer();
         P->SetRemarkEnd(String());
         P->SetEndLines(true);
         if (Folds)
-            P->SetScanState(Folds->Structure().ScanStateAt(TopLine));
+            P->SetScanState(Folds->Structure().ScanStateAt(ALine));
         else
-            P->SetLineKind(Integer(E.FLines->Objects(TopLine)));
-        E.SetParserLineNr(TopLine);
-        P->SetOnGetNewBuffer(ParserFeed{&E});
+            P->SetLineKind(Integer(E.FLines->Objects(ALine)));
+        E.SetParserLineNr(ALine);
     }
 
     void StartLine()
@@ -196,10 +199,14 @@ private:
             if (E.ParserLineCollapse && Gutter)
                 SxPaintTreeButton(Gutter->Canvas(), Rect(4, PenY, 20, PenY + 15), !E.ParserLineCollapsed);
             if (LineBreak) {
-                if (Folds && Folds->IsFolded(E.FParserLineNr - 1))
+                const Integer line = E.FParserLineNr - 1;
+                const bool folded = Folds && Folds->IsFolded(line);
+                if (folded)
                     SxPaintFoldMarker(c, PenX + E.GetCharWidth(), PenY, E.GetLineWidth(), clGrayText);
                 PenY += E.GetLineWidth();
                 StartLine();
+                if (folded)
+                    SkipFoldedRegion(line);
                 continue;
             }
             if (PenX >= DrawLimit) {
@@ -209,6 +216,15 @@ private:
             }
             DrawToken(c, token);
         }
+    }
+
+    /// Behind the first line of a folded region the scan goes on at the
+    /// first line that shows after the region.
+    void SkipFoldedRegion(Integer AFirst)
+    {
+        const Integer next = Folds->LineOfRow(Folds->RowOf(AFirst) + 1);
+        if (next < E.FLines->Count())
+            RestartParserAt(next);
     }
 
     /// The first token of a line: its number goes into the gutter, and the
@@ -498,15 +514,6 @@ bool TSxCodeEdit::ParserGetNewBuffer(bool AReset, String& S)
     if (AReset) {
         FParserLineNr = 0;
         return true;
-    }
-    if (FFolding && InPaint && !FFolding->IsLineVisible(FParserLineNr)) {
-        // The hidden lines of a folded region are not fed: the scan goes on
-        // behind them in the state the fold structure found there.
-        FParserLineNr = FFolding->LineOfRow(FFolding->RowOf(FParserLineNr) + 1);
-        if (FParserLineNr < FLines->Count()) {
-            GetParser()->SetRemarkEnd(String());
-            GetParser()->SetScanState(FFolding->Structure().ScanStateAt(FParserLineNr));
-        }
     }
     if (FParserLineNr >= FLines->Count())
         return false;

@@ -112,6 +112,19 @@ TEST_F(FoldingTest, SelectionOverAFoldedRegionTakesItsHiddenLines)
     EXPECT_EQ(edit->Text(), Code + u"\r\n");
 }
 
+TEST_F(FoldingTest, TheLineAfterAFoldedCommentIsPaintedAsCode)
+{
+    const auto secondRow = [this] {
+        const TRect cell = CellRect(*edit, 0, 1);
+        return Render(*edit).copy(cell.Left, cell.Top, 120, cell.Bottom - cell.Top);
+    };
+    Start(u"\r\nvar x;");
+    const QImage code = secondRow();
+    Start(u"/* a\r\n b */\r\nvar x;");
+    edit->Fold(0);
+    EXPECT_EQ(secondRow(), code);
+}
+
 TEST_F(FoldingTest, EditingTextKeepsTheStructureAsAFreshScanFindsIt)
 {
     std::mt19937 random(20261124);
