@@ -46,8 +46,9 @@ TEST_F(FoldingTest, RegionsOfTheTextAndTheirButtons)
     EXPECT_EQ(Shown(), (std::vector<bool>{true, true, true, true, true, true, false, false, true}));
     ClickButton(0);
     EXPECT_EQ(edit->FoldedRegions(), (std::vector<TSxFoldRegion>{{0, 4}, {5, 7}}));
-    // Line 8 now shows on the third row.
+    // Line 8 now shows on the third row, and the scroll bar counts three rows.
     EXPECT_EQ(edit->TextArea().CellY(8), 2 * edit->GetLineWidth());
+    EXPECT_EQ(edit->VScrollBar().Max(), 3 + 100);
     ClickButton(0);
     ClickButton(5);
     EXPECT_TRUE(edit->FoldedRegions().empty());
@@ -93,9 +94,11 @@ TEST_F(FoldingTest, ReachingAHiddenLineUnfoldsItsRegion)
         {"SetLinePos", [](TSxCodeEdit& e) { e.SetLinePos(2); }},
         {"InsertCode", [](TSxCodeEdit& e) { e.InsertCode(2, 0, u"x"); }},
         {"store edit", [](TSxCodeEdit& e) { e.Lines().Delete(3); }},
+        {"undo", [](TSxCodeEdit& e) { SendMessage(&e, WM_UNDO); }},
     };
     for (const Case& c : cases) {
         Start(Code);
+        edit->InsertCode(2, 0, u"y");  // what the undo case takes back
         edit->Fold(1);
         c.reach(*edit);
         EXPECT_TRUE(edit->FoldedRegions().empty()) << c.name;

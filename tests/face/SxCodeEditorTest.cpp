@@ -164,6 +164,24 @@ TEST(SxCodeEditor, EachActionSignalsOnce)
     }
 }
 
+TEST(SxCodeEditor, FoldingThroughTheWidgetSignalsEachChangeOnce)
+{
+    SxCodeEditor editor;
+    editor.setLanguage(u"js"_s);
+    editor.setFoldingEnabled(true);
+    editor.setText(u"f() {\n  a();\n}\ng() {\n}"_s);
+    int changes = 0;
+    QObject::connect(&editor, &SxCodeEditor::foldingChanged, [&] { ++changes; });
+    EXPECT_EQ(editor.foldRegionStarts(), (QList<int>{0, 3}));
+    EXPECT_EQ(editor.foldRegionEnd(0), 2);
+    editor.fold(1);
+    EXPECT_TRUE(editor.isFolded(0));
+    EXPECT_FALSE(editor.isLineVisible(2));
+    editor.gotoLine(2);  // reaching a hidden line unfolds it: one more change
+    EXPECT_TRUE(editor.isLineVisible(2));
+    EXPECT_EQ(changes, 2);
+}
+
 TEST(SxCodeEditor, ChangesThroughTheControlAreReportedOutsideThePaint)
 {
     SxCodeEditor editor;
