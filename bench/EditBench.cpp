@@ -97,6 +97,12 @@ void BM_TypeCharacterGrouped(benchmark::State& state)
 /// regions in view: typing stays flat in the text's size.
 void BM_TypeCharacterFolding(benchmark::State& state) { TypeCharacterWith(state, {TSxCodeExtOption::coFolding}); }
 
+/// With coExactColors the paint restarts from the scanned line states.
+void BM_TypeCharacterExactColours(benchmark::State& state)
+{
+    TypeCharacterWith(state, {TSxCodeExtOption::coExactColors});
+}
+
 void BM_Enter(benchmark::State& state)
 {
     Editor& e = Shared(int(state.range(0)));
@@ -134,5 +140,6 @@ void BM_BackspaceJoin(benchmark::State& state)
 BENCHMARK(BM_TypeCharacter)->Arg(100)->Arg(1'000'000)->Unit(benchmark::kMicrosecond);
 BENCHMARK(BM_TypeCharacterGrouped)->Arg(100)->Arg(1'000'000)->Unit(benchmark::kMicrosecond);
 BENCHMARK(BM_TypeCharacterFolding)->Arg(100)->Arg(1'000'000)->Unit(benchmark::kMicrosecond);
+BENCHMARK(BM_TypeCharacterExactColours)->Arg(100)->Arg(1'000'000)->Unit(benchmark::kMicrosecond);
 BENCHMARK(BM_Enter)->Arg(100)->Arg(1'000'000)->Unit(benchmark::kMicrosecond);
 BENCHMARK(BM_BackspaceJoin)->Arg(100)->Arg(1'000'000)->Unit(benchmark::kMicrosecond);

@@ -127,11 +127,31 @@ void PaintBlocks(benchmark::State& state, bool folded)
     f.edit->UnfoldAll();
 }
 
+/// With exact colours, jumps between the top and line 900,000, each with its
+/// paint, once the line states are scanned (as the control's posted slices
+/// leave them).
+void BM_JumpWithExactColours(benchmark::State& state)
+{
+    Fixture& f = Shared();
+    f.edit->SetExtOptions({TSxCodeExtOption::coExactColors});
+    f.edit->VScrollBar().SetPosition(LineCount - 1);
+    f.edit->Widget()->render(&f.screen);  // catches up with every line state
+    int top = 0;
+    for (auto _ : state) {
+        f.edit->VScrollBar().SetPosition(top);
+        f.edit->Widget()->render(&f.screen);
+        benchmark::DoNotOptimize(f.screen.constBits());
+        top = top == 0 ? 900'000 : 0;
+    }
+    f.edit->SetExtOptions({});
+}
+
 void BM_PaintBlocksOpen(benchmark::State& state) { PaintBlocks(state, false); }
 void BM_PaintBlocksFolded(benchmark::State& state) { PaintBlocks(state, true); }
 
 }  // namespace
 
+BENCHMARK(BM_JumpWithExactColours)->Unit(benchmark::kMicrosecond);
 BENCHMARK(BM_PaintBlocksOpen)->Unit(benchmark::kMicrosecond);
 BENCHMARK(BM_PaintBlocksFolded)->Unit(benchmark::kMicrosecond);
 BENCHMARK(BM_PaintTopOfMillionLines)->Unit(benchmark::kMicrosecond);

@@ -52,7 +52,8 @@ DemoWindow::DemoWindow() : FEdit(new TSxCodeEdit(nullptr)), FPopup(new TPopupMen
     // off. Undo keeps its classic steps until grouping is chosen.
     FEdit->SetExtOptions({TSxCodeExtOption::coLineNumbers, TSxCodeExtOption::coCurrentLine,
                           TSxCodeExtOption::coBracketMatch, TSxCodeExtOption::coRedo,
-                          TSxCodeExtOption::coRegExpSearch, TSxCodeExtOption::coFolding});
+                          TSxCodeExtOption::coRegExpSearch, TSxCodeExtOption::coFolding,
+                          TSxCodeExtOption::coExactColors});
     UseTheme(QStringLiteral("Light"));
     BuildMenus();
     BuildPopupMenu();
@@ -130,6 +131,7 @@ void DemoWindow::BuildViewMenu()
         {"&Grouped undo", TSxCodeExtOption::coGroupUndo},
         {"Regular e&xpressions in Find and Replace", TSxCodeExtOption::coRegExpSearch},
         {"&Folding (Ctrl+Shift+[ and ], Ctrl+Alt+[ and ])", TSxCodeExtOption::coFolding},
+        {"&Exact colours after a jump", TSxCodeExtOption::coExactColors},
     };
     for (const auto& entry : entries) {
         QAction* action = view->addAction(tr(entry.caption));

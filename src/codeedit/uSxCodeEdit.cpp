@@ -14,7 +14,7 @@ using namespace uSxCodeEdit;
 
 SX_DEFINE_CLASS(TSxCodeEdit, TCustomControl)
 
-const TMessageHandler<TSxCodeEdit> TSxCodeEdit::MessageTable[15] = {
+const TMessageHandler<TSxCodeEdit> TSxCodeEdit::MessageTable[16] = {
     {WM_SX_SELECTWORD, &TSxCodeEdit::WMSselectWord},
     {WM_SX_SEARCHREPLACEDLG, &TSxCodeEdit::WMSearchReplaceDlg},
     {WM_SX_SEARCHREPLACE, &TSxCodeEdit::WMSearchReplace},
@@ -23,6 +23,7 @@ const TMessageHandler<TSxCodeEdit> TSxCodeEdit::MessageTable[15] = {
     {WM_PASTE, &TSxCodeEdit::WMPaste},
     {WM_UNDO, &TSxCodeEdit::WMUndo},
     {WM_SX_REDO, &TSxCodeEdit::WMRedo},
+    {WM_SX_SCANLINES, &TSxCodeEdit::WMScanLines},
     {WM_ERASEBKGND, &TSxCodeEdit::WMEraseBkgnd},
     {WM_GETDLGCODE, &TSxCodeEdit::WMGetDlgCode},
     {WM_CHAR, &TSxCodeEdit::WMChar},
@@ -174,6 +175,7 @@ void TSxCodeEdit::SetParser(TSxLangParser* Value)
         GetParser();
     if (FFolding)
         FFolding->SetParser(FParser);
+    ScheduleLineScan();
     Invalidate();
 }
 
@@ -192,6 +194,7 @@ void TSxCodeEdit::LinesChanged(TObject*)
         return;
     FModified = true;
     Invalidate();
+    ScheduleLineScan();
 }
 
 void TSxCodeEdit::CodeChange(TObject*) { PositionScollBars(); }

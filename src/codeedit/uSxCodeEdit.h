@@ -24,6 +24,7 @@ namespace sx {
 class TSxAccessibleTextModel;
 class TSxCodeEditFolding;
 struct TSxFoldRegion;
+class TSxFoldStructure;
 class TFrmCodeEditSearchReplaceDlg;
 class TRegExpr;
 class TSxStringStream;
@@ -45,6 +46,7 @@ enum class TSxCodeExtOption {
     coGroupUndo,     ///< a run of typing or of Backspaces undoes as one step
     coRegExpSearch,  ///< the search dialog offers "Regular expression": the text to find as a PCRE2 pattern
     coFolding,       ///< regions of code fold and unfold from buttons in the gutter and by keys
+    coExactColors,   ///< a paint that starts anywhere colours as one that came down from the first line
 };
 using TSxCodeExtOptions = TSet<TSxCodeExtOption, 32>;
 
@@ -82,6 +84,11 @@ constexpr Cardinal WM_SX_SEARCHREPLACE = WM_USER + 3;
 constexpr NativeUInt ReplaceDialogRequest = 1;
 /// Extension (coRedo): plays the step undone last forward again.
 constexpr Cardinal WM_SX_REDO = WM_USER + 4;
+/// Extension (coExactColors): scans the next slice of line states, posted by
+/// the control itself until every line's state is known.
+constexpr Cardinal WM_SX_SCANLINES = WM_USER + 5;
+/// A slice of that scan takes about this many milliseconds at most.
+constexpr Integer LineScanSliceMs = 3;
 
 /// Makes a colour APercent darker when ADarken is True: each byte of its RGB
 /// value scaled by (100 - APercent) / 100, rounded down.
@@ -364,6 +371,8 @@ protected:
     virtual void WMPaste(TMessage& Message);
     virtual void WMUndo(TMessage& Message);
     virtual void WMRedo(TMessage& Message);
+    /// One slice of the line-state scan (coExactColors).
+    void WMScanLines(TMessage& Message);
     virtual void WMEraseBkgnd(TMessage& Message);
     virtual void WMGetDlgCode(TMessage& Message);
     void WMChar(TMessage& Message) override;
@@ -453,8 +462,14 @@ protected:
     /// Folding, when coFolding is on (uSxCodeEditFold.cpp): brought in line
     /// with the text, or null.
     TSxCodeEditFolding* ActiveFolding();
-    /// Makes or drops the folding as coFolding says.
+    /// Makes or drops the folding as coFolding and coExactColors say.
     void ApplyFoldingOption();
+    /// With coExactColors, the state of every line start as a scan from the
+    /// first line finds it; null without.
+    TSxFoldStructure* LineStates();
+    /// With coExactColors, posts the next slice of the line-state scan unless
+    /// one is on its way or every state is known.
+    void ScheduleLineScan();
     /// The line ASteps shown lines below ALine (above for a negative count).
     Integer ShownLineFrom(Integer ALine, Integer ASteps);
     /// The row of ALine and the line of ARow: equal without folding.
@@ -627,7 +642,7 @@ private:
     };
     void ReleaseParserFeed(TSxLangParser* parser);
     /// Message number to handler, for Dispatch.
-    static const TMessageHandler<TSxCodeEdit> MessageTable[15];
+    static const TMessageHandler<TSxCodeEdit> MessageTable[16];
     /// The values that live for one paint, and the steps of the paint.
     class PaintPass;
 
@@ -650,6 +665,7 @@ private:
     Integer FLineSelectAnchor = 0;
     std::unique_ptr<TSxCodeEditFolding> FFolding;
     TNotifyEvent FOnFoldChange;
+    bool FLineScanPosted = false;
 };
 
 }  // namespace sx

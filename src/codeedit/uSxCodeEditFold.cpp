@@ -7,6 +7,7 @@
 #include "platform/Keys.h"
 
 #include <algorithm>
+#include <chrono>
 
 namespace sx {
 
@@ -22,15 +23,48 @@ constexpr Integer FoldButtonRight = 20;
 
 TSxCodeEditFolding* TSxCodeEdit::ActiveFolding()
 {
-    if (!FFolding)
+    if (!FFolding || !HasExtOption(TSxCodeExtOption::coFolding))
         return nullptr;
     FFolding->Sync();
     return FFolding.get();
 }
 
+TSxFoldStructure* TSxCodeEdit::LineStates()
+{
+    if (!FFolding || !HasExtOption(TSxCodeExtOption::coExactColors))
+        return nullptr;
+    return &FFolding->Structure();
+}
+
+void TSxCodeEdit::ScheduleLineScan()
+{
+    TSxFoldStructure* states = LineStates();
+    if (FLineScanPosted || !states || states->Complete())
+        return;
+    FLineScanPosted = PostMessage(this, WM_SX_SCANLINES);
+}
+
+void TSxCodeEdit::WMScanLines(TMessage&)
+{
+    FLineScanPosted = false;
+    TSxFoldStructure* states = LineStates();
+    if (!states)
+        return;
+    // Slices of lines until the time is up, so that the control stays
+    // responsive; a paint that needs a line not yet known scans up to it.
+    constexpr Integer SliceLines = 2000;
+    const auto deadline = std::chrono::steady_clock::now() + std::chrono::milliseconds(LineScanSliceMs);
+    while (!states->Complete() && std::chrono::steady_clock::now() < deadline)
+        states->EnsureScanned(states->KnownLines() + SliceLines);
+    ScheduleLineScan();
+}
+
 void TSxCodeEdit::ApplyFoldingOption()
 {
-    const bool wanted = HasExtOption(TSxCodeExtOption::coFolding);
+    // The line states serve folding and exact colours alike.
+    const bool wanted =
+        HasExtOption(TSxCodeExtOption::coFolding) || HasExtOption(TSxCodeExtOption::coExactColors);
+    ScheduleLineScan();
     if (wanted == bool(FFolding))
         return;
     if (!wanted) {
@@ -48,6 +82,7 @@ void TSxCodeEdit::ApplyFoldingOption()
             FOnFoldChange(this);
     });
     FLines->SetFoldListener(FFolding.get());
+    ScheduleLineScan();
 }
 
 bool TSxCodeEdit::Fold(Integer ALine)

@@ -67,8 +67,13 @@ public:
         DrawLimit = Main->Width() + E.GetLineWidth();
         TopLine = E.LineOfRow(E.FVScrollBar->Position());
         Folds = E.ActiveFolding();
+        States = Folds ? &Folds->Structure() : E.LineStates();
         if (Folds)
             FindFoldButtons();
+        // Exact colours: the state of the top line, scanned now if the
+        // background scan has not reached it yet.
+        if (States)
+            States->EnsureScanned(TopLine - 1);
         if (TopLine < E.FLines->Count()) {
             P = E.GetParser();
             P->SetOnGetNewBuffer(ParserFeed{&E});
@@ -158,16 +163,17 @@ private:
         c.LineTo(w - 1, h);
     }
 
-    /// The parser starts afresh at ALine: at the top line, with the line kind
-    /// an earlier paint stored for it, and with folding behind a folded
-    /// region too, in the state the fold structure found there.
+    /// The parser starts afresh at ALine, the top line or, with folding, the
+    /// first line behind a folded region: with the line kind an earlier
+    /// paint stored for it, or with folding or exact colours in the state
+    /// the scan of line states found there.
     void RestartParserAt(Integer ALine)
     {
         P->ResetBuffer();
         P->SetRemarkEnd(String());
         P->SetEndLines(true);
-        if (Folds)
-            P->SetScanState(Folds->Structure().ScanStateAt(ALine));
+        if (States)
+            P->SetScanState(States->ScanStateAt(ALine));
         else
             P->SetLineKind(Integer(E.FLines->Objects(ALine)));
         E.SetParserLineNr(ALine);
@@ -473,6 +479,8 @@ private:
     TSxLangParser* P = nullptr;
     /// The folding with coFolding, and the lines of the view with a fold button.
     TSxCodeEditFolding* Folds = nullptr;
+    /// The line states the parser restarts from, with folding or exact colours.
+    TSxFoldStructure* States = nullptr;
     std::vector<Integer> ButtonLines;
     std::unique_ptr<TBitmap> Main;
     std::unique_ptr<TBitmap> Gutter;

@@ -208,7 +208,7 @@ std::uint32_t TSxFoldStructure::Push(std::uint32_t AStack, Integer AKind)
 void TSxFoldStructure::EnsureScanned(Integer ALine)
 {
     const Integer count = FLines.Count();
-    if (!FParser || !FRules)
+    if (!FParser)
         return;
     ALine = std::min(ALine, count - 1);
     while (FValid <= ALine && FValid < count) {

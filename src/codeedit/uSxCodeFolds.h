@@ -34,7 +34,8 @@ public:
 
     /// The parser that tokenizes for the structure, and with it the rules of
     /// its language; with none, or one of a language without rules, the
-    /// text has no regions. The parser is borrowed for each scan: its feed
+    /// text has no regions, and with a parser the line states are still
+    /// scanned. The parser is borrowed for each scan: its feed
     /// and its paint listener are put back afterwards.
     void SetParser(TSxLangParser* AParser);
 
@@ -55,6 +56,10 @@ public:
     /// the parser is busy.
     std::uint32_t ScanStateAt(Integer ALine) const;
     TSxLangParser* Parser() const { return FParser; }
+    /// Whether the state of every line start is known.
+    bool Complete() const { return FValid >= FLines.Count(); }
+    /// The lines whose start state is known, from the first on.
+    Integer KnownLines() const { return FValid; }
     /// Counts the changes of the structure's input: edits and a new parser.
     std::uint64_t Version() const { return FVersion; }
 

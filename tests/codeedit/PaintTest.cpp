@@ -229,6 +229,16 @@ TEST_F(PaintTest, PaintThatStartsInsideACommentTakesTheStoredLineKind)
     EXPECT_EQ(calls, 0);
 }
 
+TEST_F(PaintTest, WithExactColoursAJumpPaintsAsAPaintFromTheTop)
+{
+    TurnOn(TSxCodeExtOption::coExactColors);
+    edit->Lines().SetText(u"{\r\n" + LinesOf(100, [](int) { return u"x"; }));
+    edit->VScrollBar().SetPosition(90);
+    EXPECT_EQ(Row(Render(*edit), 0, 1), "l");  // inside the comment opened on line 0
+    edit->Lines().Put(0, u"{ }");
+    EXPECT_EQ(Row(Render(*edit), 0, 1), "y");  // the edit closed it
+}
+
 TEST_F(PaintTest, TextEndingAboveTheBottomLeavesTheRestBlank)
 {
     edit->SetParser(nullptr);
