@@ -137,6 +137,27 @@ void ReadWithStream(benchmark::State& state, const fs::path& path)
     state.SetBytesProcessed(std::int64_t(state.iterations()) * std::int64_t(fs::file_size(path)));
 }
 
+/// SetText of the same text as a string, beside the load of its file.
+void BM_SetTextOfFile(benchmark::State& state)
+{
+    TSxStringStream stream(CodePages::Utf16LE, 16);
+    stream.LoadFromFile(ToString(Files().Utf8Path()), CodePages::Detect);
+    const String text = stream.GetWString();
+    stream.Clear();
+    QWidget window;
+    auto edit = std::make_unique<TSxCodeEdit>(nullptr);
+    edit->Widget()->setParent(&window);
+    ResetPeakRss();
+    const double before = PeakRssBytes();
+    edit->SetText(text);
+    const double after = PeakRssBytes();
+    for (auto _ : state)
+        edit->SetText(text);
+    const auto fileBytes = double(fs::file_size(Files().Utf8Path()));
+    state.SetBytesProcessed(std::int64_t(state.iterations()) * std::int64_t(fileBytes));
+    state.counters["peak_growth_per_file_byte"] = (after - before) / fileBytes;
+}
+
 /// A load and the first paint with a Pascal parser, with the extended options AOptions.
 void LoadAndPaint(benchmark::State& state, TSxCodeExtOptions AOptions)
 {
@@ -169,6 +190,7 @@ void BM_StreamOnlyUtf16LE(benchmark::State& state) { ReadWithStream(state, Files
 
 // A load takes about a second; a few are enough, and the peak is taken before them.
 BENCHMARK(BM_LoadUtf8)->Unit(benchmark::kMillisecond)->Iterations(3);
+BENCHMARK(BM_SetTextOfFile)->Unit(benchmark::kMillisecond)->Iterations(3);
 BENCHMARK(BM_LoadAndPaint)->Unit(benchmark::kMillisecond)->Iterations(3);
 BENCHMARK(BM_LoadAndPaintFolding)->Unit(benchmark::kMillisecond)->Iterations(3);
 BENCHMARK(BM_LoadUtf16LE)->Unit(benchmark::kMillisecond)->Iterations(3);
