@@ -46,7 +46,7 @@ String BlockLine(int i)
 
 /// A window with one control over a million lines, built once for all runs.
 struct Fixture {
-    explicit Fixture(const std::function<String(int)>& lineOf)
+    explicit Fixture(const std::function<String(int)>& lineOf, int count = LineCount)
     {
         window.resize(800, 600);
         edit = new TSxCodeEdit(nullptr);
@@ -55,7 +55,7 @@ struct Fixture {
         edit->SetParser(new TSxCodePascalParser(edit));
         TStringList lines;
         lines.BeginUpdate();
-        for (int i = 0; i < LineCount; ++i)
+        for (int i = 0; i < count; ++i)
             lines.Add(lineOf(i));
         lines.EndUpdate();
         edit->SetLines(lines);
@@ -146,12 +146,33 @@ void BM_JumpWithExactColours(benchmark::State& state)
     f.edit->SetExtOptions({});
 }
 
+/// With coLongLines, a view of a line of a million characters at column 0
+/// and at column 999,000: what lies left of the view is skipped, not drawn.
+void BM_PaintLongLineAtColumn(benchmark::State& state)
+{
+    static Fixture f(
+        [](int) {
+            String line;
+            for (int n = 0; line.size() < 1'000'000; ++n)
+                line += u"Value := Compute(" + IntToStr(n) + u", 'text') + 1.5; ";
+            return line;
+        },
+        1);
+    f.edit->SetExtOptions({TSxCodeExtOption::coLongLines});
+    f.edit->HScrollBar().SetPosition(Integer(state.range(0)));
+    for (auto _ : state) {
+        f.edit->Widget()->render(&f.screen);
+        benchmark::DoNotOptimize(f.screen.constBits());
+    }
+}
+
 void BM_PaintBlocksOpen(benchmark::State& state) { PaintBlocks(state, false); }
 void BM_PaintBlocksFolded(benchmark::State& state) { PaintBlocks(state, true); }
 
 }  // namespace
 
 BENCHMARK(BM_JumpWithExactColours)->Unit(benchmark::kMicrosecond);
+BENCHMARK(BM_PaintLongLineAtColumn)->Arg(0)->Arg(999'000)->Unit(benchmark::kMicrosecond);
 BENCHMARK(BM_PaintBlocksOpen)->Unit(benchmark::kMicrosecond);
 BENCHMARK(BM_PaintBlocksFolded)->Unit(benchmark::kMicrosecond);
 BENCHMARK(BM_PaintTopOfMillionLines)->Unit(benchmark::kMicrosecond);

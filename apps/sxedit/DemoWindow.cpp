@@ -53,7 +53,7 @@ DemoWindow::DemoWindow() : FEdit(new TSxCodeEdit(nullptr)), FPopup(new TPopupMen
     FEdit->SetExtOptions({TSxCodeExtOption::coLineNumbers, TSxCodeExtOption::coCurrentLine,
                           TSxCodeExtOption::coBracketMatch, TSxCodeExtOption::coRedo,
                           TSxCodeExtOption::coRegExpSearch, TSxCodeExtOption::coFolding,
-                          TSxCodeExtOption::coExactColors});
+                          TSxCodeExtOption::coExactColors, TSxCodeExtOption::coLongLines});
     UseTheme(QStringLiteral("Light"));
     BuildMenus();
     BuildPopupMenu();
@@ -132,6 +132,7 @@ void DemoWindow::BuildViewMenu()
         {"Regular e&xpressions in Find and Replace", TSxCodeExtOption::coRegExpSearch},
         {"&Folding (Ctrl+Shift+[ and ], Ctrl+Alt+[ and ])", TSxCodeExtOption::coFolding},
         {"&Exact colours after a jump", TSxCodeExtOption::coExactColors},
+        {"Scroll to the end of &long lines", TSxCodeExtOption::coLongLines},
     };
     for (const auto& entry : entries) {
         QAction* action = view->addAction(tr(entry.caption));

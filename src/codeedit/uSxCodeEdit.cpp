@@ -5,6 +5,7 @@
 #include "codeedit/fSxCodeEditSearchReplaceDlg.h"
 #include "codeedit/uSxCodeEditAccessible.h"
 #include "codeedit/uSxCodeEditFolding.h"
+#include "codeedit/uSxCodeEditLineLengths.h"
 
 #include "platform/RegExpr.h"
 
@@ -315,6 +316,7 @@ void TSxCodeEdit::SetExtOptions(TSxCodeExtOptions Value)
 {
     FExtOptions = Value;
     ApplyFoldingOption();
+    ApplyLongLinesOption();
     FUndoList->Listen(HasExtOption(TSxCodeExtOption::coRedo) ? FLines : nullptr);
     PositionScollBars();
     Invalidate();

@@ -25,6 +25,7 @@ class TSxAccessibleTextModel;
 class TSxCodeEditFolding;
 struct TSxFoldRegion;
 class TSxFoldStructure;
+class TSxLineLengths;
 class TFrmCodeEditSearchReplaceDlg;
 class TRegExpr;
 class TSxStringStream;
@@ -47,6 +48,7 @@ enum class TSxCodeExtOption {
     coRegExpSearch,  ///< the search dialog offers "Regular expression": the text to find as a PCRE2 pattern
     coFolding,       ///< regions of code fold and unfold from buttons in the gutter and by keys
     coExactColors,   ///< a paint that starts anywhere colours as one that came down from the first line
+    coLongLines,     ///< the horizontal scroll range and the caret reach the end of the longest line
 };
 using TSxCodeExtOptions = TSet<TSxCodeExtOption, 32>;
 
@@ -666,6 +668,12 @@ private:
     std::unique_ptr<TSxCodeEditFolding> FFolding;
     TNotifyEvent FOnFoldChange;
     bool FLineScanPosted = false;
+    /// With coLongLines, the count of line lengths; null without.
+    std::unique_ptr<TSxLineLengths> FLineLengths;
+    /// The columns the horizontal scroll bar reaches and Right goes to.
+    Integer ColumnRange();
+    /// Makes or drops the count of line lengths as coLongLines says.
+    void ApplyLongLinesOption();
 };
 
 }  // namespace sx

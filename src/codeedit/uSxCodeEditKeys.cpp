@@ -145,7 +145,7 @@ void TSxCodeEdit::ActOnKey(Word Key, TShiftState Shift)
     case VK_RIGHT:
         if (ctrl)
             GotoNextChar(true);
-        else if (FCharPos < 500)
+        else if (FCharPos < ColumnRange())
             SetCharPos(FCharPos + 1);
         break;
     case VK_DOWN:

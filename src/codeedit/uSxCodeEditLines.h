@@ -41,6 +41,8 @@ public:
     void SetHistoryListener(TSxLinesListener* Listener) { FHistoryListener = Listener; }
     /// The folding's listener, told before the others.
     void SetFoldListener(TSxLinesListener* Listener) { FFoldListener = Listener; }
+    /// The listener that counts line lengths (the longest line).
+    void SetLengthListener(TSxLinesListener* Listener) { FLengthListener = Listener; }
 
     void Put(Integer Index, const String& S) override;
     void Insert(Integer Index, const String& S) override;
@@ -63,11 +65,14 @@ private:
             ATell(*FListener);
         if (FHistoryListener)
             ATell(*FHistoryListener);
+        if (FLengthListener)
+            ATell(*FLengthListener);
     }
 
     TSxLinesListener* FListener = nullptr;
     TSxLinesListener* FHistoryListener = nullptr;
     TSxLinesListener* FFoldListener = nullptr;
+    TSxLinesListener* FLengthListener = nullptr;
     std::uint64_t FChangeCount = 0;
 };
 

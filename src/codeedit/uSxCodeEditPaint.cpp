@@ -112,6 +112,7 @@ private:
             Gutter->SetSize(E.RealGuttorWidth(), E.ClientHeight());
         ShowNumbers = Gutter && E.HasExtOption(TSxCodeExtOption::coLineNumbers);
         ShowCurrentLine = E.HasExtOption(TSxCodeExtOption::coCurrentLine);
+        CutLeft = E.HasExtOption(TSxCodeExtOption::coLongLines);
     }
 
     void MeasureFont()
@@ -217,6 +218,11 @@ private:
             }
             if (PenX >= DrawLimit) {
                 // Nothing of this token or of those behind it on the line can show.
+                Column += Integer(token.size());
+                continue;
+            }
+            if (CutLeft && LeftOfView(token)) {
+                PenX += Integer(token.size()) * E.GetCharWidth();
                 Column += Integer(token.size());
                 continue;
             }
@@ -329,10 +335,13 @@ private:
             c.Brush().Color = back;
         }
         c.Font().SetStyle(TokenStyle);
-        if (text.size() > LongTokenChars)
-            c.TextOut(PenX, PenY, VisiblePart(c, text));
+        const bool cutHead = CutLeft && PenX < 0 && text.size() > LongTokenChars && IsPrintableAscii(text);
+        const String shown = cutHead ? WithoutHiddenHead(text) : String();
+        const String& drawn = cutHead ? shown : text;
+        if (drawn.size() > LongTokenChars)
+            c.TextOut(PenX, PenY, VisiblePart(c, drawn));
         else
-            c.TextOut(PenX, PenY, text);
+            c.TextOut(PenX, PenY, drawn);
         PenX = c.PenPos().X;
     }
 
@@ -348,6 +357,27 @@ private:
             if (PenX + c.TextWidth(text.substr(0, keep)) >= DrawLimit)
                 return text.substr(0, keep + CutSlackChars);
         return text;
+    }
+
+    /// With coLongLines, a token of printable ASCII that ends left of the
+    /// text area, by more than a line's height: its ink cannot show, and its
+    /// cells advance the pen by the grid.
+    bool LeftOfView(const String& text) const
+    {
+        const std::int64_t end = std::int64_t(PenX) + std::int64_t(text.size()) * E.GetCharWidth();
+        return end < Area.Left - E.GetLineWidth() && IsPrintableAscii(text);
+    }
+
+    /// A long text of printable ASCII that starts far left of the bitmap,
+    /// less the characters that end before it (keeping some, so that the
+    /// glyphs that show are shaped as in the whole text); the pen moves on
+    /// by their cells.
+    String WithoutHiddenHead(const String& text)
+    {
+        const std::size_t hidden = std::size_t(-std::int64_t(PenX) / E.GetCharWidth());
+        const std::size_t cut = std::min(hidden > CutSlackChars ? hidden - CutSlackChars : 0, text.size());
+        PenX += Integer(cut) * E.GetCharWidth();
+        return text.substr(cut);
     }
 
     /// The bracket next to the caret and its partner on a ground of their
@@ -487,6 +517,8 @@ private:
     TSxTextArea Area;
     bool ShowNumbers = false;
     bool ShowCurrentLine = false;
+    /// With coLongLines: what lies left of the view is skipped, not drawn.
+    bool CutLeft = false;
     /// Where a token begins whose ink cannot reach into the bitmap.
     Integer DrawLimit = 0;
     Integer TopLine = 0;

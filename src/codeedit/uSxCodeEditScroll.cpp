@@ -4,6 +4,7 @@
 #include "codeedit/uSxCodeEdit.h"
 
 #include "codeedit/uSxCodeEditFolding.h"
+#include "codeedit/uSxCodeEditLineLengths.h"
 #include "platform/Caret.h"
 
 #include <algorithm>
@@ -84,7 +85,7 @@ void TSxCodeEdit::PositionScollBars()
     FHScrollBar->SetTabStop(false);
     FHScrollBar->SetKind(TScrollBarKind::sbHorizontal);
     FHScrollBar->SetBounds(g, Height() - t, Width() - t - g, t);
-    FHScrollBar->SetMax(500);
+    FHScrollBar->SetMax(ColumnRange());
     FHScrollBar->SetPageSize((Width() - g - FVScrollBar->Width() - GetCharWidth()) / GetCharWidth());
     if (FHScrollBar->PageSize() >= 0)
         FHScrollBar->SetLargeChange(FHScrollBar->PageSize());
@@ -97,6 +98,29 @@ void TSxCodeEdit::PositionScollBars()
     FVScrollBar->SetPageSize((Height() - FHScrollBar->Height() - GetLineWidth()) / GetLineWidth());
     if (FVScrollBar->PageSize() >= 0)
         FVScrollBar->SetLargeChange(FVScrollBar->PageSize());
+}
+
+Integer TSxCodeEdit::ColumnRange()
+{
+    // The classic range is 500 columns; with coLongLines it reaches one
+    // column behind the longest line.
+    constexpr Integer ClassicColumns = 500;
+    if (!FLineLengths)
+        return ClassicColumns;
+    return std::max(ClassicColumns, std::min(FLineLengths->Longest(), uSxCodeEdit::MaxLineLength - 1) + 1);
+}
+
+void TSxCodeEdit::ApplyLongLinesOption()
+{
+    const bool wanted = HasExtOption(TSxCodeExtOption::coLongLines);
+    if (wanted == bool(FLineLengths))
+        return;
+    FLines->SetLengthListener(nullptr);
+    FLineLengths.reset();
+    if (wanted) {
+        FLineLengths = std::make_unique<TSxLineLengths>(*FLines);
+        FLines->SetLengthListener(FLineLengths.get());
+    }
 }
 
 void TSxCodeEdit::ScrollChange(TObject*)

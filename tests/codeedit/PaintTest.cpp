@@ -239,6 +239,26 @@ TEST_F(PaintTest, WithExactColoursAJumpPaintsAsAPaintFromTheTop)
     EXPECT_EQ(Row(Render(*edit), 0, 1), "y");  // the edit closed it
 }
 
+TEST_F(PaintTest, WithLongLinesTheEndOfAMillionCharacterLineShowsAsItsTailWould)
+{
+    TurnOn(TSxCodeExtOption::coLongLines);
+    edit->SetShowRightMargin(false);
+    String line;
+    for (int i = 0; i < 142'858; ++i)
+        line += u"ab+cd; ";
+    const Integer column = 7 * 142'715;  // a token boundary near the end
+    const auto firstRow = [this](Integer firstColumn) {
+        const TRect cell = CellRect(*edit, firstColumn, 0);
+        return Render(*edit).copy(cell.Left, cell.Top, 300, cell.Bottom - cell.Top);
+    };
+    Start(line.substr(std::size_t(column)));
+    const QImage tail = firstRow(0);
+    Start(line, Point(column, 0));
+    EXPECT_EQ(edit->HScrollBar().Max(), Integer(line.size()) + 1);
+    edit->HScrollBar().SetPosition(column);
+    EXPECT_EQ(firstRow(column), tail);
+}
+
 TEST_F(PaintTest, TextEndingAboveTheBottomLeavesTheRestBlank)
 {
     edit->SetParser(nullptr);
