@@ -1,8 +1,9 @@
-// The fold structure of a text: the regions that can fold, computed from the
-// parser's tokens through the language's fold rules, and kept up to date
-// incrementally. It is scanned lazily, only as far as a question needs; an
-// edit rescans from the edited line only until the state at a line start
-// comes out as it was before.
+// The fold structure of a text: the parser's state at every line start and
+// the regions that can fold, computed from the parser's tokens through the
+// language's fold rules, and kept up to date incrementally. It is scanned
+// lazily, only as far as a question needs; an edit rescans from the edited
+// line only until the state at a line start comes out as it was before.
+// Folding takes its regions from it, exact colours its line states.
 #pragma once
 
 #include "codeedit/uSxCodeEditLines.h"
