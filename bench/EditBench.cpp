@@ -4,13 +4,16 @@
 // whole text, so the two sizes must cost about the same.
 #include "codeedit/uSxCodeEdit.h"
 #include "codeedit/uSxCodePascalParser.h"
+#include "platform/Keys.h"
 
 #include <QApplication>
+#include <QCoreApplication>
 #include <QImage>
 #include <QWidget>
 
 #include <benchmark/benchmark.h>
 
+#include <chrono>
 #include <map>
 #include <memory>
 
@@ -135,8 +138,74 @@ void BM_BackspaceJoin(benchmark::State& state)
     }
 }
 
+enum class Step { Type, Enter, Backspace, Down, Scroll };
+
+/// Runs what the event loop has waiting: posted messages, then the paints
+/// they asked for.
+void Settle()
+{
+    for (int i = 0; i < 3; ++i)
+        QCoreApplication::processEvents();
+}
+
+void Prepare(Editor& e, Step step)
+{
+    if (step == Step::Backspace)
+        e.Key(u'x');
+}
+
+void Act(Editor& e, Step step)
+{
+    switch (step) {
+    case Step::Type: e.Key(u'x'); break;
+    case Step::Enter: e.Key(13); break;
+    case Step::Backspace: e.Key(8); break;
+    case Step::Down: SendMessage(e.edit, WM_KEYDOWN, VK_DOWN); break;
+    case Step::Scroll: e.edit->VScrollBar().SetPosition(e.edit->VScrollBar().Position() + 1); break;
+    }
+}
+
+void Reverse(Editor& e, Step step)
+{
+    switch (step) {
+    case Step::Type:
+    case Step::Enter: e.Key(8); break;
+    case Step::Backspace: break;
+    case Step::Down: SendMessage(e.edit, WM_KEYDOWN, VK_UP); break;
+    case Step::Scroll: e.edit->VScrollBar().SetPosition(e.edit->VScrollBar().Position() - 1); break;
+    }
+}
+
+/// One step at the middle line (a typed character, Enter, Backspace, Down,
+/// a scroll by one line), then only the paint it leaves to the event loop
+/// is timed; with coPartialPaint when the third argument is 1.
+void BM_PaintAfterStep(benchmark::State& state)
+{
+    Editor& e = Shared(int(state.range(0)));
+    const auto step = Step(state.range(1));
+    e.edit->SetExtOptions(state.range(2) ? TSxCodeExtOptions{TSxCodeExtOption::coPartialPaint} : TSxCodeExtOptions{});
+    e.Home();
+    Settle();
+    for (auto _ : state) {
+        Prepare(e, step);
+        Settle();
+        Act(e, step);
+        const auto start = std::chrono::steady_clock::now();
+        Settle();
+        state.SetIterationTime(std::chrono::duration<double>(std::chrono::steady_clock::now() - start).count());
+        Reverse(e, step);
+        Settle();
+    }
+    e.Home();
+    e.edit->SetExtOptions({});
+}
+
 }  // namespace
 
+BENCHMARK(BM_PaintAfterStep)
+    ->ArgsProduct({{100, 1'000'000}, {0, 1, 2, 3, 4}, {0, 1}})
+    ->UseManualTime()
+    ->Unit(benchmark::kMicrosecond);
 BENCHMARK(BM_TypeCharacter)->Arg(100)->Arg(1'000'000)->Unit(benchmark::kMicrosecond);
 BENCHMARK(BM_TypeCharacterGrouped)->Arg(100)->Arg(1'000'000)->Unit(benchmark::kMicrosecond);
 BENCHMARK(BM_TypeCharacterFolding)->Arg(100)->Arg(1'000'000)->Unit(benchmark::kMicrosecond);

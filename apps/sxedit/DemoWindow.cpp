@@ -53,7 +53,8 @@ DemoWindow::DemoWindow() : FEdit(new TSxCodeEdit(nullptr)), FPopup(new TPopupMen
     FEdit->SetExtOptions({TSxCodeExtOption::coLineNumbers, TSxCodeExtOption::coCurrentLine,
                           TSxCodeExtOption::coBracketMatch, TSxCodeExtOption::coRedo,
                           TSxCodeExtOption::coRegExpSearch, TSxCodeExtOption::coFolding,
-                          TSxCodeExtOption::coExactColors, TSxCodeExtOption::coLongLines});
+                          TSxCodeExtOption::coExactColors, TSxCodeExtOption::coLongLines,
+                          TSxCodeExtOption::coPartialPaint});
     UseTheme(QStringLiteral("Light"));
     BuildMenus();
     BuildPopupMenu();
@@ -133,6 +134,7 @@ void DemoWindow::BuildViewMenu()
         {"&Folding (Ctrl+Shift+[ and ], Ctrl+Alt+[ and ])", TSxCodeExtOption::coFolding},
         {"&Exact colours after a jump", TSxCodeExtOption::coExactColors},
         {"Scroll to the end of &long lines", TSxCodeExtOption::coLongLines},
+        {"Repaint only what &changed", TSxCodeExtOption::coPartialPaint},
     };
     for (const auto& entry : entries) {
         QAction* action = view->addAction(tr(entry.caption));

@@ -5,6 +5,8 @@
 #include "codeedit/fSxCodeEditSearchReplaceDlg.h"
 #include "codeedit/uSxCodeEditAccessible.h"
 #include "codeedit/uSxCodeEditFolding.h"
+#include "codeedit/uSxCodeEditPaintCache.h"
+#include "platform/PostedMessages.h"
 #include "codeedit/uSxCodeEditLineLengths.h"
 
 #include "platform/RegExpr.h"
@@ -15,7 +17,7 @@ using namespace uSxCodeEdit;
 
 SX_DEFINE_CLASS(TSxCodeEdit, TCustomControl)
 
-const TMessageHandler<TSxCodeEdit> TSxCodeEdit::MessageTable[16] = {
+const TMessageHandler<TSxCodeEdit> TSxCodeEdit::MessageTable[17] = {
     {WM_SX_SELECTWORD, &TSxCodeEdit::WMSselectWord},
     {WM_SX_SEARCHREPLACEDLG, &TSxCodeEdit::WMSearchReplaceDlg},
     {WM_SX_SEARCHREPLACE, &TSxCodeEdit::WMSearchReplace},
@@ -25,6 +27,7 @@ const TMessageHandler<TSxCodeEdit> TSxCodeEdit::MessageTable[16] = {
     {WM_UNDO, &TSxCodeEdit::WMUndo},
     {WM_SX_REDO, &TSxCodeEdit::WMRedo},
     {WM_SX_SCANLINES, &TSxCodeEdit::WMScanLines},
+    {WM_SX_PAINTAHEAD, &TSxCodeEdit::WMPaintAhead},
     {WM_ERASEBKGND, &TSxCodeEdit::WMEraseBkgnd},
     {WM_GETDLGCODE, &TSxCodeEdit::WMGetDlgCode},
     {WM_CHAR, &TSxCodeEdit::WMChar},
@@ -74,6 +77,7 @@ TSxCodeEdit::TSxCodeEdit(TComponent* AOwner) : TCustomControl(AOwner)
 
 TSxCodeEdit::~TSxCodeEdit()
 {
+    CancelScreenUpdate(this);
     FAccessibilityAllowed = false;
     FAccessibility.reset();
     FLines->SetFoldListener(nullptr);
@@ -317,9 +321,18 @@ void TSxCodeEdit::SetExtOptions(TSxCodeExtOptions Value)
     FExtOptions = Value;
     ApplyFoldingOption();
     ApplyLongLinesOption();
+    ApplyPartialPaintOption();
     FUndoList->Listen(HasExtOption(TSxCodeExtOption::coRedo) ? FLines : nullptr);
     PositionScollBars();
     Invalidate();
+}
+
+void TSxCodeEdit::ApplyPartialPaintOption()
+{
+    if (!HasExtOption(TSxCodeExtOption::coPartialPaint))
+        FPaintCache.reset();
+    else if (!FPaintCache)
+        FPaintCache = std::make_unique<TSxPaintCache>();
 }
 
 void TSxCodeEdit::SetShowGuttor(bool Value)

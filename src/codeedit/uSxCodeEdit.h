@@ -26,6 +26,7 @@ class TSxCodeEditFolding;
 struct TSxFoldRegion;
 class TSxFoldStructure;
 class TSxLineLengths;
+class TSxPaintCache;
 class TFrmCodeEditSearchReplaceDlg;
 class TRegExpr;
 class TSxStringStream;
@@ -49,6 +50,7 @@ enum class TSxCodeExtOption {
     coFolding,       ///< regions of code fold and unfold from buttons in the gutter and by keys
     coExactColors,   ///< a paint that starts anywhere colours as one that came down from the first line
     coLongLines,     ///< the horizontal scroll range and the caret reach the end of the longest line
+    coPartialPaint,  ///< a paint draws again only the rows that changed since the last one
 };
 using TSxCodeExtOptions = TSet<TSxCodeExtOption, 32>;
 
@@ -91,6 +93,9 @@ constexpr Cardinal WM_SX_REDO = WM_USER + 4;
 constexpr Cardinal WM_SX_SCANLINES = WM_USER + 5;
 /// A slice of that scan takes about this many milliseconds at most.
 constexpr Integer LineScanSliceMs = 3;
+/// Extension (coPartialPaint): draws the changes of the handlers that ran
+/// before it on the kept bitmaps, posted by the control itself.
+constexpr Cardinal WM_SX_PAINTAHEAD = WM_USER + 6;
 
 /// Makes a colour APercent darker when ADarken is True: each byte of its RGB
 /// value scaled by (100 - APercent) / 100, rounded down.
@@ -348,6 +353,10 @@ public:
     /// when one first asks, so that nothing is tracked before.
     TAccessibleText* AccessibleText() override;
 
+    /// With coPartialPaint, a change is drawn on the kept bitmaps when the
+    /// screen is next updated, and only its rows are asked to show.
+    void Invalidate() override;
+
 protected:
     void Paint() override;
     /// Sets a colour the paint uses and repaints.
@@ -375,6 +384,7 @@ protected:
     virtual void WMRedo(TMessage& Message);
     /// One slice of the line-state scan (coExactColors).
     void WMScanLines(TMessage& Message);
+    void WMPaintAhead(TMessage& Message);
     virtual void WMEraseBkgnd(TMessage& Message);
     virtual void WMGetDlgCode(TMessage& Message);
     void WMChar(TMessage& Message) override;
@@ -644,9 +654,17 @@ private:
     };
     void ReleaseParserFeed(TSxLangParser* parser);
     /// Message number to handler, for Dispatch.
-    static const TMessageHandler<TSxCodeEdit> MessageTable[16];
+    static const TMessageHandler<TSxCodeEdit> MessageTable[17];
     /// The values that live for one paint, and the steps of the paint.
     class PaintPass;
+    struct PaintRow;
+    /// With coPartialPaint, the bitmaps and row keys of the last paint.
+    std::unique_ptr<TSxPaintCache> FPaintCache;
+    /// Draws the changes on the kept bitmaps and asks for their rows to show.
+    void PaintAhead();
+    bool FPaintAheadPosted = false;
+    /// Asks for the rows between the band's top and bottom pixel to show.
+    void ShowRows(std::pair<Integer, Integer> ABand);
 
     TBevelEdges FBevelEdges{TBevelEdge::beLeft, TBevelEdge::beTop, TBevelEdge::beRight, TBevelEdge::beBottom};
     TBevelCut FBevelInner = TBevelCut::bvRaised;
@@ -674,6 +692,8 @@ private:
     Integer ColumnRange();
     /// Makes or drops the count of line lengths as coLongLines says.
     void ApplyLongLinesOption();
+    /// Makes or drops the kept bitmaps as coPartialPaint says.
+    void ApplyPartialPaintOption();
 };
 
 }  // namespace sx

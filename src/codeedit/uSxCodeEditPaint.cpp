@@ -4,9 +4,12 @@
 #include "codeedit/uSxCodeEdit.h"
 
 #include "codeedit/uSxCodeEditFolding.h"
+#include "codeedit/uSxCodeEditPaintCache.h"
+#include "platform/PostedMessages.h"
 #include "codeedit/uSxPaintHelpers.h"
 
 #include <algorithm>
+#include <limits>
 #include <memory>
 
 namespace sx {
@@ -42,6 +45,18 @@ constexpr std::size_t LongTokenChars = 512;
 /// glyphs that can show are shaped with all that follows them on screen.
 constexpr std::size_t CutSlackChars = 16;
 
+/// Marks a paint in progress while it lives.
+class PaintInProgress {
+public:
+    explicit PaintInProgress(bool& AFlag) : FFlag(AFlag) { FFlag = true; }
+    ~PaintInProgress() { FFlag = false; }
+    PaintInProgress(const PaintInProgress&) = delete;
+    PaintInProgress& operator=(const PaintInProgress&) = delete;
+
+private:
+    bool& FFlag;
+};
+
 bool IsPrintableAscii(const String& text)
 {
     return std::all_of(text.begin(), text.end(), [](Char ch) { return ch >= 0x20 && ch < 0x7F; });
@@ -49,19 +64,45 @@ bool IsPrintableAscii(const String& text)
 
 }  // namespace
 
+/// What one row of the view shows, laid out before anything is drawn.
+struct TSxCodeEdit::PaintRow {
+    struct Token {
+        String Text;
+        TColor Back = clWindow;
+        TColor Font = clWindowText;
+        TFontStyles Style;
+        /// The classic collapse button, drawn with each token of its line.
+        bool Collapse = false;
+        bool Collapsed = false;
+        /// The end of the line.
+        bool Break = false;
+    };
+    Integer Line = 0;
+    Integer Y = 0;
+    /// The line's own colours, from OnParserLineChange.
+    bool Colored = false;
+    TColor Back = clWindow;
+    TColor Font = clWindowText;
+    bool Folded = false;
+    bool FoldButton = false;
+    std::vector<Token> Tokens;
+};
+
 class TSxCodeEdit::PaintPass {
 public:
-    explicit PaintPass(TSxCodeEdit& edit) : E(edit) {}
+    PaintPass(TSxCodeEdit& edit, TSxPaintCache* cache) : E(edit), Cache(cache) {}
 
-    void Run()
+    /// Paints the control; to the screen unless AToScreen is false, when
+    /// only the kept bitmaps are brought up to date.
+    void Run(bool AToScreen = true)
     {
-        CreateBitmaps();
+        TakeBitmaps();
         MeasureFont();
         SizeGutter();
-        FillBackground();
+        Area = E.TextArea();
+        Ground = E.FColor;
+        DarkenColor(Ground, E.GetReadOnly(), DarkenPercent);
         SortSelection();
-        if (Gutter)
-            PaintGutter();
         PenY = 0;
         // Ink may reach left of a glyph's origin, by less than a line's height.
         DrawLimit = Main->Width() + E.GetLineWidth();
@@ -79,30 +120,81 @@ public:
             P->SetOnGetNewBuffer(ParserFeed{&E});
             RestartParserAt(TopLine);
             StartLine();
-            PaintTokens();
+            LayOutRows();
         }
+        FindBrackets();
+        ChooseRows();
+        if (AllRows) {
+            FillBackground();
+            if (Gutter)
+                PaintGutter();
+        }
+        for (const PaintRow& row : Rows)
+            if (Drawn(RowOfY(row.Y)))
+                DrawRow(row);
         PaintBrackets();
         PaintRightMargin();
         PaintPreEdit();
+        MergeGutter();
+        if (AToScreen) {
+            CopyToScreen();
+            PaintCorners();
+            PaintFrame();
+        }
+        UpdatePageSizes();
+        KeepBitmaps();
+    }
+
+    /// Shows the kept bitmaps, as a paint ahead of this one left them.
+    void CopyKept()
+    {
+        Main = std::make_unique<TBitmap>();
+        Main->SwapPicture(Cache->Main());
+        Area = E.TextArea();
         CopyToScreen();
         PaintCorners();
         PaintFrame();
-        UpdatePageSizes();
+        KeepBitmaps();
+    }
+
+    /// The rows of the view this paint drew, in client pixels (top, bottom).
+    std::pair<Integer, Integer> DrawnBand() const
+    {
+        if (AllRows || (Cache && Cache->Shifted()))
+            return {0, E.ClientHeight()};
+        if (!Cache || Cache->FirstDrawn() > Cache->LastDrawn())
+            return {0, 0};
+        return {Cache->FirstDrawn() * RowHeight(), (Cache->LastDrawn() + 1) * RowHeight()};
     }
 
 private:
-    void CreateBitmaps()
+    /// New bitmaps, or with a cache the pictures of the last paint on
+    /// bitmaps whose tools are fresh, as on new ones.
+    void TakeBitmaps()
     {
         // The bitmaps have the screen's density, so that text and rules
         // drawn on them stay sharp where the screen has more device pixels.
         const double ratio = E.Canvas().DevicePixelRatio();
         Main = std::make_unique<TBitmap>();
+        if (Cache)
+            Main->SwapPicture(Cache->Main());
         Main->SetDevicePixelRatio(ratio);
         Main->SetSize(E.ClientWidth(), E.ClientHeight());
         if (E.GetShowGuttor()) {
             Gutter = std::make_unique<TBitmap>();
+            if (Cache)
+                Gutter->SwapPicture(Cache->Gutter());
             Gutter->SetDevicePixelRatio(ratio);
         }
+    }
+
+    void KeepBitmaps()
+    {
+        if (!Cache)
+            return;
+        Cache->Main().SwapPicture(*Main);
+        if (Gutter)
+            Cache->Gutter().SwapPicture(*Gutter);
     }
 
     /// The gutter's size once the font is known: line numbers widen it.
@@ -123,21 +215,57 @@ private:
         E.SetLineWidth(c.TextHeight(u"XygpPQIiJ"));
     }
 
+    Integer RowHeight() const { return std::max(E.GetLineWidth(), 1); }
+    Integer RowOfY(Integer y) const { return y / RowHeight(); }
+    Integer RowCount() const { return (E.ClientHeight() + RowHeight() - 1) / RowHeight(); }
+    bool Drawn(Integer ARow) const
+    {
+        return AllRows || (ARow >= 0 && ARow < Integer(DrawnRows.size()) && DrawnRows[std::size_t(ARow)]);
+    }
+
+    /// The row the caret's line takes its own colour on, or -1.
+    Integer CurrentLineRow() const
+    {
+        if (!ShowCurrentLine || !Area.Shows(Area.FirstColumn, E.FLinePos))
+            return -1;
+        return RowOfY(Integer(Area.CellY(E.FLinePos)));
+    }
+
     void FillBackground()
     {
-        BackColor = E.FColor;
-        DarkenColor(BackColor, E.GetReadOnly(), DarkenPercent);
         TCanvas& c = Main->Canvas();
-        c.Brush().Color = BackColor;
-        Area = E.TextArea();
+        c.Brush().Color = Ground;
         c.FillRect(Rect(Area.Left, 0, E.ClientWidth(), E.ClientHeight()));
-        if (ShowCurrentLine && Area.Shows(Area.FirstColumn, E.FLinePos)) {
-            TColor current = E.FCurrentLineColor;
-            DarkenColor(current, E.GetReadOnly(), DarkenPercent);
-            const Integer top = Integer(Area.CellY(E.FLinePos));
-            c.Brush().Color = current;
-            c.FillRect(Rect(Area.Left, top, E.ClientWidth(), top + Area.LineHeight));
-            c.Brush().Color = BackColor;
+        if (CurrentLineRow() >= 0)
+            FillCurrentLine(Integer(Area.CellY(E.FLinePos)));
+    }
+
+    void FillCurrentLine(Integer ATop)
+    {
+        TCanvas& c = Main->Canvas();
+        TColor current = E.FCurrentLineColor;
+        DarkenColor(current, E.GetReadOnly(), DarkenPercent);
+        c.Brush().Color = current;
+        c.FillRect(Rect(Area.Left, ATop, E.ClientWidth(), ATop + Area.LineHeight));
+        c.Brush().Color = Ground;
+    }
+
+    /// A row drawn again on the kept bitmaps starts from the ground a whole
+    /// paint lays under it.
+    void ClearRow(Integer ARow)
+    {
+        const Integer top = ARow * RowHeight();
+        TCanvas& c = Main->Canvas();
+        c.Brush().Style = TBrushStyle::bsSolid;
+        c.Brush().Color = Ground;
+        c.FillRect(Rect(Area.Left, top, E.ClientWidth(), top + RowHeight()));
+        if (ARow == CurrentLineRow())
+            FillCurrentLine(top);
+        if (Gutter) {
+            TCanvas& g = Gutter->Canvas();
+            g.Brush().Style = TBrushStyle::bsSolid;
+            g.Brush().Color = E.FGutterColor;
+            g.FillRect(Rect(0, top, Gutter->Width() - 2, top + RowHeight()));
         }
     }
 
@@ -186,15 +314,16 @@ private:
         Column = 0;
     }
 
-    void PaintTokens()
+    /// Runs the parser down the view and keeps what each row shows, with
+    /// its colours as they will be drawn.
+    void LayOutRows()
     {
-        TCanvas& c = Main->Canvas();
         String token;
         while (PenY < E.Height()) {
             if (!P->GetNextToken(token, BackColor, TextColor, TokenStyle, LineBreak))
                 break;
             if (LastParserLine != E.FParserLineNr)
-                BeginLine(c);
+                StartRow();
             LastParserLine = E.FParserLineNr;
             // A row's clWindow is the control's ground, and the caret's line
             // shows through the ground.
@@ -203,30 +332,75 @@ private:
             if (ShowCurrentLine && BackColor == E.FColor && E.FParserLineNr - 1 == E.FLinePos)
                 BackColor = E.FCurrentLineColor;
             DarkenColor(BackColor, E.FReadOnly, DarkenPercent);
-            if (E.ParserLineCollapse && Gutter)
-                SxPaintTreeButton(Gutter->Canvas(), Rect(4, PenY, 20, PenY + 15), !E.ParserLineCollapsed);
+            PaintRow& row = Rows.back();
+            row.Tokens.push_back({LineBreak ? String() : token, BackColor, TextColor, TokenStyle,
+                                  E.ParserLineCollapse, E.ParserLineCollapsed, LineBreak});
             if (LineBreak) {
                 const Integer line = E.FParserLineNr - 1;
-                const bool folded = Folds && Folds->IsFolded(line);
-                if (folded)
-                    SxPaintFoldMarker(c, PenX + E.GetCharWidth(), PenY, E.GetLineWidth(), clGrayText);
+                row.Folded = Folds && Folds->IsFolded(line);
                 PenY += E.GetLineWidth();
-                StartLine();
-                if (folded)
+                if (row.Folded)
                     SkipFoldedRegion(line);
-                continue;
+            }
+        }
+    }
+
+    /// The first token of a line: the line may take colours of its own.
+    void StartRow()
+    {
+        PaintRow row;
+        row.Line = E.FParserLineNr - 1;
+        row.Y = PenY;
+        row.FoldButton = Gutter && std::binary_search(ButtonLines.begin(), ButtonLines.end(), row.Line);
+        row.Back = BackColor;
+        row.Font = TextColor;
+        row.Colored = E.FOnParserLineChange && E.FOnParserLineChange(E.FParserLineNr, row.Back, row.Font);
+        Rows.push_back(std::move(row));
+    }
+
+    /// Draws a row: its number and button in the gutter, then its tokens.
+    void DrawRow(const PaintRow& row)
+    {
+        TCanvas& c = Main->Canvas();
+        if (!AllRows)
+            ClearRow(RowOfY(row.Y));
+        PenY = row.Y;
+        RowLine = row.Line;
+        StartLine();
+        if (ShowNumbers)
+            PaintLineNumber(row.Line + 1);
+        if (row.FoldButton)
+            SxPaintFoldButton(Gutter->Canvas(), Rect(4, PenY, 20, PenY + 15), Folds->IsFolded(row.Line));
+        c.Brush().Style = TBrushStyle::bsSolid;
+        LineColored = row.Colored;
+        if (LineColored) {
+            c.Pen().Color = row.Back;
+            c.Brush().Color = row.Back;
+            c.Font().SetColor(row.Font);
+            c.Rectangle(PenX, PenY, Main->Width(), PenY + E.GetLineWidth());
+        }
+        for (const PaintRow::Token& t : row.Tokens) {
+            BackColor = t.Back;
+            TextColor = t.Font;
+            TokenStyle = t.Style;
+            if (t.Collapse && Gutter)
+                SxPaintTreeButton(Gutter->Canvas(), Rect(4, PenY, 20, PenY + 15), !t.Collapsed);
+            if (t.Break) {
+                if (row.Folded)
+                    SxPaintFoldMarker(c, PenX + E.GetCharWidth(), PenY, E.GetLineWidth(), clGrayText);
+                break;
             }
             if (PenX >= DrawLimit) {
                 // Nothing of this token or of those behind it on the line can show.
-                Column += Integer(token.size());
+                Column += Integer(t.Text.size());
                 continue;
             }
-            if (CutLeft && LeftOfView(token)) {
-                PenX += Integer(token.size()) * E.GetCharWidth();
-                Column += Integer(token.size());
+            if (CutLeft && LeftOfView(t.Text)) {
+                PenX += Integer(t.Text.size()) * E.GetCharWidth();
+                Column += Integer(t.Text.size());
                 continue;
             }
-            DrawToken(c, token);
+            DrawToken(c, t.Text);
         }
     }
 
@@ -239,25 +413,80 @@ private:
             RestartParserAt(next);
     }
 
-    /// The first token of a line: its number goes into the gutter, and the
-    /// line may take colours of its own.
-    void BeginLine(TCanvas& c)
+    /// Without a cache every row is drawn; with one, the rows whose key
+    /// changed since the last paint.
+    void ChooseRows()
     {
-        if (ShowNumbers)
-            PaintLineNumber(E.FParserLineNr);
-        if (Gutter && std::binary_search(ButtonLines.begin(), ButtonLines.end(), E.FParserLineNr - 1))
-            SxPaintFoldButton(Gutter->Canvas(), Rect(4, PenY, 20, PenY + 15), Folds->IsFolded(E.FParserLineNr - 1));
-        c.Brush().Style = TBrushStyle::bsSolid;
-        LineBack = BackColor;
-        LineFont = TextColor;
-        LineColored = false;
-        if (E.FOnParserLineChange && E.FOnParserLineChange(E.FParserLineNr, LineBack, LineFont)) {
-            LineColored = true;
-            c.Pen().Color = LineBack;
-            c.Brush().Color = LineBack;
-            c.Font().SetColor(LineFont);
-            c.Rectangle(PenX, PenY, Main->Width(), PenY + E.GetLineWidth());
+        if (!Cache) {
+            AllRows = true;
+            return;
         }
+        const Integer count = RowCount();
+        AllRows = Cache->Begin(FrameKey(), E.FVScrollBar->Position(), count, RowHeight() * Main->DevicePixelRatio());
+        Main->ShiftPicture(Cache->ShiftPixels());
+        if (Gutter)
+            Gutter->ShiftPicture(Cache->ShiftPixels());
+        std::vector<const PaintRow*> rowAt(std::size_t(count), nullptr);
+        for (const PaintRow& row : Rows)
+            if (RowOfY(row.Y) < count)
+                rowAt[std::size_t(RowOfY(row.Y))] = &row;
+        DrawnRows.assign(std::size_t(count), false);
+        for (Integer row = 0; row < count; ++row)
+            DrawnRows[std::size_t(row)] = Cache->RowChanged(row, RowKey(row, rowAt[std::size_t(row)]));
+    }
+
+    /// What the whole view shares: a change of it draws every row.
+    std::uint64_t FrameKey() const
+    {
+        TSxPaintKey key;
+        key.Add(E.ClientWidth()).Add(E.ClientHeight()).Add(Main->DevicePixelRatio());
+        key.Add(Gutter ? Gutter->Width() : -1).Add(Area.Left).Add(Area.FirstColumn);
+        key.Add(E.GetCharWidth()).Add(E.GetLineWidth()).Add(Ground).Add(E.FReadOnly).Add(CutLeft);
+        key.Add(ShowCurrentLine).Add(E.FCurrentLineColor).Add(ShowNumbers).Add(E.FGutterColor).Add(E.FLineNumberColor);
+        key.Add(E.FSelectionColor).Add(E.FSelectionTextColor);
+        key.Add(E.GetShowRightMargin()).Add(E.FRightMargin).Add(E.FRightMarginColor);
+        key.Add(E.Font().Name()).Add(E.Font().Size()).Add(E.Font().Style()).Add(E.Font().Color());
+        // The system's colours, which a change of the palette moves.
+        for (const TColor color : {clWindow, clWindowText, clHighlight, clHighlightText, clBtnFace, clBtnHighlight,
+                                   clBtnShadow, clGrayText})
+            key.Add(ColorToRGB(color));
+        return key.Value();
+    }
+
+    /// Everything row ARow shows: the ground, a bracket or a composition on
+    /// it, and the line laid out there with its tokens, selection, number
+    /// and buttons.
+    std::uint64_t RowKey(Integer ARow, const PaintRow* ALaidOut) const
+    {
+        TSxPaintKey key;
+        key.Add(ARow == CurrentLineRow());
+        for (const TPoint& cell : BracketCells)
+            if (RowOfY(Integer(Area.CellY(cell.Y))) == ARow)
+                key.Add(cell.X).Add(BracketGround);
+        TPoint caret;
+        if (!E.FImePreEdit.empty() && E.CaretCell(caret) && RowOfY(caret.Y) == ARow)
+            key.Add(caret.X).Add(E.FImePreEdit);
+        if (!ALaidOut)
+            return key.Value();
+        const PaintRow& row = *ALaidOut;
+        const auto [selFrom, selTo] = SelectedColumns(row.Line);
+        key.Add(selFrom).Add(selTo).Add(ShowNumbers ? row.Line : -1);
+        key.Add(row.Colored).Add(row.Back).Add(row.Font).Add(row.Folded);
+        key.Add(row.FoldButton && Folds->IsFolded(row.Line));
+        key.Add(row.FoldButton);
+        for (const PaintRow::Token& t : row.Tokens)
+            key.Add(t.Text).Add(t.Back).Add(t.Font).Add(t.Style).Add(t.Collapse).Add(t.Collapsed).Add(t.Break);
+        return key.Value();
+    }
+
+    /// The columns of the line that the selection covers, or (0, 0).
+    std::pair<Integer, Integer> SelectedColumns(Integer ALine) const
+    {
+        if (ALine < SelFirst.Y || ALine > SelLast.Y)
+            return {0, 0};
+        const Integer from = ALine == SelFirst.Y ? SelFirst.X : 0;
+        const Integer to = ALine == SelLast.Y ? SelLast.X : std::numeric_limits<Integer>::max();
+        return from < to ? std::pair{from, to} : std::pair{0, 0};
     }
 
     /// The lines of the view that start a region, before the parser is
@@ -290,7 +519,7 @@ private:
     /// Draws a token, split where it crosses an edge of the selection.
     void DrawToken(TCanvas& c, String text)
     {
-        const Integer line = E.FParserLineNr - 1;
+        const Integer line = RowLine;
         auto n = Integer(text.size());
         const bool outside = line < SelFirst.Y || line > SelLast.Y ||
                              (line == SelFirst.Y && Column + n <= SelFirst.X) ||
@@ -380,18 +609,26 @@ private:
         return text.substr(cut);
     }
 
-    /// The bracket next to the caret and its partner on a ground of their
-    /// own, or the bracket alone on the ground of a missing partner.
-    void PaintBrackets()
+    /// The bracket next to the caret and its partner, and the ground they
+    /// stand on: a ground of their own, or the bracket alone on the ground
+    /// of a missing partner.
+    void FindBrackets()
     {
         TPoint bracket, partner;
         if (!E.MatchingBracket(bracket, partner))
             return;
-        TColor ground = partner.X >= 0 ? E.FBracketMatchColor : E.FBracketMismatchColor;
-        DarkenColor(ground, E.FReadOnly, DarkenPercent);
+        BracketGround = partner.X >= 0 ? E.FBracketMatchColor : E.FBracketMismatchColor;
+        DarkenColor(BracketGround, E.FReadOnly, DarkenPercent);
         for (const TPoint& cell : {bracket, partner})
             if (cell.X >= 0 && Area.Shows(cell.X, cell.Y))
-                PaintBracket(cell, ground);
+                BracketCells.push_back(cell);
+    }
+
+    void PaintBrackets()
+    {
+        for (const TPoint& cell : BracketCells)
+            if (Drawn(RowOfY(Integer(Area.CellY(cell.Y)))))
+                PaintBracket(cell, BracketGround);
     }
 
     /// The bracket at ACell again, in its token's colour and style on AGround.
@@ -419,8 +656,16 @@ private:
             TCanvas& c = Main->Canvas();
             const Integer x = Area.Left + Integer(m);
             c.Pen().Color = E.FRightMarginColor;
-            c.MoveTo(x, 0);
-            c.LineTo(x, E.ClientHeight());
+            if (AllRows) {
+                c.MoveTo(x, 0);
+                c.LineTo(x, E.ClientHeight());
+                return;
+            }
+            for (Integer row = 0; row < RowCount(); ++row)
+                if (Drawn(row)) {
+                    c.MoveTo(x, row * RowHeight());
+                    c.LineTo(x, std::min((row + 1) * RowHeight(), E.ClientHeight()));
+                }
         }
     }
 
@@ -430,7 +675,7 @@ private:
     void PaintPreEdit()
     {
         TPoint cell;
-        if (E.FImePreEdit.empty() || !E.CaretCell(cell))
+        if (E.FImePreEdit.empty() || !E.CaretCell(cell) || !Drawn(RowOfY(cell.Y)))
             return;
         TCanvas& c = Main->Canvas();
         TColor back = E.FColor;
@@ -448,14 +693,27 @@ private:
         c.LineTo(right, underline);
     }
 
+    /// The gutter's rows drawn by this paint onto the text area's bitmap.
+    void MergeGutter()
+    {
+        if (!Gutter)
+            return;
+        TCanvas& c = Main->Canvas();
+        const auto [top, bottom] = DrawnBand();
+        if (top >= bottom)
+            return;
+        if (!AllRows)
+            c.SetClipRect(Rect(0, top, Gutter->Width(), bottom));
+        c.Draw(0, 0, *Gutter);
+        c.ResetClip();
+    }
+
     void CopyToScreen()
     {
         TCanvas& screen = E.Canvas();
         screen.SetClipRect(Rect(0, 0, E.ClientWidth() - E.FVScrollBar->Width() - 1,
                                 E.ClientHeight() - E.FHScrollBar->Height() - 1));
         try {
-            if (Gutter)
-                Main->Canvas().Draw(0, 0, *Gutter);
             screen.Draw(0, 0, *Main);
         } catch (...) {
             screen.ResetClip();
@@ -506,6 +764,19 @@ private:
     }
 
     TSxCodeEdit& E;
+    /// With coPartialPaint, the bitmaps and row keys of the last paint.
+    TSxPaintCache* Cache = nullptr;
+    std::vector<PaintRow> Rows;
+    /// Every row is drawn (no cache, or the frame changed); else those marked.
+    bool AllRows = true;
+    std::vector<bool> DrawnRows;
+    /// The matching brackets that show, and their ground.
+    std::vector<TPoint> BracketCells;
+    TColor BracketGround = clWindow;
+    /// The ground of the text area.
+    TColor Ground = clWindow;
+    /// The line of the row being drawn.
+    Integer RowLine = 0;
     TSxLangParser* P = nullptr;
     /// The folding with coFolding, and the lines of the view with a fold button.
     TSxCodeEditFolding* Folds = nullptr;
@@ -541,12 +812,63 @@ void TSxCodeEdit::Paint()
 {
     if (InPaint)
         return;
-    InPaint = true;
-    struct EndOfPaint {
-        bool& flag;
-        ~EndOfPaint() { flag = false; }
-    } endOfPaint{InPaint};
-    PaintPass(*this).Run();
+    const PaintInProgress inPaint(InPaint);
+    PaintPass pass(*this, FPaintCache.get());
+    if (!FPaintCache) {
+        pass.Run();
+        return;
+    }
+    if (FPaintCache->Prepared && FPaintCache->Main().Width() == ClientWidth() &&
+        FPaintCache->Main().Height() == ClientHeight()) {
+        pass.CopyKept();
+    } else {
+        // The screen may have asked for less than the rows this paint drew:
+        // they are asked to show too, else they would wait for a change.
+        pass.Run();
+        ShowRows(pass.DrawnBand());
+    }
+    FPaintCache->Prepared = false;
+}
+
+void TSxCodeEdit::ShowRows(std::pair<Integer, Integer> ABand)
+{
+    const auto [top, bottom] = ABand;
+
+    if (top < bottom)
+        UpdateRect(Rect(0, top, ClientWidth() - FVScrollBar->Width(), std::min(bottom, ClientHeight() - FHScrollBar->Height())));
+}
+
+void TSxCodeEdit::Invalidate()
+{
+    if (!FPaintCache) {
+        TCustomControl::Invalidate();
+        return;
+    }
+    FPaintCache->Prepared = false;
+    // Posted, so that it draws what the running handler leaves, not a step
+    // on its way; through the screen updates, so that a chain of posted
+    // messages runs through first.
+    UpdateScreen(this, [this] {
+        if (!FPaintAheadPosted)
+            FPaintAheadPosted = PostMessage(this, uSxCodeEdit::WM_SX_PAINTAHEAD);
+    });
+}
+
+void TSxCodeEdit::WMPaintAhead(TMessage&)
+{
+    FPaintAheadPosted = false;
+    PaintAhead();
+}
+
+void TSxCodeEdit::PaintAhead()
+{
+    if (InPaint || !FPaintCache)
+        return;
+    const PaintInProgress inPaint(InPaint);
+    PaintPass pass(*this, FPaintCache.get());
+    pass.Run(false);
+    FPaintCache->Prepared = true;
+    ShowRows(pass.DrawnBand());
 }
 
 bool TSxCodeEdit::ParserGetNewBuffer(bool AReset, String& S)

@@ -3,6 +3,7 @@
 #include "platform/Controls.h"
 
 #include "platform/Accessibility.h"
+#include "platform/QtConvert.h"
 #include "platform/QtEvents.h"
 
 #include <QApplication>
@@ -243,6 +244,12 @@ void TWinControl::Invalidate()
             if (widget)
                 widget->update();
         });
+}
+
+void TWinControl::UpdateRect(const TRect& ARect)
+{
+    if (FWidget)
+        FWidget->update(ToQRect(ARect));
 }
 
 void TWinControl::Repaint()

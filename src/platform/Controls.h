@@ -185,6 +185,8 @@ public:
     bool CanFocus() const;
     virtual void SetFocus();
     void Invalidate() override;
+    /// Asks for a repaint of the rectangle only, in client pixels.
+    void UpdateRect(const TRect& ARect);
     /// Paints now rather than at the next turn of the event loop.
     void Repaint();
 

@@ -16,6 +16,7 @@
 
 #include <cmath>
 #include <cstdlib>
+#include <cstring>
 #include <map>
 #include <tuple>
 #include <unordered_map>
@@ -447,6 +448,30 @@ void TBitmap::MakeImage()
 }
 
 TCanvas& TBitmap::Canvas() { return *FCanvas; }
+
+void TBitmap::SwapPicture(TBitmap& Other)
+{
+    FCanvas->End();
+    Other.FCanvas->End();
+    FImage->swap(*Other.FImage);
+    std::swap(FWidth, Other.FWidth);
+    std::swap(FHeight, Other.FHeight);
+    std::swap(FRatio, Other.FRatio);
+}
+
+void TBitmap::ShiftPicture(Integer ADevicePixels)
+{
+    FCanvas->End();
+    const int rows = FImage->height();
+    const int moved = rows - std::abs(ADevicePixels);
+    if (ADevicePixels == 0 || moved <= 0)
+        return;
+    const auto stride = std::size_t(FImage->bytesPerLine());
+    uchar* bits = FImage->bits();
+    uchar* to = bits + (ADevicePixels > 0 ? std::size_t(ADevicePixels) * stride : 0);
+    const uchar* from = bits + (ADevicePixels < 0 ? std::size_t(-ADevicePixels) * stride : 0);
+    std::memmove(to, from, std::size_t(moved) * stride);
+}
 
 const QImage& TBitmap::Image()
 {

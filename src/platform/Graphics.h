@@ -159,6 +159,13 @@ public:
     TCanvas& Canvas();
     /// The picture; ends any drawing in progress first.
     const QImage& Image();
+    /// Trades pictures, sizes and ratios with Other; each canvas keeps its
+    /// own tools. A paint that keeps its picture for the next one takes it
+    /// back this way onto a bitmap whose tools are fresh.
+    void SwapPicture(TBitmap& Other);
+    /// Moves the picture down by ADevicePixels rows of device pixels (up
+    /// when negative); the rows it uncovers keep what they held.
+    void ShiftPicture(Integer ADevicePixels);
 
 private:
     class BitmapCanvas;

@@ -13,14 +13,18 @@
 #include "codeedit/uSxCodePascalParser.h"
 #include "platform/Caret.h"
 #include "platform/Dialogs.h"
+#include "platform/Keys.h"
 #include "support/ModalAnswers.h"
 #include "support/TempFolder.h"
 
+#include <QApplication>
 #include <QCoreApplication>
+#include <QPainter>
 #include <QScrollBar>
 
 #include <cmath>
 #include <functional>
+#include <random>
 #include <vector>
 
 using namespace sx;
@@ -568,3 +572,69 @@ TEST_F(Theme, AChangedControlColourShows)
 }
 
 }  // namespace
+
+/// What the screen shows of the control: its window's backing store.
+QImage OnScreen(TWinControl& control)
+{
+    QWidget* widget = control.Widget();
+    const QPoint at = widget->mapTo(widget->window(), QPoint(0, 0));
+    return widget->screen()
+        ->grabWindow(widget->window()->winId(), at.x(), at.y(), widget->width(), widget->height())
+        .toImage()
+        .convertToFormat(QImage::Format_RGB32);
+}
+
+/// The image with the caret's cell blanked: the caret is a widget of its
+/// own over the control, shown as its own timer says.
+QImage WithoutCaret(QImage image)
+{
+    const TCaretInfo caret = GetCaretInfo();
+    QPainter(&image).fillRect(caret.Pos.X, caret.Pos.Y, caret.Width, caret.Height, Qt::magenta);
+    return image;
+}
+
+/// Two controls given the same steps: one with coPartialPaint, shown through
+/// the event loop, and one that paints whole.
+TEST(PartialPaint, SeededStepsShowWhatAWholePaintShows)
+{
+    Host partialHost, wholeHost;
+    const TSxCodeExtOptions options{TSxCodeExtOption::coLineNumbers, TSxCodeExtOption::coCurrentLine,
+                                    TSxCodeExtOption::coBracketMatch};
+    const String text = LinesOf(120, [](int i) {
+        return i % 7 == 0 ? u"{ note " + IntToStr(i) + u" (" : u"  V" + IntToStr(i) + u" := F(" + IntToStr(i) + u");";
+    });
+    std::vector<TSxCodeEdit*> edits;
+    for (Host* host : {&partialHost, &wholeHost}) {
+        auto* edit = host->Add<TSxCodeEdit>(420, 300);
+        edit->SetParser(new TSxCodePascalParser(edit));
+        edit->SetText(text);
+        edit->SetShowRightMargin(true);
+        edits.push_back(edit);
+    }
+    edits[0]->SetExtOptions(TSxCodeExtOptions(options).Include(TSxCodeExtOption::coPartialPaint));
+    edits[1]->SetExtOptions(options);
+    std::mt19937 random(20261125);
+    const auto pick = [&](int n) { return int(random() % unsigned(n)); };
+    const Word keys[] = {VK_DOWN, VK_UP, VK_LEFT, VK_RIGHT, VK_NEXT, VK_PRIOR, VK_RETURN, VK_BACK, VK_DELETE};
+    for (int step = 0; step < 300; ++step) {
+        const int kind = pick(10), key = pick(9), ch = pick(5), row = pick(130), column = pick(20);
+        for (TSxCodeEdit* edit : edits) {
+            if (kind < 3)
+                SendMessage(edit, WM_CHAR, Char(u"x ({}"[ch]));
+            else if (kind < 6)
+                SendMessage(edit, WM_KEYDOWN, keys[key]);
+            else if (kind < 8)
+                edit->VScrollBar().SetPosition(edit->VScrollBar().Position() + (kind == 6 ? 1 : -1));
+            else if (kind == 8)
+                edit->VScrollBar().SetPosition(row);
+            else {
+                edit->SetSelStart(Point(column, row));
+                edit->SetSelEnd(Point(column / 2, row + column % 3));
+            }
+        }
+        QCoreApplication::processEvents();
+        QCoreApplication::processEvents();
+        ASSERT_TRUE(WithoutCaret(OnScreen(*edits[0])) == WithoutCaret(Render(*edits[1])))
+            << "step " << step << ", kind " << kind;
+    }
+}
