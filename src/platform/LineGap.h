@@ -41,9 +41,10 @@ public:
         ++FGapLength;
     }
 
+    /// Empties the array and gives its memory back.
     void Clear()
     {
-        FBody.clear();
+        std::vector<T, TBigAllocator<T>>().swap(FBody);
         FGapStart = 0;
         FGapLength = 0;
     }

@@ -25,6 +25,7 @@
 #include <algorithm>
 #include <cerrno>
 #include <cstring>
+#include <limits>
 #include <random>
 #include <string>
 #include <vector>
@@ -147,7 +148,10 @@ bool RandomEdit(std::mt19937& random, TStringList& store, LineGap<ModelLine>& ga
         store.Put(Integer(at), line);
         gap[at].Text = model[at].Text = line;  // the slot stays with its line
     } else if (action < 18) {
-        const auto slot = NativeInt(random() % 5);
+        // Small slots live in the record, others beside it; both stay with their line.
+        static const NativeInt Slots[] = {0, 1, 4, -1, 8191, -8191, -8192, 8192, NativeInt(1) << 40,
+                                          std::numeric_limits<NativeInt>::min()};
+        const NativeInt slot = Slots[random() % std::size(Slots)];
         store.PutObject(Integer(at), slot);
         gap[at].Slot = model[at].Slot = slot;
     } else if (action < 19) {
