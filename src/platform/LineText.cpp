@@ -161,11 +161,28 @@ std::uint32_t TLineTextStore::Adopt(TByteBuffer Bytes)
 
 TLineText TLineTextStore::InPlace(std::uint32_t ABlock, const Byte* Text, std::size_t Length)
 {
+    return LyingIn(ABlock, Text, Length, false);
+}
+
+TLineText TLineTextStore::InPlace(std::uint32_t ABlock, const Char* Text, std::size_t Length)
+{
+    return LyingIn(ABlock, Text, Length, true);
+}
+
+TLineText TLineTextStore::LyingIn(std::uint32_t ABlock, const void* Text, std::size_t Length, bool Wide)
+{
     if (Length == 0)
         return TLineText();
-    const TLineText text(Text, Length, false, false);
+    const TLineText text(Text, Length, Wide, false);
     ++FBlocks[ABlock].Lines;
     return text;
+}
+
+void TLineTextStore::GiveBackTail(std::uint32_t ABlock, const Byte* UsedEnd)
+{
+    Block& block = FBlocks[ABlock];
+    block.Used = std::min(std::size_t(UsedEnd - block.Bytes.data()), block.Bytes.size());
+    ReleaseTail(block.Bytes, block.Used);
 }
 
 void TLineTextStore::DropIfUnused(std::uint32_t ABlock)

@@ -149,6 +149,11 @@ public:
     std::uint32_t Adopt(TByteBuffer Bytes);
     /// A narrow line that lies in the adopted block as it is: no copy.
     TLineText InPlace(std::uint32_t ABlock, const Byte* Text, std::size_t Length);
+    /// A wide line that lies in the adopted block, 2-aligned: no copy.
+    TLineText InPlace(std::uint32_t ABlock, const Char* Text, std::size_t Length);
+    /// Gives the memory of an adopted block behind UsedEnd back to the
+    /// system: its lines lie in front of it.
+    void GiveBackTail(std::uint32_t ABlock, const Byte* UsedEnd);
     /// Frees an adopted block that no line has come to lie in.
     void DropIfUnused(std::uint32_t ABlock);
 
@@ -168,6 +173,7 @@ private:
 
     /// A place for bytes in a shared block, counted as one more line of it.
     Byte* Reserve(std::size_t bytes);
+    TLineText LyingIn(std::uint32_t ABlock, const void* Text, std::size_t Length, bool Wide);
     std::size_t NewBlock(TByteBuffer bytes);
     void FreeBlock(std::size_t index);
 

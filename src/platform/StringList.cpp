@@ -315,6 +315,17 @@ void TStringList::TLoader::AddInPlace(std::uint32_t Block, const Byte* Text, std
     FList.Append(FList.FTexts.InPlace(Block, Text, Length), 0);
 }
 
+void TStringList::TLoader::AddInPlace(std::uint32_t Block, const Char* Text, std::size_t Length)
+{
+    FList.FLines.Reserve(1);
+    FList.Append(FList.FTexts.InPlace(Block, Text, Length), 0);
+}
+
+void TStringList::TLoader::GiveBackTail(std::uint32_t Block, const Byte* UsedEnd)
+{
+    FList.FTexts.GiveBackTail(Block, UsedEnd);
+}
+
 String TStringList::Text() const
 {
     std::size_t size = 0;

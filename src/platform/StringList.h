@@ -108,6 +108,11 @@ public:
         std::uint32_t Adopt(TByteBuffer Bytes);
         /// A line of narrow text that lies in an adopted buffer: no copy.
         void AddInPlace(std::uint32_t Block, const Byte* Text, std::size_t Length);
+        /// A line of wide text that lies in an adopted buffer, 2-aligned: no copy.
+        void AddInPlace(std::uint32_t Block, const Char* Text, std::size_t Length);
+        /// The lines lie in front of UsedEnd in an adopted buffer: the memory
+        /// behind it goes back to the system.
+        void GiveBackTail(std::uint32_t Block, const Byte* UsedEnd);
 
     private:
         friend class TStringList;
