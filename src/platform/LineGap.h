@@ -41,10 +41,11 @@ public:
         ++FGapLength;
     }
 
-    /// Empties the array and gives its memory back.
+    /// Empties the array; its memory stays for the next fill, since giving
+    /// it back costs every later load its page faults again.
     void Clear()
     {
-        std::vector<T, TBigAllocator<T>>().swap(FBody);
+        FBody.clear();
         FGapStart = 0;
         FGapLength = 0;
     }
