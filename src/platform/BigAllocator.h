@@ -16,6 +16,7 @@
 
 #if defined(__linux__)
 #include <sys/mman.h>
+#include <unistd.h>
 #endif
 
 namespace sx {
@@ -84,5 +85,26 @@ private:
 
 /// A buffer of bytes from the big allocator.
 using TByteBuffer = std::vector<std::uint8_t, TBigAllocator<std::uint8_t>>;
+
+/// Gives the whole pages of a big buffer that lie past its first Keep bytes
+/// back to the system (where it can), so that they no longer count as
+/// resident; the buffer keeps its size, and nothing may read those bytes
+/// any more. A small buffer stays as it is: its tail is no page's worth.
+inline void ReleaseTail(TByteBuffer& Bytes, std::size_t Keep)
+{
+#if defined(__linux__)
+    if (Bytes.size() < HugePageBytes || Keep >= Bytes.size())
+        return;
+    const auto page = std::uintptr_t(sysconf(_SC_PAGESIZE));
+    const auto begin = reinterpret_cast<std::uintptr_t>(Bytes.data());
+    const std::uintptr_t from = (begin + Keep + page - 1) / page * page;
+    const std::uintptr_t to = (begin + Bytes.size()) / page * page;
+    if (from < to)
+        madvise(reinterpret_cast<void*>(from), to - from, MADV_DONTNEED);
+#else
+    (void)Bytes;
+    (void)Keep;
+#endif
+}
 
 }  // namespace sx

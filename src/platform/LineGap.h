@@ -41,6 +41,8 @@ public:
         ++FGapLength;
     }
 
+    /// Empties the array; its memory stays for the next fill, since giving
+    /// it back costs every later load its page faults again.
     void Clear()
     {
         FBody.clear();

@@ -4,6 +4,8 @@
 
 #include <algorithm>
 #include <cstring>
+#include <iterator>
+#include <new>
 
 namespace sx {
 
@@ -73,58 +75,77 @@ bool NeedsWide(TLineView text) { return text.WideData() && !FitsNarrow(text.Wide
 
 }  // namespace
 
+TLineText::TLineText(const void* AData, std::size_t ALength, bool AWide, bool AOwn)
+    : FBits(std::uint16_t((AWide ? WideBit : 0) | (AOwn ? OwnBit : 0))), FLength(std::uint32_t(ALength))
+{
+    const auto address = reinterpret_cast<std::uintptr_t>(AData);
+    if (std::uint64_t(address) >> 48 != 0)
+        throw std::bad_alloc();
+    FAddressLow = std::uint32_t(address);
+    FAddressHigh = std::uint16_t(std::uint64_t(address) >> 32);
+}
+
 TLineTextStore::TLineTextStore(std::size_t blockBytes) : FBlockBytes(std::max<std::size_t>(blockBytes, 2)) {}
 
 TLineTextStore::~TLineTextStore() = default;
 
 TLineText TLineTextStore::Own(TLineView Text)
 {
-    TLineText t;
     if (Text.empty())
-        return t;
+        return TLineText();
+    return OwnUnique(Text);
+}
+
+TLineText TLineTextStore::OwnUnique(TLineView Text)
+{
     const bool wide = NeedsWide(Text);
     const std::size_t bytes = Text.size() * (wide ? sizeof(Char) : 1);
-    auto* data = new Byte[bytes];
+    auto* data = new Byte[std::max<std::size_t>(bytes, 1)];
     CopyCharacters(Text, wide, data);
-    t.Data = data;
-    t.Length = std::uint32_t(Text.size());
-    t.Place = TLineText::OwnBit | (wide ? TLineText::WideBit : 0);
-    return t;
+    try {
+        return TLineText(data, Text.size(), wide, true);
+    } catch (...) {
+        delete[] data;
+        throw;
+    }
 }
 
 TLineText TLineTextStore::Pack(TLineView Text)
 {
-    TLineText t;
     if (Text.empty())
-        return t;
+        return TLineText();
     const bool wide = NeedsWide(Text);
-    std::uint32_t block = 0;
-    Byte* data = Reserve(Text.size() * (wide ? sizeof(Char) : 1) + (wide ? 1 : 0), block);
+    Byte* data = Reserve(Text.size() * (wide ? sizeof(Char) : 1) + (wide ? 1 : 0));
     if (wide && reinterpret_cast<std::uintptr_t>(data) % 2 != 0)
         ++data;
     CopyCharacters(Text, wide, data);
-    t.Data = data;
-    t.Length = std::uint32_t(Text.size());
-    t.Place = ((block + 1) << TLineText::BlockShift) | (wide ? TLineText::WideBit : 0);
-    return t;
+    return TLineText(data, Text.size(), wide, false);
 }
 
 void TLineTextStore::Release(const TLineText& Text)
 {
-    if (Text.Place & TLineText::OwnBit) {
-        delete[] static_cast<const Byte*>(Text.Data);
+    if (Text.Own()) {
+        delete[] static_cast<const Byte*>(Text.Data());
         return;
     }
-    const std::uint32_t blockNumber = Text.Place >> TLineText::BlockShift;
-    if (blockNumber == 0)
+    if (Text.Length() == 0)
         return;
-    const std::size_t index = blockNumber - 1;
+    const std::size_t index = std::prev(FBlockAt.upper_bound(static_cast<const Byte*>(Text.Data())))->second;
     if (--FBlocks[index].Lines == 0)
         FreeBlock(index);
 }
 
+void TLineTextStore::ReleaseAllBlocks()
+{
+    FBlocks.clear();
+    FBlockAt.clear();
+    FFree.clear();
+    FCurrent = NoBlock;
+}
+
 void TLineTextStore::FreeBlock(std::size_t index)
 {
+    FBlockAt.erase(FBlocks[index].Bytes.data());
     FBlocks[index] = Block{};
     FFree.push_back(index);
     if (FCurrent == index)
@@ -140,14 +161,28 @@ std::uint32_t TLineTextStore::Adopt(TByteBuffer Bytes)
 
 TLineText TLineTextStore::InPlace(std::uint32_t ABlock, const Byte* Text, std::size_t Length)
 {
-    TLineText t;
+    return LyingIn(ABlock, Text, Length, false);
+}
+
+TLineText TLineTextStore::InPlace(std::uint32_t ABlock, const Char* Text, std::size_t Length)
+{
+    return LyingIn(ABlock, Text, Length, true);
+}
+
+TLineText TLineTextStore::LyingIn(std::uint32_t ABlock, const void* Text, std::size_t Length, bool Wide)
+{
     if (Length == 0)
-        return t;
+        return TLineText();
+    const TLineText text(Text, Length, Wide, false);
     ++FBlocks[ABlock].Lines;
-    t.Data = Text;
-    t.Length = std::uint32_t(Length);
-    t.Place = (ABlock + 1) << TLineText::BlockShift;
-    return t;
+    return text;
+}
+
+void TLineTextStore::GiveBackTail(std::uint32_t ABlock, const Byte* UsedEnd)
+{
+    Block& block = FBlocks[ABlock];
+    block.Used = std::min(std::size_t(UsedEnd - block.Bytes.data()), block.Bytes.size());
+    ReleaseTail(block.Bytes, block.Used);
 }
 
 void TLineTextStore::DropIfUnused(std::uint32_t ABlock)
@@ -156,12 +191,9 @@ void TLineTextStore::DropIfUnused(std::uint32_t ABlock)
         FreeBlock(ABlock);
 }
 
-std::size_t TLineTextStore::LiveBlocks() const
-{
-    return std::size_t(std::count_if(FBlocks.begin(), FBlocks.end(), [](const Block& b) { return !b.Bytes.empty(); }));
-}
+std::size_t TLineTextStore::LiveBlocks() const { return FBlockAt.size(); }
 
-Byte* TLineTextStore::Reserve(std::size_t bytes, std::uint32_t& blockIndex)
+Byte* TLineTextStore::Reserve(std::size_t bytes)
 {
     // A line of more than half a block gets a block of its own, so that the
     // block being filled keeps its room for the lines behind it.
@@ -177,7 +209,6 @@ Byte* TLineTextStore::Reserve(std::size_t bytes, std::uint32_t& blockIndex)
     Byte* at = block.Bytes.data() + block.Used;
     block.Used += bytes;
     ++block.Lines;
-    blockIndex = std::uint32_t(index);
     return at;
 }
 
@@ -191,6 +222,8 @@ std::size_t TLineTextStore::NewBlock(TByteBuffer bytes)
         FBlocks.emplace_back();
     }
     FBlocks[index].Bytes = std::move(bytes);
+    if (!FBlocks[index].Bytes.empty())
+        FBlockAt.emplace(FBlocks[index].Bytes.data(), index);
     return index;
 }
 

@@ -9,6 +9,7 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <map>
 #include <vector>
 
 namespace sx {
@@ -68,25 +69,55 @@ void ForEachLine(const C* begin, const C* end, Visit visit)
     }
 }
 
-/// Where the text of one line lies. Plain data, made and freed by a
-/// TLineTextStore; an empty line holds nothing.
-struct TLineText {
-    const void* Data = nullptr;
-    std::uint32_t Length = 0;
-    /// Bit 0: wide. Bit 1: a heap block of the line's own. Bits 2 on: the
-    /// index + 1 of the shared block that holds it, 0 for none.
-    std::uint32_t Place = 0;
+/// Where the text of one line lies, in 12 bytes: the address of its first
+/// character, its length, whether it is wide and whether it is a heap block
+/// of its own, and 14 bits the line store keeps for the line (its small
+/// slot). Plain data, made and freed by a TLineTextStore; an empty line
+/// holds nothing.
+class TLineText {
+public:
+    TLineText() = default;
 
     TLineView View() const
     {
-        return (Place & WideBit) ? TLineView(static_cast<const Char*>(Data), Length)
-                                 : TLineView(static_cast<const Byte*>(Data), Length);
+        return Wide() ? TLineView(static_cast<const Char*>(Data()), FLength)
+                      : TLineView(static_cast<const Byte*>(Data()), FLength);
     }
+    const void* Data() const
+    {
+        return reinterpret_cast<const void*>(std::uintptr_t(FAddressHigh) << 32 | FAddressLow);
+    }
+    std::size_t Length() const { return FLength; }
+    bool Wide() const { return (FBits & WideBit) != 0; }
+    /// A heap block of the line's own, not shared with other lines.
+    bool Own() const { return (FBits & OwnBit) != 0; }
 
-    static constexpr std::uint32_t WideBit = 1;
-    static constexpr std::uint32_t OwnBit = 2;
-    static constexpr std::uint32_t BlockShift = 2;
+    /// The 14 bits kept for the line store, as a number from SmallMin to SmallMax.
+    std::int32_t Small() const { return std::int16_t(FBits) >> SmallShift; }
+    void SetSmall(std::int32_t Value)
+    {
+        FBits = std::uint16_t((FBits & FlagBits) | std::uint32_t(Value) << SmallShift);
+    }
+    static constexpr std::int32_t SmallMin = -(1 << 13);
+    static constexpr std::int32_t SmallMax = (1 << 13) - 1;
+
+private:
+    friend class TLineTextStore;
+    /// Raises std::bad_alloc for an address beyond 48 bits, which no
+    /// user-space address of today's 64-bit systems reaches.
+    TLineText(const void* AData, std::size_t ALength, bool AWide, bool AOwn);
+
+    static constexpr std::uint16_t WideBit = 1;
+    static constexpr std::uint16_t OwnBit = 2;
+    static constexpr std::uint16_t FlagBits = WideBit | OwnBit;
+    static constexpr int SmallShift = 2;
+
+    std::uint32_t FAddressLow = 0;
+    std::uint16_t FAddressHigh = 0;
+    std::uint16_t FBits = 0;
+    std::uint32_t FLength = 0;
 };
+static_assert(sizeof(TLineText) == 12, "a line record of 12 bytes: its size times the line count is the memory floor");
 
 /// Makes and frees the text of lines. A line stored on its own (an edit) gets
 /// a heap block of its own, freed with it. Lines stored in bulk (a loaded or
@@ -105,14 +136,24 @@ public:
     TLineText Own(TLineView Text);
     /// A copy of the text packed into a shared block, narrow where it fits.
     TLineText Pack(TLineView Text);
+    /// A copy of the text in a heap block of its own that no other line
+    /// has, even when the text is empty: its address names the line.
+    TLineText OwnUnique(TLineView Text);
     /// Frees the text's own block, or takes it out of its shared block.
     void Release(const TLineText& Text);
+    /// Frees every shared block at once, when no line lies in one any more.
+    void ReleaseAllBlocks();
 
     /// Takes a buffer over as a shared block and answers its number, for
     /// lines that lie in it as they are.
     std::uint32_t Adopt(TByteBuffer Bytes);
     /// A narrow line that lies in the adopted block as it is: no copy.
     TLineText InPlace(std::uint32_t ABlock, const Byte* Text, std::size_t Length);
+    /// A wide line that lies in the adopted block, 2-aligned: no copy.
+    TLineText InPlace(std::uint32_t ABlock, const Char* Text, std::size_t Length);
+    /// Gives the memory of an adopted block behind UsedEnd back to the
+    /// system: its lines lie in front of it.
+    void GiveBackTail(std::uint32_t ABlock, const Byte* UsedEnd);
     /// Frees an adopted block that no line has come to lie in.
     void DropIfUnused(std::uint32_t ABlock);
 
@@ -130,8 +171,9 @@ private:
         std::size_t Lines = 0;
     };
 
-    /// A place for bytes (2-aligned for wide text) in a shared block.
-    Byte* Reserve(std::size_t bytes, std::uint32_t& blockIndex);
+    /// A place for bytes in a shared block, counted as one more line of it.
+    Byte* Reserve(std::size_t bytes);
+    TLineText LyingIn(std::uint32_t ABlock, const void* Text, std::size_t Length, bool Wide);
     std::size_t NewBlock(TByteBuffer bytes);
     void FreeBlock(std::size_t index);
 
@@ -139,6 +181,9 @@ private:
 
     std::size_t FBlockBytes;
     std::vector<Block> FBlocks;
+    /// The blocks in use by the address of their first byte: a line's
+    /// address finds its block.
+    std::map<const Byte*, std::size_t> FBlockAt;
     /// The block being filled, or NoBlock.
     std::size_t FCurrent = NoBlock;
     /// Indexes of freed blocks, for reuse.

@@ -174,25 +174,70 @@ void TStringList::Put(Integer Index, const String& S)
 {
     CheckIndex(Index);
     Changing();
-    const TLineText text = FTexts.Own(TLineView(S.data(), S.size()));
-    LineRecord& record = FLines[std::size_t(Index)];
-    FTexts.Release(record.Text);
-    record.Text = text;
+    TLineText& line = FLines[std::size_t(Index)];
+    const TLineView text(S.data(), S.size());
+    Replace(line, line.Small() == BigSlot ? FTexts.OwnUnique(text) : FTexts.Own(text));
     Changed();
 }
 
 NativeInt TStringList::GetObject(Integer Index) const
 {
     CheckIndex(Index);
-    return FLines[std::size_t(Index)].Object;
+    return ObjectOf(FLines[std::size_t(Index)]);
 }
 
 void TStringList::PutObject(Integer Index, NativeInt AObject)
 {
     CheckIndex(Index);
     Changing();
-    FLines[std::size_t(Index)].Object = AObject;
+    SetObject(FLines[std::size_t(Index)], AObject);
     Changed();
+}
+
+NativeInt TStringList::ObjectOf(const TLineText& Line) const
+{
+    return Line.Small() == BigSlot ? FBigSlots.at(Line.Data()) : NativeInt(Line.Small());
+}
+
+void TStringList::SetObject(TLineText& Line, NativeInt AObject)
+{
+    if (Line.Small() == BigSlot) {
+        if (!FitsSmall(AObject))
+            FBigSlots[Line.Data()] = AObject;
+        else
+            FBigSlots.erase(Line.Data());
+    } else if (!FitsSmall(AObject)) {
+        // The address of the line's own text names its slot: a shared or
+        // empty text gets a copy of its own (an own text is never empty).
+        if (!Line.Own()) {
+            const TLineText copy = FTexts.OwnUnique(Line.View());
+            FTexts.Release(Line);
+            Line = copy;
+        }
+        FBigSlots[Line.Data()] = AObject;
+    }
+    Line.SetSmall(FitsSmall(AObject) ? std::int32_t(AObject) : BigSlot);
+}
+
+void TStringList::Replace(TLineText& Line, TLineText Text)
+{
+    const std::int32_t small = Line.Small();
+    if (small == BigSlot) {
+        const auto slot = FBigSlots.extract(Line.Data());
+        FTexts.Release(Line);
+        FBigSlots.emplace(Text.Data(), slot.mapped());
+    } else {
+        FTexts.Release(Line);
+    }
+    Line = Text;
+    Line.SetSmall(small);
+}
+
+void TStringList::Release(const TLineText& Line)
+{
+    if (Line.Small() == BigSlot)
+        FBigSlots.erase(Line.Data());
+    FTexts.Release(Line);
 }
 
 void TStringList::Insert(Integer Index, const String& S)
@@ -201,7 +246,7 @@ void TStringList::Insert(Integer Index, const String& S)
         Error(u"List index out of bounds", Index);
     Changing();
     FLines.Reserve(1);  // the room first: a text made for a record that cannot be stored would leak
-    FLines.Insert(std::size_t(Index), LineRecord{FTexts.Own(TLineView(S.data(), S.size())), 0});
+    FLines.Insert(std::size_t(Index), FTexts.Own(TLineView(S.data(), S.size())));
     Changed();
 }
 
@@ -209,7 +254,7 @@ void TStringList::Delete(Integer Index)
 {
     CheckIndex(Index);
     Changing();
-    FTexts.Release(FLines[std::size_t(Index)].Text);
+    Release(FLines[std::size_t(Index)]);
     FLines.Delete(std::size_t(Index));
     Changed();
 }
@@ -225,14 +270,24 @@ void TStringList::Clear()
 
 void TStringList::RemoveAll()
 {
+    // Every shared block goes, so only the lines' own blocks are freed one by one.
     for (std::size_t i = 0; i < FLines.Length(); ++i)
-        FTexts.Release(FLines[i].Text);
+        if (FLines[i].Own())
+            FTexts.Release(FLines[i]);
+    FTexts.ReleaseAllBlocks();
+    FBigSlots.clear();
     FLines.Clear();
 }
 
 void TStringList::Append(TLineText Text, NativeInt Object)
 {
-    FLines.Insert(FLines.Length(), LineRecord{Text, Object});
+    try {
+        SetObject(Text, Object);
+    } catch (...) {
+        FTexts.Release(Text);
+        throw;
+    }
+    FLines.Insert(FLines.Length(), Text);
 }
 
 TStringList::TLoader::~TLoader()
@@ -260,15 +315,26 @@ void TStringList::TLoader::AddInPlace(std::uint32_t Block, const Byte* Text, std
     FList.Append(FList.FTexts.InPlace(Block, Text, Length), 0);
 }
 
+void TStringList::TLoader::AddInPlace(std::uint32_t Block, const Char* Text, std::size_t Length)
+{
+    FList.FLines.Reserve(1);
+    FList.Append(FList.FTexts.InPlace(Block, Text, Length), 0);
+}
+
+void TStringList::TLoader::GiveBackTail(std::uint32_t Block, const Byte* UsedEnd)
+{
+    FList.FTexts.GiveBackTail(Block, UsedEnd);
+}
+
 String TStringList::Text() const
 {
     std::size_t size = 0;
     for (std::size_t i = 0; i < FLines.Length(); ++i)
-        size += FLines[i].Text.Length + sLineBreak.size();
+        size += FLines[i].Length() + sLineBreak.size();
     String result;
     result.reserve(size);
     for (std::size_t i = 0; i < FLines.Length(); ++i) {
-        FLines[i].Text.View().AppendTo(result);
+        FLines[i].View().AppendTo(result);
         result += sLineBreak;
     }
     return result;
@@ -296,7 +362,7 @@ void TStringList::Assign(const TStrings& Source)
     Load(std::size_t(Source.Count()), [&](TLoader& loader) {
         for (Integer i = 0; i < Source.Count(); ++i) {
             if (list) {
-                loader.Add(list->Line(i), list->FLines[std::size_t(i)].Object);
+                loader.Add(list->Line(i), list->ObjectOf(list->FLines[std::size_t(i)]));
             } else {
                 const String line = Source.Get(i);
                 loader.Add(TLineView(line.data(), line.size()), Source.GetObject(i));

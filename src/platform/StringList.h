@@ -9,6 +9,7 @@
 
 #include <functional>
 #include <string_view>
+#include <unordered_map>
 
 namespace sx {
 
@@ -80,7 +81,7 @@ public:
     Integer Count() const override { return Integer(FLines.Length()); }
     String Get(Integer Index) const override;
     /// The line's characters where they lie, without a copy; Index must be valid.
-    TLineView Line(Integer Index) const { return FLines[std::size_t(Index)].Text.View(); }
+    TLineView Line(Integer Index) const { return FLines[std::size_t(Index)].View(); }
     void Put(Integer Index, const String& S) override;
     NativeInt GetObject(Integer Index) const override;
     void PutObject(Integer Index, NativeInt AObject) override;
@@ -107,6 +108,11 @@ public:
         std::uint32_t Adopt(TByteBuffer Bytes);
         /// A line of narrow text that lies in an adopted buffer: no copy.
         void AddInPlace(std::uint32_t Block, const Byte* Text, std::size_t Length);
+        /// A line of wide text that lies in an adopted buffer, 2-aligned: no copy.
+        void AddInPlace(std::uint32_t Block, const Char* Text, std::size_t Length);
+        /// The lines lie in front of UsedEnd in an adopted buffer: the memory
+        /// behind it goes back to the system.
+        void GiveBackTail(std::uint32_t Block, const Byte* UsedEnd);
 
     private:
         friend class TStringList;
@@ -146,18 +152,28 @@ protected:
     virtual void Changed();
 
 private:
-    struct LineRecord {
-        TLineText Text;
-        NativeInt Object = 0;
-    };
-
     void CheckIndex(Integer Index) const;
     /// Frees every line's text and empties the gap vector, with no event.
     void RemoveAll();
+    /// Stores a new line at the end: its text, and its slot as SetObject does.
     void Append(TLineText Text, NativeInt Object);
 
-    LineGap<LineRecord> FLines;
+    /// A slot lives in the record's small bits when it fits them; a larger
+    /// one, marked by BigSlot there, in FBigSlots under the address of the
+    /// line's own text, which the line gets for it.
+    NativeInt ObjectOf(const TLineText& Line) const;
+    void SetObject(TLineText& Line, NativeInt AObject);
+    static bool FitsSmall(NativeInt AObject) { return AObject > BigSlot && AObject <= TLineText::SmallMax; }
+    /// The line's text becomes Text; its slot stays.
+    void Replace(TLineText& Line, TLineText Text);
+    /// Frees the line's text and forgets its large slot.
+    void Release(const TLineText& Line);
+
+    static constexpr std::int32_t BigSlot = TLineText::SmallMin;
+
+    LineGap<TLineText> FLines;
     TLineTextStore FTexts;
+    std::unordered_map<const void*, NativeInt> FBigSlots;
 };
 
 /// Clears List and fills it with the pieces of S between occurrences of

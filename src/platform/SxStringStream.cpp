@@ -283,31 +283,60 @@ const Byte* FindLineEnd(const Byte* p, const Byte* end, bool& ascii)
     return p;
 }
 
-/// Each line of 8-bit text, split as ForEachLine splits: where it lies in
-/// the adopted block when every byte is its character, else decoded.
+/// Writes a decoded line at out, narrow where it fits one byte a character,
+/// if it ends before roomEnd, and stores it there; else the store packs a
+/// copy. Answers where the next line may go.
+Byte* PutDecodedLine(TLineView line, Byte* out, const Byte* roomEnd, TStringList::TLoader& loader,
+                     std::uint32_t block)
+{
+    const bool narrow = FitsNarrow(line.WideData(), line.size());
+    Byte* at = narrow ? out : out + reinterpret_cast<std::uintptr_t>(out) % 2;
+    const std::size_t bytes = line.size() * (narrow ? 1 : sizeof(Char));
+    if (at > roomEnd || std::size_t(roomEnd - at) < bytes) {
+        loader.Add(line);
+        return out;
+    }
+    if (narrow) {
+        std::transform(line.WideData(), line.WideData() + line.size(), at, [](Char c) { return Byte(c); });
+        loader.AddInPlace(block, at, line.size());
+    } else {
+        std::memcpy(at, line.WideData(), bytes);
+        loader.AddInPlace(block, reinterpret_cast<const Char*>(at), line.size());
+    }
+    return at + bytes;
+}
+
+/// Each line of 8-bit text, split as ForEachLine splits, written down over
+/// the bytes already read (the line breaks close up, and so does the room
+/// that decoding frees) and stored where it lies; a decoded line that does
+/// not fit there yet is packed apart. The memory past the last line goes
+/// back to the system.
 template <class Keep, class Decode>
-void AddByteLines(ByteSpan bytes, TStringList::TLoader& loader, std::uint32_t block, String& scratch,
+void AddByteLines(Byte* begin, Byte* end, TStringList::TLoader& loader, std::uint32_t block, String& scratch,
                   Keep keepsBytes, Decode decode)
 {
-    const Byte* start = bytes.data();
-    const Byte* const end = start + bytes.size();
+    Byte* out = begin;
+    const Byte* start = begin;
     while (start < end) {
         bool ascii;
         const Byte* p = FindLineEnd(start, end, ascii);
         const auto n = std::size_t(p - start);
-        if (ascii || keepsBytes(start, n)) {
-            loader.AddInPlace(block, start, n);
-        } else {
-            scratch.resize(n);
-            const Char* last = decode(ByteSpan(start, n), scratch.data());
-            loader.Add(TLineView(scratch.data(), std::size_t(last - scratch.data())));
-        }
         if (p < end && *p == '\r')
             ++p;
         if (p < end && *p == '\n')
             ++p;
+        if (ascii || keepsBytes(start, n)) {
+            std::memmove(out, start, n);
+            loader.AddInPlace(block, out, n);
+            out += n;
+        } else {
+            scratch.resize(n);
+            const Char* last = decode(ByteSpan(start, n), scratch.data());
+            out = PutDecodedLine(TLineView(scratch.data(), std::size_t(last - scratch.data())), out, p, loader, block);
+        }
         start = p;
     }
+    loader.GiveBackTail(block, out);
 }
 
 /// How many LF bytes there are: room for the lines, made at once.
@@ -439,6 +468,9 @@ void TSxStringStream::TakeLines(TStringList& Lines)
     const ByteSpan mark = MarkOf(FCodePage);
     if (StartsWith(text, mark))
         text = text.subspan(mark.size());
+    // The buffer moves into the store, its bytes stay where they are.
+    Byte* const begin = bytes.data() + (text.data() - bytes.data());
+    Byte* const end = begin + text.size();
     String scratch;
     Lines.Load(CountLineFeeds(text) + 1, [&](TStringList::TLoader& loader) {
         switch (FCodePage) {
@@ -447,11 +479,10 @@ void TSxStringStream::TakeLines(TStringList& Lines)
             AddUtf16Lines(text, FCodePage == Utf16BE, loader, scratch);
             break;
         case Utf8:
-            // The buffer moves, its bytes stay where they are: text still points at them.
-            AddByteLines(text, loader, loader.Adopt(std::move(bytes)), scratch, IsAscii, DecodeUtf8);
+            AddByteLines(begin, end, loader, loader.Adopt(std::move(bytes)), scratch, IsAscii, DecodeUtf8);
             break;
         default:
-            AddByteLines(text, loader, loader.Adopt(std::move(bytes)), scratch, SameInLatin1, DecodeWindows1252);
+            AddByteLines(begin, end, loader, loader.Adopt(std::move(bytes)), scratch, SameInLatin1, DecodeWindows1252);
         }
     });
 }

@@ -25,6 +25,7 @@
 #include <algorithm>
 #include <cerrno>
 #include <cstring>
+#include <limits>
 #include <random>
 #include <string>
 #include <vector>
@@ -147,7 +148,10 @@ bool RandomEdit(std::mt19937& random, TStringList& store, LineGap<ModelLine>& ga
         store.Put(Integer(at), line);
         gap[at].Text = model[at].Text = line;  // the slot stays with its line
     } else if (action < 18) {
-        const auto slot = NativeInt(random() % 5);
+        // Small slots live in the record, others beside it; both stay with their line.
+        static const NativeInt Slots[] = {0, 1, 4, -1, 8191, -8191, -8192, 8192, NativeInt(1) << 40,
+                                          std::numeric_limits<NativeInt>::min()};
+        const NativeInt slot = Slots[random() % std::size(Slots)];
         store.PutObject(Integer(at), slot);
         gap[at].Slot = model[at].Slot = slot;
     } else if (action < 19) {
@@ -330,6 +334,13 @@ protected:
 TEST_F(TextStream, DecodesEachEncodingAndHandsOverTheSameLinesAsSetText)
 {
     const std::string broken = "ok\r\nbad \xE2\x82\r\n\xC3\r\nlone \x80 \x9F \xFF\r\n";
+    // Over 2 MB: decoded lines written down in place, and the pages behind the last line given back.
+    std::string many;
+    String manyText;
+    for (int i = 0; i < 150000; ++i) {
+        many += "\xE2\x82\xAC" "b\r\ncaf\xC3\xA9\r\nab\r\n";
+        manyText += u"\u20ACb\r\ncaf\u00E9\r\nab\r\n";
+    }
     const struct {
         std::string bytes;
         Integer given;
@@ -356,6 +367,7 @@ TEST_F(TextStream, DecodesEachEncodingAndHandsOverTheSameLinesAsSetText)
         {"\xED\xA0\x80", Detect, u"\u00ED\u00A0\u20AC", Windows1252},            // a surrogate
         {"\xF4\x90\x80\x80", Detect, u"\u00F4\u0090\u20AC\u20AC", Windows1252},  // beyond U+10FFFF
         {"caf\xC3\xA9", Windows1252, u"caf\u00C3\u00A9", Windows1252},           // told, not detected
+        {many, Detect, manyText, Utf8},
     };
     for (const auto& c : cases) {
         TSxStringStream stream(Utf16LE, 16);
@@ -372,6 +384,10 @@ TEST_F(TextStream, DecodesEachEncodingAndHandsOverTheSameLinesAsSetText)
         EXPECT_EQ(events, "<>") << c.bytes;
         EXPECT_EQ(stream.Size(), 0) << c.bytes;
         EXPECT_EQ(lines.Text(), expected.Text()) << c.bytes;
+        for (Integer i = 0; i < lines.Count(); ++i)
+            lines.PutObject(i, NativeInt(1) << 40);  // a large slot gives the line a text of its own
+        EXPECT_EQ(lines.Text(), expected.Text()) << c.bytes;
+        EXPECT_EQ(lines.TextBlocks(), 0u) << c.bytes;
     }
 }
 
