@@ -205,6 +205,33 @@ void MeasureTyping(Report& report, Editors& editors, RowId typeRow, RowId enterR
     MeasureKey(report, backspaceRow, editors, o.Runs, EditSite{site.Line + 1, 0}, Qt::Key_Backspace, "\b");
 }
 
+/// A character typed at the middle line; only the paint the event loop runs
+/// for it afterwards is timed.
+void MeasurePaintInLoop(Report& report, Editors& editors, const Options& o)
+{
+    const auto any = std::find_if(editors.begin(), editors.end(), [](const auto& e) { return e != nullptr; });
+    const EditSite site = FindEditSite(**any, MiddleLine);
+    const auto settle = [](PeerEditor& e) {
+        e.Pump();
+        Settle();
+        Settle();
+    };
+    Interleave(o.Runs, [&](Control c, bool counted) {
+        PeerEditor& e = *editors[c];
+        e.SetPartialPaint(true);
+        e.Focus();
+        e.PutCaret(site.Line, site.Column);
+        settle(e);
+        e.Key(Qt::Key_X, "x");
+        const double ms = TimeMs([&] { settle(e); });
+        e.Undo();
+        settle(e);
+        e.SetPartialPaint(false);
+        if (counted)
+            report[TypePaintInLoop].Cells[c].Figures.Add(ms);
+    });
+}
+
 void MeasureFind(Report& report, Editors& editors, const PeerTexts& t, const Options& o)
 {
     struct FindCase {
@@ -336,6 +363,7 @@ int main(int argc, char** argv)
         Editors big = LoadAll(t.BigPath);
         MeasurePaints(report, big, o);
         MeasureTyping(report, big, TypeBig, EnterBig, BackspaceBig, MiddleLine, o);
+        MeasurePaintInLoop(report, big, o);
         MeasureFind(report, big, t, o);
     }
     if (o.Parts.contains("small")) {

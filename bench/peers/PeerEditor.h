@@ -41,6 +41,9 @@ public:
     virtual void PutCaret(int line, int column) = 0;
     /// Runs what the control left queued for later (our posted messages).
     virtual void Pump() {}
+    /// Has the control repaint only what changed, where that is an option
+    /// (ours: coPartialPaint); the peers always do.
+    virtual void SetPartialPaint(bool) {}
     /// Finds the next hit of word from the caret, as the control's own find
     /// does, and selects it; answers the line of the hit or -1.
     virtual int Find(const QString& word, bool caseSensitive) = 0;

@@ -41,7 +41,7 @@ struct Row {
 enum RowId {
     LoadTime, ResidentAfterLoad, PeakDuringLoad, PaintTop, PaintDeep, JumpDeep,
     TypeBig, TypeSmall, EnterBig, EnterSmall, BackspaceBig, BackspaceSmall,
-    FindMatchCase, FindAnyCase, ReplaceAllRow, LongLinePaint, LongLineType, RowCount
+    FindMatchCase, FindAnyCase, ReplaceAllRow, LongLinePaint, LongLineType, TypePaintInLoop, RowCount
 };
 
 /// The process's resident memory now and at its peak since the last reset, in bytes.

@@ -46,6 +46,10 @@ public:
         FEdit->SetCharPos(column);
     }
     void Pump() override { ProcessPostedMessages(); }
+    void SetPartialPaint(bool on) override
+    {
+        FEdit->SetExtOptions(on ? TSxCodeExtOptions{TSxCodeExtOption::coPartialPaint} : TSxCodeExtOptions{});
+    }
 
     int Find(const QString& word, bool caseSensitive) override
     {

@@ -329,7 +329,9 @@ void TSxCodeEdit::SetExtOptions(TSxCodeExtOptions Value)
 
 void TSxCodeEdit::ApplyPartialPaintOption()
 {
-    if (!HasExtOption(TSxCodeExtOption::coPartialPaint))
+    const bool partial = HasExtOption(TSxCodeExtOption::coPartialPaint);
+    SetOpaquePaint(partial);
+    if (!partial)
         FPaintCache.reset();
     else if (!FPaintCache)
         FPaintCache = std::make_unique<TSxPaintCache>();

@@ -27,6 +27,7 @@ struct TSxFoldRegion;
 class TSxFoldStructure;
 class TSxLineLengths;
 class TSxPaintCache;
+struct TSxRowMove;
 class TFrmCodeEditSearchReplaceDlg;
 class TRegExpr;
 class TSxStringStream;
@@ -665,6 +666,10 @@ private:
     bool FPaintAheadPosted = false;
     /// Asks for the rows between the band's top and bottom pixel to show.
     void ShowRows(std::pair<Integer, Integer> ABand);
+    /// The pixels from the top to the bottom of the rows a move covers.
+    std::pair<Integer, Integer> RowsBand(const TSxRowMove& AMove);
+    /// The part of the rows from ATop to ABottom that the paint shows.
+    TRect ShownArea(Integer ATop, Integer ABottom);
 
     TBevelEdges FBevelEdges{TBevelEdge::beLeft, TBevelEdge::beTop, TBevelEdge::beRight, TBevelEdge::beBottom};
     TBevelCut FBevelInner = TBevelCut::bvRaised;

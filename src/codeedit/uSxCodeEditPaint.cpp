@@ -9,6 +9,7 @@
 #include "codeedit/uSxPaintHelpers.h"
 
 #include <algorithm>
+#include <cmath>
 #include <limits>
 #include <memory>
 
@@ -66,8 +67,10 @@ bool IsPrintableAscii(const String& text)
 
 /// What one row of the view shows, laid out before anything is drawn.
 struct TSxCodeEdit::PaintRow {
+    /// A token's text lies in the pass's TokenChars, from Offset on.
     struct Token {
-        String Text;
+        std::size_t Offset = 0;
+        std::size_t Length = 0;
         TColor Back = clWindow;
         TColor Font = clWindowText;
         TFontStyles Style;
@@ -85,7 +88,9 @@ struct TSxCodeEdit::PaintRow {
     TColor Font = clWindowText;
     bool Folded = false;
     bool FoldButton = false;
-    std::vector<Token> Tokens;
+    /// The row's tokens: the pass's Tokens from FirstToken up to EndToken.
+    std::size_t FirstToken = 0;
+    std::size_t EndToken = 0;
 };
 
 class TSxCodeEdit::PaintPass {
@@ -129,6 +134,7 @@ public:
             if (Gutter)
                 PaintGutter();
         }
+        ClearEmptyRows();
         for (const PaintRow& row : Rows)
             if (Drawn(RowOfY(row.Y)))
                 DrawRow(row);
@@ -138,6 +144,7 @@ public:
         MergeGutter();
         if (AToScreen) {
             CopyToScreen();
+            PaintStrips();
             PaintCorners();
             PaintFrame();
         }
@@ -152,6 +159,7 @@ public:
         Main->SwapPicture(Cache->Main());
         Area = E.TextArea();
         CopyToScreen();
+        PaintStrips();
         PaintCorners();
         PaintFrame();
         KeepBitmaps();
@@ -160,12 +168,15 @@ public:
     /// The rows of the view this paint drew, in client pixels (top, bottom).
     std::pair<Integer, Integer> DrawnBand() const
     {
-        if (AllRows || (Cache && Cache->Shifted()))
+        if (AllRows)
             return {0, E.ClientHeight()};
         if (!Cache || Cache->FirstDrawn() > Cache->LastDrawn())
             return {0, 0};
         return {Cache->FirstDrawn() * RowHeight(), (Cache->LastDrawn() + 1) * RowHeight()};
     }
+
+    /// The rows whose pixels this paint moved on the bitmaps.
+    const TSxRowMove& MovedRows() const { return RowsMoved; }
 
 private:
     /// New bitmaps, or with a cache the pictures of the last paint on
@@ -269,6 +280,17 @@ private:
         }
     }
 
+    /// Rows below the text drawn again on the kept bitmaps show the ground.
+    void ClearEmptyRows()
+    {
+        if (AllRows)
+            return;
+        const Integer firstEmpty = Rows.empty() ? 0 : RowOfY(Rows.back().Y) + 1;
+        for (Integer row = std::max(firstEmpty, 0); row < RowCount(); ++row)
+            if (Drawn(row))
+                ClearRow(row);
+    }
+
     void SortSelection()
     {
         const TPoint s = E.FSelStart, e = E.FSelEnd;
@@ -333,8 +355,11 @@ private:
                 BackColor = E.FCurrentLineColor;
             DarkenColor(BackColor, E.FReadOnly, DarkenPercent);
             PaintRow& row = Rows.back();
-            row.Tokens.push_back({LineBreak ? String() : token, BackColor, TextColor, TokenStyle,
-                                  E.ParserLineCollapse, E.ParserLineCollapsed, LineBreak});
+            const std::size_t length = LineBreak ? 0 : token.size();
+            Tokens.push_back({TokenChars.size(), length, BackColor, TextColor, TokenStyle, E.ParserLineCollapse,
+                              E.ParserLineCollapsed, LineBreak});
+            TokenChars.append(token, 0, length);
+            row.EndToken = Tokens.size();
             if (LineBreak) {
                 const Integer line = E.FParserLineNr - 1;
                 row.Folded = Folds && Folds->IsFolded(line);
@@ -355,7 +380,8 @@ private:
         row.Back = BackColor;
         row.Font = TextColor;
         row.Colored = E.FOnParserLineChange && E.FOnParserLineChange(E.FParserLineNr, row.Back, row.Font);
-        Rows.push_back(std::move(row));
+        row.FirstToken = row.EndToken = Tokens.size();
+        Rows.push_back(row);
     }
 
     /// Draws a row: its number and button in the gutter, then its tokens.
@@ -379,7 +405,8 @@ private:
             c.Font().SetColor(row.Font);
             c.Rectangle(PenX, PenY, Main->Width(), PenY + E.GetLineWidth());
         }
-        for (const PaintRow::Token& t : row.Tokens) {
+        for (std::size_t i = row.FirstToken; i < row.EndToken; ++i) {
+            const PaintRow::Token& t = Tokens[i];
             BackColor = t.Back;
             TextColor = t.Font;
             TokenStyle = t.Style;
@@ -392,15 +419,16 @@ private:
             }
             if (PenX >= DrawLimit) {
                 // Nothing of this token or of those behind it on the line can show.
-                Column += Integer(t.Text.size());
+                Column += Integer(t.Length);
                 continue;
             }
-            if (CutLeft && LeftOfView(t.Text)) {
-                PenX += Integer(t.Text.size()) * E.GetCharWidth();
-                Column += Integer(t.Text.size());
+            const String text = TokenChars.substr(t.Offset, t.Length);
+            if (CutLeft && LeftOfView(text)) {
+                PenX += Integer(t.Length) * E.GetCharWidth();
+                Column += Integer(t.Length);
                 continue;
             }
-            DrawToken(c, t.Text);
+            DrawToken(c, text);
         }
     }
 
@@ -422,17 +450,41 @@ private:
             return;
         }
         const Integer count = RowCount();
-        AllRows = Cache->Begin(FrameKey(), E.FVScrollBar->Position(), count, RowHeight() * Main->DevicePixelRatio());
-        Main->ShiftPicture(Cache->ShiftPixels());
-        if (Gutter)
-            Gutter->ShiftPicture(Cache->ShiftPixels());
+        AllRows = Cache->Begin(FrameKey(), E.FVScrollBar->Position(), count);
         std::vector<const PaintRow*> rowAt(std::size_t(count), nullptr);
         for (const PaintRow& row : Rows)
             if (RowOfY(row.Y) < count)
                 rowAt[std::size_t(RowOfY(row.Y))] = &row;
+        std::vector<std::uint64_t> keys(static_cast<std::size_t>(count));
+        for (Integer row = 0; row < count; ++row)
+            keys[std::size_t(row)] = RowKey(row, rowAt[std::size_t(row)]);
+        if (!AllRows && WholeDevicePixelRows())
+            MoveRows(Cache->PlanMove(keys, E.ClientHeight() / RowHeight()));
         DrawnRows.assign(std::size_t(count), false);
         for (Integer row = 0; row < count; ++row)
-            DrawnRows[std::size_t(row)] = Cache->RowChanged(row, RowKey(row, rowAt[std::size_t(row)]));
+            DrawnRows[std::size_t(row)] = Cache->RowChanged(row, keys[std::size_t(row)]);
+    }
+
+    /// Whether a row is a whole number of device pixels high, so that the
+    /// pixels of rows can move by rows.
+    bool WholeDevicePixelRows() const
+    {
+        const double pixels = RowHeight() * Main->DevicePixelRatio();
+        return pixels == std::floor(pixels);
+    }
+
+    /// Moves the rows' pixels on both bitmaps, and their keys.
+    void MoveRows(const TSxRowMove& AMove)
+    {
+        if (AMove.Empty())
+            return;
+        RowsMoved = AMove;
+        const auto device = [this](Integer rows) { return Integer(rows * RowHeight() * Main->DevicePixelRatio()); };
+        const Integer count = device(AMove.Last - AMove.First + 1);
+        for (TBitmap* bitmap : {Main.get(), Gutter.get()})
+            if (bitmap)
+                bitmap->MovePixelRows(device(AMove.First - AMove.By), device(AMove.First), count);
+        Cache->Move(AMove);
     }
 
     /// What the whole view shares: a change of it draws every row.
@@ -474,8 +526,16 @@ private:
         key.Add(row.Colored).Add(row.Back).Add(row.Font).Add(row.Folded);
         key.Add(row.FoldButton && Folds->IsFolded(row.Line));
         key.Add(row.FoldButton);
-        for (const PaintRow::Token& t : row.Tokens)
-            key.Add(t.Text).Add(t.Back).Add(t.Font).Add(t.Style).Add(t.Collapse).Add(t.Collapsed).Add(t.Break);
+        if (row.FirstToken < row.EndToken) {
+            const std::size_t from = Tokens[row.FirstToken].Offset;
+            const PaintRow::Token& last = Tokens[row.EndToken - 1];
+            key.AddChars(TokenChars.data() + from, last.Offset + last.Length - from);
+        }
+        for (std::size_t i = row.FirstToken; i < row.EndToken; ++i) {
+            const PaintRow::Token& t = Tokens[i];
+            const int flags = int(t.Collapse) | int(t.Collapsed) << 1 | int(t.Break) << 2;
+            key.Add(t.Length).Add(t.Back).Add(t.Font).Add(t.Style).Add(flags);
+        }
         return key.Value();
     }
 
@@ -722,6 +782,22 @@ private:
         screen.ResetClip();
     }
 
+    /// With coPartialPaint the control paints all of itself, so nothing is
+    /// painted under it: the strips between the copied bitmap and the scroll
+    /// bars take the face colour a window's ground has.
+    void PaintStrips()
+    {
+        if (!Cache)
+            return;
+        TCanvas& screen = E.Canvas();
+        screen.Brush().Style = TBrushStyle::bsSolid;
+        screen.Brush().Color = clBtnFace;
+        const Integer right = E.ClientWidth() - E.FVScrollBar->Width();
+        const Integer barTop = E.ClientHeight() - E.FHScrollBar->Height() - 1;
+        screen.FillRect(Rect(right - 1, 0, right, barTop + 1));
+        screen.FillRect(Rect(0, barTop, right, barTop + 1));
+    }
+
     void PaintCorners()
     {
         TCanvas& screen = E.Canvas();
@@ -767,9 +843,13 @@ private:
     /// With coPartialPaint, the bitmaps and row keys of the last paint.
     TSxPaintCache* Cache = nullptr;
     std::vector<PaintRow> Rows;
+    std::vector<PaintRow::Token> Tokens;
+    /// The text of every token laid out, one behind the other.
+    String TokenChars;
     /// Every row is drawn (no cache, or the frame changed); else those marked.
     bool AllRows = true;
     std::vector<bool> DrawnRows;
+    TSxRowMove RowsMoved;
     /// The matching brackets that show, and their ground.
     std::vector<TPoint> BracketCells;
     TColor BracketGround = clWindow;
@@ -798,8 +878,6 @@ private:
     Integer Column = 0;
     Integer LastParserLine = -1;
     bool LineColored = false;
-    TColor LineBack = clWindow;
-    TColor LineFont = clWindowText;
     TColor BackColor = clWindow;
     TColor TextColor = clWindowText;
     TFontStyles TokenStyle;
@@ -818,24 +896,19 @@ void TSxCodeEdit::Paint()
         pass.Run();
         return;
     }
-    if (FPaintCache->Prepared && FPaintCache->Main().Width() == ClientWidth() &&
-        FPaintCache->Main().Height() == ClientHeight()) {
-        pass.CopyKept();
-    } else {
-        // The screen may have asked for less than the rows this paint drew:
-        // they are asked to show too, else they would wait for a change.
-        pass.Run();
-        ShowRows(pass.DrawnBand());
-    }
+    const bool prepared = FPaintCache->Prepared && FPaintCache->Main().Width() == ClientWidth() &&
+                          FPaintCache->Main().Height() == ClientHeight();
     FPaintCache->Prepared = false;
-}
-
-void TSxCodeEdit::ShowRows(std::pair<Integer, Integer> ABand)
-{
-    const auto [top, bottom] = ABand;
-
-    if (top < bottom)
-        UpdateRect(Rect(0, top, ClientWidth() - FVScrollBar->Width(), std::min(bottom, ClientHeight() - FHScrollBar->Height())));
+    FPaintCache->ScreenBehind = false;
+    if (prepared) {
+        pass.CopyKept();
+        return;
+    }
+    // The screen may have asked for less than the rows this paint drew or
+    // moved: they are asked to show too, else they would wait for a change.
+    pass.Run();
+    ShowRows(RowsBand(pass.MovedRows()));
+    ShowRows(pass.DrawnBand());
 }
 
 void TSxCodeEdit::Invalidate()
@@ -868,7 +941,43 @@ void TSxCodeEdit::PaintAhead()
     PaintPass pass(*this, FPaintCache.get());
     pass.Run(false);
     FPaintCache->Prepared = true;
+    const TSxRowMove& move = pass.MovedRows();
+    if (!move.Empty()) {
+        // Rows that moved on the bitmaps move on the screen too, unless the
+        // screen has yet to show an earlier change.
+        const auto [top, bottom] = RowsBand(move);
+        if (FPaintCache->ScreenBehind)
+            ShowRows({top, bottom});
+        else
+            ScrollRect(ShownArea(top, bottom), move.By * GetLineWidth());
+        FPaintCache->ScreenBehind = true;
+    }
     ShowRows(pass.DrawnBand());
+}
+
+std::pair<Integer, Integer> TSxCodeEdit::RowsBand(const TSxRowMove& AMove)
+{
+    if (AMove.Empty())
+        return {0, 0};
+    const Integer first = std::min(AMove.First, AMove.First - AMove.By);
+    const Integer last = std::max(AMove.Last, AMove.Last - AMove.By);
+    return {first * GetLineWidth(), (last + 1) * GetLineWidth()};
+}
+
+TRect TSxCodeEdit::ShownArea(Integer ATop, Integer ABottom)
+{
+    // Inside the strips at the scroll bars, as the paint copies it.
+    return Rect(0, ATop, ClientWidth() - FVScrollBar->Width() - 1,
+                std::min(ABottom, ClientHeight() - FHScrollBar->Height() - 1));
+}
+
+void TSxCodeEdit::ShowRows(std::pair<Integer, Integer> ABand)
+{
+    const auto [top, bottom] = ABand;
+    if (top >= bottom)
+        return;
+    UpdateRect(ShownArea(top, bottom));
+    FPaintCache->ScreenBehind = true;
 }
 
 bool TSxCodeEdit::ParserGetNewBuffer(bool AReset, String& S)

@@ -252,6 +252,18 @@ void TWinControl::UpdateRect(const TRect& ARect)
         FWidget->update(ToQRect(ARect));
 }
 
+void TWinControl::ScrollRect(const TRect& ARect, Integer ADy)
+{
+    if (FWidget)
+        FWidget->scroll(0, ADy, ToQRect(ARect));
+}
+
+void TWinControl::SetOpaquePaint(bool AValue)
+{
+    if (FWidget)
+        FWidget->setAttribute(Qt::WA_OpaquePaintEvent, AValue);
+}
+
 void TWinControl::Repaint()
 {
     if (FWidget)

@@ -187,6 +187,12 @@ public:
     void Invalidate() override;
     /// Asks for a repaint of the rectangle only, in client pixels.
     void UpdateRect(const TRect& ARect);
+    /// Moves what the screen shows in the rectangle down by ADy pixels (up
+    /// when negative); the part it uncovers is repainted.
+    void ScrollRect(const TRect& ARect, Integer ADy);
+    /// Whether the control's paint covers every pixel of it, so that
+    /// nothing is painted under it and the screen's pixels can be moved.
+    void SetOpaquePaint(bool AValue);
     /// Paints now rather than at the next turn of the event loop.
     void Repaint();
 

@@ -459,18 +459,26 @@ void TBitmap::SwapPicture(TBitmap& Other)
     std::swap(FRatio, Other.FRatio);
 }
 
-void TBitmap::ShiftPicture(Integer ADevicePixels)
+void TBitmap::MovePixelRows(Integer ASourceTop, Integer ADestTop, Integer ACount)
 {
     FCanvas->End();
     const int rows = FImage->height();
-    const int moved = rows - std::abs(ADevicePixels);
-    if (ADevicePixels == 0 || moved <= 0)
+    const int count = std::min({ACount, rows - ASourceTop, rows - ADestTop});
+    if (ASourceTop < 0 || ADestTop < 0 || count <= 0 || ASourceTop == ADestTop)
         return;
     const auto stride = std::size_t(FImage->bytesPerLine());
     uchar* bits = FImage->bits();
-    uchar* to = bits + (ADevicePixels > 0 ? std::size_t(ADevicePixels) * stride : 0);
-    const uchar* from = bits + (ADevicePixels < 0 ? std::size_t(-ADevicePixels) * stride : 0);
-    std::memmove(to, from, std::size_t(moved) * stride);
+    const auto copyRow = [&](int row) {
+        std::memmove(bits + std::size_t(ADestTop + row) * stride, bits + std::size_t(ASourceTop + row) * stride, stride);
+    };
+    // Row by row, in the order that reads each row before it is written:
+    // one backward move of the whole block runs far slower than forward.
+    if (ADestTop < ASourceTop)
+        for (int row = 0; row < count; ++row)
+            copyRow(row);
+    else
+        for (int row = count - 1; row >= 0; --row)
+            copyRow(row);
 }
 
 const QImage& TBitmap::Image()

@@ -163,9 +163,9 @@ public:
     /// own tools. A paint that keeps its picture for the next one takes it
     /// back this way onto a bitmap whose tools are fresh.
     void SwapPicture(TBitmap& Other);
-    /// Moves the picture down by ADevicePixels rows of device pixels (up
-    /// when negative); the rows it uncovers keep what they held.
-    void ShiftPicture(Integer ADevicePixels);
+    /// Moves ACount rows of device pixels from ASourceTop to ADestTop, as
+    /// far as both lie in the picture; the rows they leave keep what they held.
+    void MovePixelRows(Integer ASourceTop, Integer ADestTop, Integer ACount);
 
 private:
     class BitmapCanvas;

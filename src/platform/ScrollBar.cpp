@@ -2,6 +2,8 @@
 // may set it up to Max, while the user can drag only to Max - PageSize + 1.
 #include "platform/ScrollBar.h"
 
+#include "platform/KeptScrollBar.h"
+
 #include <QApplication>
 #include <QScrollBar>
 #include <QStyle>
@@ -10,7 +12,7 @@ namespace sx {
 
 SX_DEFINE_CLASS(TScrollBar, TWinControl)
 
-TScrollBar::TScrollBar(TComponent* AOwner) : TWinControl(AOwner, new QScrollBar(Qt::Horizontal))
+TScrollBar::TScrollBar(TComponent* AOwner) : TWinControl(AOwner, new KeptScrollBar(Qt::Horizontal))
 {
     SetBounds(0, 0, 121, DefaultThickness());
     SetTabStop(true);

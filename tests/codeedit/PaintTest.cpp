@@ -13,6 +13,7 @@
 #include "codeedit/uSxCodePascalParser.h"
 #include "platform/Caret.h"
 #include "platform/Dialogs.h"
+#include "platform/KeptScrollBar.h"
 #include "platform/Keys.h"
 #include "support/ModalAnswers.h"
 #include "support/TempFolder.h"
@@ -636,5 +637,39 @@ TEST(PartialPaint, SeededStepsShowWhatAWholePaintShows)
         QCoreApplication::processEvents();
         ASSERT_TRUE(WithoutCaret(OnScreen(*edits[0])) == WithoutCaret(Render(*edits[1])))
             << "step " << step << ", kind " << kind;
+    }
+}
+
+/// A scroll bar shown from its kept picture against a plain one in the same
+/// state, over a table of states; the kept bar is shown twice, the second
+/// time from its picture.
+TEST(KeptScrollBar, ShowsWhatAPlainBarShows)
+{
+    struct State {
+        Qt::Orientation orientation;
+        int maximum, value, page;
+        bool enabled;
+    };
+    const State states[] = {
+        {Qt::Vertical, 100, 0, 10, true},          {Qt::Vertical, 100, 57, 10, true},
+        {Qt::Vertical, 1'000'000, 999'990, 40, true}, {Qt::Horizontal, 500, 250, 80, true},
+        {Qt::Horizontal, 0, 0, 1, true},           {Qt::Vertical, 100, 30, 10, false},
+    };
+    QWidget window;
+    window.resize(400, 300);
+    KeptScrollBar kept(&window);
+    QScrollBar plain(&window);
+    window.show();
+    for (const State& s : states) {
+        for (QScrollBar* bar : {static_cast<QScrollBar*>(&kept), &plain}) {
+            bar->setOrientation(s.orientation);
+            bar->setGeometry(s.orientation == Qt::Vertical ? QRect(0, 0, 17, 280) : QRect(0, 0, 380, 17));
+            bar->setRange(0, s.maximum);
+            bar->setPageStep(s.page);
+            bar->setValue(s.value);
+            bar->setEnabled(s.enabled);
+        }
+        kept.grab();
+        EXPECT_TRUE(kept.grab().toImage() == plain.grab().toImage()) << s.maximum << " " << s.value;
     }
 }
