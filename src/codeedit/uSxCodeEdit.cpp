@@ -37,7 +37,7 @@ const TMessageHandler<TSxCodeEdit> TSxCodeEdit::MessageTable[17] = {
     {CM_EXIT, &TSxCodeEdit::CMExit},
 };
 
-TSxCodeEdit::TSxCodeEdit(TComponent* AOwner) : TCustomControl(AOwner)
+TSxCodeEdit::TSxCodeEdit(TComponent* AOwner) : TCustomControl(AOwner), FPaintCache(std::make_unique<TSxPaintCache>())
 {
     FSearchDlg = nullptr;
     FBorderStyle = TBorderStyle::bsSingle;
@@ -330,11 +330,10 @@ void TSxCodeEdit::SetExtOptions(TSxCodeExtOptions Value)
 void TSxCodeEdit::ApplyPartialPaintOption()
 {
     const bool partial = HasExtOption(TSxCodeExtOption::coPartialPaint);
+    if (partial == FPaintCache->Partial())
+        return;
     SetOpaquePaint(partial);
-    if (!partial)
-        FPaintCache.reset();
-    else if (!FPaintCache)
-        FPaintCache = std::make_unique<TSxPaintCache>();
+    FPaintCache->SetPartial(partial);
 }
 
 void TSxCodeEdit::SetShowGuttor(bool Value)

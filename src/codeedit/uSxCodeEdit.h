@@ -659,7 +659,7 @@ private:
     /// The values that live for one paint, and the steps of the paint.
     class PaintPass;
     struct PaintRow;
-    /// With coPartialPaint, the bitmaps and row keys of the last paint.
+    /// The bitmaps of the last paint, and with coPartialPaint its row keys.
     std::unique_ptr<TSxPaintCache> FPaintCache;
     /// Draws the changes on the kept bitmaps and asks for their rows to show.
     void PaintAhead();

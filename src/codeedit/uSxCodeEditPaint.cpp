@@ -170,7 +170,7 @@ public:
     {
         if (AllRows)
             return {0, E.ClientHeight()};
-        if (!Cache || Cache->FirstDrawn() > Cache->LastDrawn())
+        if (Cache->FirstDrawn() > Cache->LastDrawn())
             return {0, 0};
         return {Cache->FirstDrawn() * RowHeight(), (Cache->LastDrawn() + 1) * RowHeight()};
     }
@@ -187,22 +187,18 @@ private:
         // drawn on them stay sharp where the screen has more device pixels.
         const double ratio = E.Canvas().DevicePixelRatio();
         Main = std::make_unique<TBitmap>();
-        if (Cache)
-            Main->SwapPicture(Cache->Main());
+        Main->SwapPicture(Cache->Main());
         Main->SetDevicePixelRatio(ratio);
         Main->SetSize(E.ClientWidth(), E.ClientHeight());
         if (E.GetShowGuttor()) {
             Gutter = std::make_unique<TBitmap>();
-            if (Cache)
-                Gutter->SwapPicture(Cache->Gutter());
+            Gutter->SwapPicture(Cache->Gutter());
             Gutter->SetDevicePixelRatio(ratio);
         }
     }
 
     void KeepBitmaps()
     {
-        if (!Cache)
-            return;
         Cache->Main().SwapPicture(*Main);
         if (Gutter)
             Cache->Gutter().SwapPicture(*Gutter);
@@ -445,7 +441,7 @@ private:
     /// changed since the last paint.
     void ChooseRows()
     {
-        if (!Cache) {
+        if (!Cache->Partial()) {
             AllRows = true;
             return;
         }
@@ -787,7 +783,7 @@ private:
     /// bars take the face colour a window's ground has.
     void PaintStrips()
     {
-        if (!Cache)
+        if (!Cache->Partial())
             return;
         TCanvas& screen = E.Canvas();
         screen.Brush().Style = TBrushStyle::bsSolid;
@@ -840,7 +836,7 @@ private:
     }
 
     TSxCodeEdit& E;
-    /// With coPartialPaint, the bitmaps and row keys of the last paint.
+    /// The bitmaps of the last paint, and with coPartialPaint its row keys.
     TSxPaintCache* Cache = nullptr;
     std::vector<PaintRow> Rows;
     std::vector<PaintRow::Token> Tokens;
@@ -892,7 +888,7 @@ void TSxCodeEdit::Paint()
         return;
     const PaintInProgress inPaint(InPaint);
     PaintPass pass(*this, FPaintCache.get());
-    if (!FPaintCache) {
+    if (!FPaintCache->Partial()) {
         pass.Run();
         return;
     }
@@ -913,7 +909,7 @@ void TSxCodeEdit::Paint()
 
 void TSxCodeEdit::Invalidate()
 {
-    if (!FPaintCache) {
+    if (!FPaintCache || !FPaintCache->Partial()) {
         TCustomControl::Invalidate();
         return;
     }
@@ -935,7 +931,7 @@ void TSxCodeEdit::WMPaintAhead(TMessage&)
 
 void TSxCodeEdit::PaintAhead()
 {
-    if (InPaint || !FPaintCache)
+    if (InPaint || !FPaintCache->Partial())
         return;
     const PaintInProgress inPaint(InPaint);
     PaintPass pass(*this, FPaintCache.get());

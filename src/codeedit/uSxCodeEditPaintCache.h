@@ -63,6 +63,19 @@ struct TSxRowMove {
 
 class TSxPaintCache {
 public:
+    /// With coPartialPaint: rows are kept and drawn only when they change.
+    /// Without, a paint draws every row, on the kept pictures all the same,
+    /// so that no paint asks the system for fresh memory.
+    bool Partial() const { return FPartial; }
+    /// Turns partial paints on or off; the rows kept so far are forgotten.
+    void SetPartial(bool AValue)
+    {
+        FPartial = AValue;
+        FKeys.clear();
+        Prepared = false;
+        ScreenBehind = false;
+    }
+
     /// The kept pictures of the text area and of the gutter.
     TBitmap& Main() { return FMain; }
     TBitmap& Gutter() { return FGutter; }
@@ -97,6 +110,7 @@ private:
     /// ABy rows above it.
     TSxRowMove LongestRun(const std::vector<std::uint64_t>& ANew, Integer ABy, Integer AWholeRows) const;
 
+    bool FPartial = false;
     TBitmap FMain;
     TBitmap FGutter;
     std::vector<std::uint64_t> FKeys;
