@@ -32,10 +32,14 @@ QByteArray KeptScrollBar::PictureKey() const
 {
     QStyleOptionSlider option;
     initStyleOption(&option);
+    // Where the style puts the slider, not the raw range and value: a line
+    // more in a million moves no pixel of the bar.
+    const QRect slider = style()->subControlRect(QStyle::CC_ScrollBar, &option, QStyle::SC_ScrollBarSlider, this);
     QByteArray key;
     for (const int value : {option.rect.width(), option.rect.height(), int(option.state), int(option.direction),
-                            option.minimum, option.maximum, option.sliderPosition, option.sliderValue,
-                            option.singleStep, option.pageStep, int(option.orientation), int(option.upsideDown)})
+                            slider.x(), slider.y(), slider.width(), slider.height(), int(option.orientation),
+                            int(option.upsideDown), int(option.minimum == option.maximum),
+                            int(option.sliderValue == option.minimum), int(option.sliderValue == option.maximum)})
         Append(key, value);
     Append(key, option.palette.cacheKey());
     Append(key, devicePixelRatioF());

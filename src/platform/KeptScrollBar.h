@@ -1,7 +1,7 @@
 // A QScrollBar that keeps the picture of its last paint and shows it again
 // while nothing it is drawn from has changed. A repaint of a control repaints
 // the bars inside it, and a styled bar costs more to draw than a screen of
-// text; a bar whose value, range, size, state or palette moved draws anew.
+// text; a bar whose slider, size, state or palette moved draws anew.
 #pragma once
 
 #include <QImage>
@@ -17,7 +17,8 @@ protected:
     void paintEvent(QPaintEvent* event) override;
 
 private:
-    /// Everything the style draws the bar from, as bytes.
+    /// Everything the style draws the bar from, as bytes: the slider's place
+    /// rather than the range and value it comes from.
     QByteArray PictureKey() const;
     /// Whether a kept picture shows what a paint would: not while the mouse
     /// is over the bar or holds it (the style lights the part under it), not

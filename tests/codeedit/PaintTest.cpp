@@ -652,7 +652,8 @@ TEST(KeptScrollBar, ShowsWhatAPlainBarShows)
     };
     const State states[] = {
         {Qt::Vertical, 100, 0, 10, true},          {Qt::Vertical, 100, 57, 10, true},
-        {Qt::Vertical, 1'000'000, 999'990, 40, true}, {Qt::Horizontal, 500, 250, 80, true},
+        {Qt::Vertical, 1'000'000, 999'990, 40, true}, {Qt::Vertical, 1'000'000, 500'000, 40, true},
+        {Qt::Vertical, 1'000'001, 500'001, 40, true}, {Qt::Horizontal, 500, 250, 80, true},
         {Qt::Horizontal, 0, 0, 1, true},           {Qt::Vertical, 100, 30, 10, false},
     };
     QWidget window;
