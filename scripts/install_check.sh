@@ -16,7 +16,7 @@ trap 'rm -rf "$prefix"' EXIT
 DESTDIR="$prefix" cmake --install "$build" --prefix /usr >/dev/null
 echo "installed into $prefix/usr"
 if grep -q '^SX_BUILD_DESIGNER:BOOL=ON' "$build/CMakeCache.txt"; then
-  find "$prefix" -name libsxcodeeditorplugin.so | grep -q . || { echo "the Designer plugin is not installed"; exit 1; }
+  test -n "$(find "$prefix" -name libsxcodeeditorplugin.so)" || { echo "the Designer plugin is not installed"; exit 1; }
   echo "Designer plugin: installed"
 fi
 
@@ -44,7 +44,7 @@ g++ -fPIC examples/embed/main.cpp -o "$prefix/embed-pkgconfig" $flags -Wl,-rpath
 
 # The plain editor needs no SQLite; the data-aware one is the package's
 # component dbcodeedit.
-if ldd "$(dirname "$libdir")/libsxcodeedit.so" | grep -q sqlite; then
+if grep -q sqlite <<<"$(ldd "$(dirname "$libdir")/libsxcodeedit.so")"; then
   echo "libsxcodeedit needs SQLite"; exit 1
 fi
 mkdir -p "$prefix/component"
@@ -71,7 +71,10 @@ done
 # prefix's libraries, not the build tree's.
 module=$(find "$prefix/usr" -name 'sxcodeedit*.so')
 if [ -n "$module" ]; then
-  if ! ldd "$module" | grep -q "libsxcodeeditor.so.* => $prefix/usr/"; then
+  # Read whole before grep: grep -q stops at the first hit, and the writer's
+  # broken pipe would fail the pipeline now and then.
+  deps=$(ldd "$module")
+  if ! grep -q "libsxcodeeditor.so.* => $prefix/usr/" <<<"$deps"; then
     echo "the Python module does not find the installed libsxcodeeditor"; exit 1
   fi
   python=$(sed -n 's/^Python3_EXECUTABLE:[A-Z]*=//p' "$build/CMakeCache.txt")
